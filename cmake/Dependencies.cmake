@@ -1,0 +1,24 @@
+# Third-party libraries, all packaged by Debian. docs/architecture.md says why each was chosen.
+
+find_package(Threads REQUIRED)
+if(WIN32)
+  # Built by scripts/setup. Its own package file carries LIBXML_STATIC and the system libraries.
+  find_package(LibXml2 CONFIG REQUIRED)
+else()
+  find_package(LibXml2 REQUIRED)
+  find_package(CURL 7.88 REQUIRED)
+endif()
+
+# Header-only libraries. They are architecture-independent, so the cross build uses the native
+# packages, but through a folder of links: the native include folder itself must stay out of it.
+add_library(brevint_header_only INTERFACE)
+if(CMAKE_CROSSCOMPILING)
+  set(links ${CMAKE_BINARY_DIR}/header-only)
+  file(MAKE_DIRECTORY ${links})
+  foreach(name boost CLI nlohmann utf8cpp)
+    file(CREATE_LINK /usr/include/${name} ${links}/${name} SYMBOLIC)
+  endforeach()
+  target_include_directories(brevint_header_only SYSTEM INTERFACE ${links} ${links}/utf8cpp)
+else()
+  target_include_directories(brevint_header_only SYSTEM INTERFACE /usr/include/utf8cpp)
+endif()
