@@ -1,0 +1,11 @@
+#pragma once
+
+// Environment variables by wide name: _wgetenv.
+
+#include <cstdlib>
+
+#ifdef _WIN32
+#include <wchar.h>
+#else
+#include "platform/linux/Environment.h"
+#endif

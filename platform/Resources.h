@@ -1,0 +1,9 @@
+#pragma once
+
+// String resources of a module: GetModuleHandleA and LoadStringW.
+
+#ifdef _WIN32
+#include <windows.h>
+#else
+#include "platform/linux/Resources.h"
+#endif

@@ -1,0 +1,8 @@
+#pragma once
+
+namespace platform {
+
+// Makes libcurl usable, once for the process. Throws std::bad_alloc.
+void InitializeCurl();
+
+} // namespace platform

@@ -1,0 +1,49 @@
+#include "platform/linux/HeaderList.h"
+
+#include "platform/linux/Ascii.h"
+#include "support/Utf8.h"
+
+#include <algorithm>
+
+namespace platform {
+
+void HeaderList::Set(std::string_view name, std::string_view value) {
+    Header header{std::string(name), std::string(value)};
+    Remove(name);
+    m_headers.push_back(std::move(header));
+}
+
+void HeaderList::Remove(std::string_view name) {
+    std::erase_if(m_headers, [&](const Header& h) { return EqualNames(h.name, name); });
+}
+
+const Header* HeaderList::Find(std::string_view name) const {
+    const auto found =
+        std::ranges::find_if(m_headers, [&](const Header& h) { return EqualNames(h.name, name); });
+    return found == m_headers.end() ? nullptr : &*found;
+}
+
+void HeaderList::SetBlock(std::wstring_view block) {
+    const std::string text = Utf8::ToNarrow(block);
+    std::string_view rest = text;
+    while (!rest.empty()) {
+        const std::size_t lineEnd = std::min(rest.find_first_of("\r\n"), rest.size());
+        const std::string_view line = Trim(rest.substr(0, lineEnd));
+        rest.remove_prefix(std::min(lineEnd + 1, rest.size()));
+        if (line.empty()) {
+            continue;
+        }
+        const std::size_t colon = line.find(':');
+        if (colon == std::string_view::npos) {
+            return;
+        }
+        const std::string_view name = Trim(line.substr(0, colon));
+        const std::string_view value = Trim(line.substr(colon + 1));
+        if (!name.empty() && !HasControls(name) && !HasControls(value) &&
+            !EqualNames(name, "Content-Length") && !EqualNames(name, "Transfer-Encoding")) {
+            Set(name, value);
+        }
+    }
+}
+
+} // namespace platform

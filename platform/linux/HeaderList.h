@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace platform {
+
+struct Header {
+    std::string name;
+    std::string value;
+};
+
+// The request headers of one exchange, names compared without regard to case.
+class HeaderList {
+public:
+    // Replaces a header of the same name, spelling included.
+    void Set(std::string_view name, std::string_view value);
+    void Remove(std::string_view name);
+    const Header* Find(std::string_view name) const;
+
+    // Sets every header of a block as HttpSendRequestW takes it: empty lines count for nothing, a
+    // line without a colon ends the block, and a line with control characters is left out. The
+    // layer frames messages itself, so Content-Length and Transfer-Encoding are left out too.
+    void SetBlock(std::wstring_view block);
+
+    auto begin() const { return m_headers.begin(); }
+    auto end() const { return m_headers.end(); }
+
+private:
+    std::vector<Header> m_headers;
+};
+
+} // namespace platform

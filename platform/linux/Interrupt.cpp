@@ -1,0 +1,18 @@
+#include "platform/linux/Interrupt.h"
+
+namespace platform {
+
+void Interrupt::Raise() noexcept {
+    m_raised = true;
+    const std::lock_guard lock(m_mutex);
+    if (m_multi != nullptr) {
+        curl_multi_wakeup(m_multi);
+    }
+}
+
+void Interrupt::Watch(CURLM* multi) noexcept {
+    const std::lock_guard lock(m_mutex);
+    m_multi = multi;
+}
+
+} // namespace platform

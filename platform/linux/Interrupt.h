@@ -1,0 +1,26 @@
+#pragma once
+
+#include <atomic>
+#include <curl/curl.h>
+#include <mutex>
+
+namespace platform {
+
+// Ends a wait from another thread: the one thing of a request that is touched while a thread
+// drives its transfer.
+class Interrupt {
+public:
+    // Any thread. Stays raised.
+    void Raise() noexcept;
+    bool Raised() const noexcept { return m_raised; }
+
+    // The driving thread: the multi handle that Raise wakes, null when it is given up.
+    void Watch(CURLM* multi) noexcept;
+
+private:
+    std::atomic<bool> m_raised = false;
+    std::mutex m_mutex;
+    CURLM* m_multi = nullptr;
+};
+
+} // namespace platform

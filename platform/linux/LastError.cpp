@@ -1,0 +1,15 @@
+#include "platform/linux/Types.h"
+
+namespace {
+
+thread_local DWORD lastError = ERROR_SUCCESS;
+
+} // namespace
+
+DWORD GetLastError() noexcept {
+    return lastError;
+}
+
+void SetLastError(DWORD error) noexcept {
+    lastError = error;
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+// What is kept of a reply's head.
+struct Reply {
+    long status = 0; // 0 while there is none
+    bool hasTransferEncoding = false;
+    std::optional<std::string> contentLength;
+    std::optional<std::string> location;
+
+    void AddHeader(std::string_view name, std::string_view value);
+};
+
+} // namespace platform

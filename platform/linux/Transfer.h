@@ -1,0 +1,75 @@
+#pragma once
+
+#include "platform/linux/ByteQueue.h"
+#include "platform/linux/Channel.h"
+#include "platform/linux/Exchange.h"
+#include "platform/linux/Interrupt.h"
+#include "platform/linux/Reply.h"
+#include "platform/linux/Types.h"
+
+#include <cstddef>
+#include <curl/curl.h>
+#include <memory>
+#include <string_view>
+
+namespace platform {
+
+// One exchange, redirects included. Whoever calls Send or Read drives it: between the calls
+// nothing moves, so a reply that is read slowly waits in the socket and not in memory. One thread
+// at a time; another one can end a wait through the interrupt.
+class Transfer {
+public:
+    Transfer(Exchange exchange, Interrupt& interrupt);
+    // Leaves the connection usable if what is left of the reply is small and already there.
+    ~Transfer();
+    Transfer(const Transfer&) = delete;
+    Transfer& operator=(const Transfer&) = delete;
+
+    // Returns once the head of the final reply is there.
+    DWORD Send();
+    // Fills the target, or less if the body ends before. An error goes with the bytes that came
+    // before it, and is told once.
+    DWORD Read(char* target, std::size_t size, std::size_t& read);
+
+    const Reply& GetReply() const noexcept { return m_reply; }
+
+private:
+    struct ListCleanup {
+        void operator()(curl_slist* list) const noexcept { curl_slist_free_all(list); }
+    };
+    using List = std::unique_ptr<curl_slist, ListCleanup>;
+
+    static std::size_t OnHeader(char* data, std::size_t, std::size_t size, void* self) noexcept;
+    static std::size_t OnBody(char* data, std::size_t, std::size_t size, void* self) noexcept;
+    void AddHeaderLine(std::string_view line);
+    void AddBody(const char* data, std::size_t size);
+
+    void StartHop();
+    void SetOptions();
+    List HeaderLines() const;
+    void DiscardBody();
+    void Step();
+    template <class Predicate>
+    void DriveUntil(Predicate satisfied);
+    void End(DWORD error) noexcept;
+    void ReleaseChannel() noexcept;
+
+    Exchange m_exchange;
+    Interrupt& m_interrupt;
+    std::unique_ptr<Channel> m_channel; // null before Send and once the reply has come to its end
+    bool m_channelSpent = false;
+    List m_headerLines;
+
+    Reply m_reply;
+    bool m_headDone = false;
+    bool m_ended = false;
+    DWORD m_error = ERROR_SUCCESS; // why it ended
+    curl_off_t m_received = 0;     // bytes of this hop, head included
+
+    bool m_discarding = false;
+    ByteQueue m_waiting;
+    char* m_target = nullptr; // where the rest of the read under way goes
+    std::size_t m_wanted = 0;
+};
+
+} // namespace platform

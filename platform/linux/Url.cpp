@@ -1,0 +1,32 @@
+#include "platform/linux/Url.h"
+
+#include <new>
+
+namespace platform {
+
+Url::Url() : m_url(curl_url()) {
+    if (m_url == nullptr) {
+        throw std::bad_alloc();
+    }
+}
+
+bool Url::Resolve(const std::string& reference) noexcept {
+    constexpr unsigned kFlags = CURLU_NON_SUPPORT_SCHEME | CURLU_ALLOW_SPACE | CURLU_URLENCODE;
+    return curl_url_set(m_url.get(), CURLUPART_URL, reference.c_str(), kFlags) == CURLUE_OK;
+}
+
+void Url::Remove(CURLUPart part) noexcept {
+    curl_url_set(m_url.get(), part, nullptr, 0);
+}
+
+std::string Url::Part(CURLUPart part) const {
+    char* text = nullptr;
+    const CURLUcode outcome = curl_url_get(m_url.get(), part, &text, CURLU_DEFAULT_PORT);
+    if (outcome == CURLUE_OUT_OF_MEMORY) {
+        throw std::bad_alloc();
+    }
+    const std::unique_ptr<char, decltype(&curl_free)> owner(text, &curl_free);
+    return outcome == CURLUE_OK ? text : "";
+}
+
+} // namespace platform

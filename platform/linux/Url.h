@@ -1,0 +1,29 @@
+#pragma once
+
+#include <curl/curl.h>
+#include <memory>
+#include <string>
+
+namespace platform {
+
+// A URL in libcurl's own parser, so that there are no two opinions about what a text means.
+class Url {
+public:
+    Url(); // throws std::bad_alloc
+
+    // Takes an absolute URL, or a reference relative to what was taken before. False, and
+    // unchanged, if it is neither.
+    bool Resolve(const std::string& reference) noexcept;
+    void Remove(CURLUPart part) noexcept;
+    // Empty if there is none. The whole URL has a port even where it is the scheme's own.
+    std::string Part(CURLUPart part) const;
+
+private:
+    struct Cleanup {
+        void operator()(CURLU* url) const noexcept { curl_url_cleanup(url); }
+    };
+
+    std::unique_ptr<CURLU, Cleanup> m_url;
+};
+
+} // namespace platform

@@ -1,0 +1,95 @@
+#include "platform/linux/UrlCracker.h"
+
+#include "platform/linux/Ascii.h"
+
+#include <algorithm>
+
+namespace platform {
+
+namespace {
+
+using std::wstring_view;
+
+struct KnownScheme {
+    wstring_view name;
+    INTERNET_SCHEME scheme;
+    INTERNET_PORT port;
+};
+
+constexpr KnownScheme kKnownSchemes[] = {
+    {L"http", INTERNET_SCHEME_HTTP, INTERNET_DEFAULT_HTTP_PORT},
+    {L"https", INTERNET_SCHEME_HTTPS, INTERNET_DEFAULT_HTTPS_PORT},
+    {L"ftp", INTERNET_SCHEME_FTP, INTERNET_DEFAULT_FTP_PORT},
+    {L"file", INTERNET_SCHEME_FILE, INTERNET_INVALID_PORT_NUMBER},
+};
+
+constexpr bool IsLetter(wchar_t c) {
+    return Lower(c) >= L'a' && Lower(c) <= L'z';
+}
+
+constexpr bool IsDigit(wchar_t c) {
+    return c >= L'0' && c <= L'9';
+}
+
+bool IsSchemeName(wstring_view text) {
+    return !text.empty() && IsLetter(text.front()) && std::ranges::all_of(text, [](wchar_t c) {
+        return IsLetter(c) || IsDigit(c) || c == L'+' || c == L'-' || c == L'.';
+    });
+}
+
+bool ParsePort(wstring_view digits, INTERNET_PORT& port) {
+    unsigned value = 0;
+    for (const wchar_t c : digits) {
+        if (!IsDigit(c) || (value = value * 10 + static_cast<unsigned>(c - L'0')) > 0xFFFF) {
+            return false;
+        }
+    }
+    port = static_cast<INTERNET_PORT>(value);
+    return true;
+}
+
+} // namespace
+
+DWORD CrackUrl(wstring_view url, UrlParts& parts) noexcept {
+    const std::size_t colon = url.find(L':');
+    if (colon == wstring_view::npos || !IsSchemeName(url.substr(0, colon))) {
+        return ERROR_INTERNET_UNRECOGNIZED_SCHEME;
+    }
+    parts.schemeName = url.substr(0, colon);
+    for (const KnownScheme& known : kKnownSchemes) {
+        if (EqualNames<wchar_t>(parts.schemeName, known.name)) {
+            parts.scheme = known.scheme;
+            parts.port = known.port;
+        }
+    }
+
+    wstring_view rest = url.substr(colon + 1);
+    if (!rest.starts_with(L"//")) {
+        return ERROR_INTERNET_INVALID_URL;
+    }
+    rest.remove_prefix(2);
+    // A backslash counts as the slash that it becomes on the wire, or text behind it could pose as
+    // the host.
+    wstring_view authority = rest.substr(0, rest.find_first_of(L"/\\?#"));
+    parts.path = rest.substr(authority.size());
+    authority.remove_prefix(authority.rfind(L'@') + 1);
+
+    const std::size_t hostEnd =
+        authority.starts_with(L'[') ? authority.find(L']') : authority.find(L':');
+    if (authority.starts_with(L'[') && hostEnd == wstring_view::npos) {
+        return ERROR_INTERNET_INVALID_URL;
+    }
+    const std::size_t hostLength = authority.starts_with(L'[') ? hostEnd + 1 : hostEnd;
+    parts.host = authority.substr(0, hostLength);
+    authority.remove_prefix(parts.host.size());
+    if (parts.host.empty()) {
+        return ERROR_INTERNET_INVALID_URL;
+    }
+    if (authority.empty() || authority == L":") {
+        return ERROR_SUCCESS;
+    }
+    const bool valid = authority.front() == L':' && ParsePort(authority.substr(1), parts.port);
+    return valid ? ERROR_SUCCESS : ERROR_INTERNET_INVALID_URL;
+}
+
+} // namespace platform

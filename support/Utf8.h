@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// Conversion between UTF-8 and wide text. Malformed input becomes U+FFFD, piece by piece; nothing
+/// throws but an allocation.
+namespace Utf8 {
+
+std::wstring ToWide(std::string_view text);
+std::string ToNarrow(std::wstring_view text);
+
+/// Appends one code point; one that does not exist becomes U+FFFD.
+void AppendCodePoint(std::wstring& text, char32_t codePoint);
+
+} // namespace Utf8

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "brevint/XmlDocPtr.h"
+
+#include <string>
+#include <vector>
+
+struct _xmlDoc;
+struct _xmlNode;
+
+/// How forgiving a parse is.
+enum class MarkupMode {
+    /// Well-formed XML only. A document that declares entities is refused.
+    Strict,
+    /// What a browser would show too. The names of elements and attributes are in lower case and
+    /// in no namespace afterwards.
+    Tolerant,
+};
+
+/// Parses UTF-8 text, whatever encoding it declares, into a document that the caller frees with
+/// FreeXMLDoc; a length of -1 runs to the terminating zero. Null when the text cannot be parsed.
+/// Loads nothing, substitutes no entities but the predefined ones, prints nothing.
+_xmlDoc* ParseXML(const char* text, int length, MarkupMode mode = MarkupMode::Strict);
+void FreeXMLDoc(_xmlDoc* document);
+
+/// First node that an XPath expression selects, in document order; null when there is none.
+_xmlNode* SimpleDoXPath(const char* path, _xmlDoc* document);
+/// The same relative to a node; null for a null node.
+_xmlNode* SimpleDoXPath(const char* path, _xmlNode* node);
+/// Appends every node that the expression selects, in document order.
+void SimpleDoXPath(const char* path, _xmlDoc* document, std::vector<_xmlNode*>& out);
+
+/// Text content of an element; empty for null.
+std::string GetNodeValue(_xmlNode* node);
+/// The same as wide text.
+std::wstring GetWideNodeValue(_xmlNode* node);
+/// Value of an attribute; empty when it is missing, and for null.
+std::string GetNodeAttrib(_xmlNode* node, const char* name);
+/// First direct child element with that name, in no namespace; null when there is none, and for
+/// null.
+_xmlNode* FindChildNode(_xmlNode* node, const char* name);
