@@ -1,0 +1,9 @@
+#pragma once
+
+/// Media type that a request accepts. Every value without a row here stands for "text/html".
+enum AcceptType : int {
+    AcceptTypeDefault = 0,     ///< "text/html"
+    AcceptTypeXml = 1,         ///< "text/xml"
+    AcceptTypeHtml = 2,        ///< "text/html"
+    AcceptTypeOctetStream = 3, ///< "application/octet-stream"
+};

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "brevint/BaseResponse.h"
+
+/// Outcome of checking an item in or out. Checking in what is already checked in succeeds.
+class BREVINT_API CCheckInOutResponse : public CBaseResponse {
+public:
+    CCheckInOutResponse();
+    ~CCheckInOutResponse() override;
+    virtual void InitErrorMaps();
+};

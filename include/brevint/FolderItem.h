@@ -1,0 +1,58 @@
+#pragma once
+
+#include "brevint/Export.h"
+
+#include <string>
+
+/// One item of the repository, a file or a folder: a plain record. All texts are as the server sent
+/// them, dates and sizes too.
+class BREVINT_API CFolderItem {
+public:
+    CFolderItem();
+
+    const std::wstring& GetUniqueId() const;
+    const std::wstring& GetParentId() const;
+    const std::wstring& GetOwnerId() const;
+    const std::wstring& GetName() const;
+    const std::wstring& GetDescription() const;
+    const std::wstring& GetCreated() const;
+    const std::wstring& GetModified() const;
+    /// Size in bytes, as text; empty for an item without data.
+    const std::wstring& GetSize() const;
+    /// True when the item is checked out.
+    bool GetIsLocked() const;
+    /// Who has the item checked out.
+    const std::wstring& GetLockedBy() const;
+    bool GetIsPublic() const;
+    const std::wstring& GetItemType() const;
+    const std::wstring& GetItemTypeDescription() const;
+
+    void SetUniqueId(const std::wstring& value);
+    void SetParentId(const std::wstring& value);
+    void SetOwnerId(const std::wstring& value);
+    void SetName(const std::wstring& value);
+    void SetDescription(const std::wstring& value);
+    void SetCreated(const std::wstring& value);
+    void SetModified(const std::wstring& value);
+    void SetSize(const std::wstring& value);
+    void SetIsLocked(bool value);
+    void SetLockedBy(const std::wstring& value);
+    void SetIsPublic(bool value);
+    void SetItemType(const std::wstring& value);
+    void SetItemTypeDescription(const std::wstring& value);
+
+private:
+    std::wstring m_uniqueId;
+    std::wstring m_parentId;
+    std::wstring m_ownerId;
+    std::wstring m_name;
+    std::wstring m_description;
+    std::wstring m_created;
+    std::wstring m_modified;
+    std::wstring m_size;
+    bool m_isLocked = false;
+    std::wstring m_lockedBy;
+    bool m_isPublic = false;
+    std::wstring m_itemType;
+    std::wstring m_itemTypeDescription;
+};

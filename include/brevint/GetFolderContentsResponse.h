@@ -1,0 +1,24 @@
+#pragma once
+
+#include "brevint/BaseResponse.h"
+#include "brevint/IGetFolderContentsResponse.h"
+
+/// Outcome of listing a folder. Keeps the parsed reply until the next parse or its destruction.
+class BREVINT_API CGetFolderContentsResponse : public CBaseResponse,
+                                               public IGetFolderContentsResponse {
+public:
+    CGetFolderContentsResponse();
+    ~CGetFolderContentsResponse() override;
+
+    void ParseServerResponse() override;
+    void GetFolderContents(std::vector<CFolderItem*>& items) override;
+    virtual void InitErrorMaps();
+
+    /// A new record from one item element; the caller deletes it.
+    CFolderItem* GetFolderItemFromNode(_xmlNode* node) const;
+    /// Text of the direct child element with that name; empty when there is none.
+    std::wstring GetValueFromChildNode(_xmlNode* node, const char* name) const;
+
+private:
+    XmlDocPtr m_document;
+};

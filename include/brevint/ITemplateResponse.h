@@ -1,0 +1,17 @@
+#pragma once
+
+#include "brevint/IReadOnlyResponse.h"
+
+#include <vector>
+
+class CTemplateInfo;
+
+/// Outcome of asking for templates.
+class BREVINT_INTERFACE ITemplateResponse : public virtual IReadOnlyResponse {
+public:
+    ~ITemplateResponse() override = default;
+
+    /// Appends one new record per template, in the server's order. The caller deletes each record;
+    /// they may outlive the response.
+    virtual void GetTemplateMetadata(std::vector<CTemplateInfo*>& templates) = 0;
+};

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "brevint/BaseResponse.h"
+
+/// Who is signed in.
+class BREVINT_API CIdentityResponse : public CBaseResponse {
+public:
+    CIdentityResponse();
+    ~CIdentityResponse() override;
+
+    void ParseServerResponse() override;
+    /// 1: administrator. 2: user. 0: not known.
+    int GetUserRole() const;
+    /// The following texts are valid while the response lives.
+    const wchar_t* GetIdentifyingPartyUrl() const;
+    /// Text for the user, set when the service could not be asked.
+    const wchar_t* GetErrorMessage() const;
+    const wchar_t* GetUsername() const;
+    /// Stores a copy; null stands for an empty text.
+    void SetErrorMessage(const wchar_t* message);
+    virtual void InitErrorMaps();
+
+private:
+    int m_userRole = 0;
+    std::wstring m_identifyingPartyUrl;
+    std::wstring m_errorMessage;
+    std::wstring m_userName;
+};

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "brevint/BaseResponse.h"
+
+/// A response filled from a stored reply instead of from the service.
+class BREVINT_API CLocalResponse : public CBaseResponse {
+public:
+    /// Fills itself, with status 200, from the stored reply of that name
+    /// ("GetFolderContentsResponse"); with an empty reply when none is stored.
+    explicit CLocalResponse(const std::wstring& name);
+    ~CLocalResponse() override;
+};

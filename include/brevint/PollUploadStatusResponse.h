@@ -1,0 +1,11 @@
+#pragma once
+
+#include "brevint/PollStatusResponse.h"
+
+/// State of the job of an upload.
+class BREVINT_API CPollUploadStatusResponse : public CPollStatusResponse {
+public:
+    CPollUploadStatusResponse();
+    ~CPollUploadStatusResponse() override;
+    virtual void InitErrorMaps();
+};

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <memory>
+
+struct _xmlDoc;
+
+/// Frees a parsed document and all its nodes.
+struct XmlDocDeleter {
+    void operator()(_xmlDoc* document) const noexcept;
+};
+
+/// Owner of a parsed document.
+using XmlDocPtr = std::unique_ptr<_xmlDoc, XmlDocDeleter>;

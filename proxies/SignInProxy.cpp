@@ -1,0 +1,140 @@
+#include "brevint/SignInProxy.h"
+
+#include "brevint/IRequest.h"
+#include "brevint/IRequestFactory.h"
+#include "brevint/SignInResponse.h"
+#include "proxies/PortalForm.h"
+#include "support/HttpEscape.h"
+#include "support/ResourceString.h"
+#include "support/Text.h"
+#include "support/UnicodeConvert.h"
+#include "transport/RequestFlags.h"
+
+#include <memory>
+#include <string_view>
+
+namespace {
+
+constexpr unsigned long kStatusOk = 200;
+constexpr unsigned long kStatusFound = 302;
+/// What the platform may say in place of a status; its ERROR_HTTP_REDIRECT_NEEDS_CONFIRMATION.
+constexpr unsigned long kRedirectNeedsConfirmation = 12168;
+constexpr const wchar_t* kFormContentType = L"Content-Type: application/x-www-form-urlencoded";
+constexpr const wchar_t* kPortalMode = L"&mode=DB";
+constexpr const wchar_t* kClientMode = L"&mode=VX";
+constexpr const wchar_t* kFirstClientMode = L"?mode=VX";
+
+/// Tells the portal that a client signs in, not a browser.
+void SetClientMode(std::wstring& portalUrl) {
+    if (portalUrl.find(kPortalMode) != std::wstring::npos) {
+        BaseHlpr::StringReplace(portalUrl, kPortalMode, kClientMode);
+    } else {
+        portalUrl += portalUrl.find(L'?') != std::wstring::npos ? kClientMode : kFirstClientMode;
+    }
+}
+
+std::wstring Escape(const wchar_t* text) {
+    const std::wstring_view value = text ? text : L"";
+    return BaseHlpr::HttpEscapeW(value.data(), static_cast<unsigned>(value.size()));
+}
+
+bool Holds(const std::wstring& text, const wchar_t* part) {
+    return text.find(part) != std::wstring::npos;
+}
+
+} // namespace
+
+CSignInProxy::CSignInProxy(IRequestFactory* factory) : m_factory(factory) {}
+
+CSignInProxy::~CSignInProxy() = default;
+
+SignInResponse* CSignInProxy::SignIn(const wchar_t* url, const wchar_t* userName,
+                                     const wchar_t* password) {
+    auto response = std::make_unique<SignInResponse>();
+    m_dashboardUrl = url ? url : L"";
+    ConnectToDashboard(m_dashboardUrl.c_str(), response.get());
+    if (response->GetSucceeded()) {
+        SubmitUserDataToPortal(userName, password, response.get());
+    }
+    if (response->GetSucceeded()) {
+        GetFederatedAuthCookie(response.get());
+    }
+    return response.release();
+}
+
+void CSignInProxy::ConnectToDashboard(const wchar_t* url, SignInResponse* response) {
+    const std::unique_ptr<IRequest> request(m_factory->Create(url, WebRequestTypeGet));
+    request->SetRequestFlags(kNoAutoRedirect);
+    request->AddAcceptType(AcceptTypeDefault);
+    request->SendRequest();
+    switch (request->GetRequestStatus()) {
+    case kStatusFound:
+    case kRedirectNeedsConfirmation:
+        request->GetRedirectUrl(response->PortalUrl);
+        SetClientMode(response->PortalUrl);
+        break;
+    case kStatusOk: Fail(response, L"Already signed in."); break;
+    default: FailToConnect(response); break;
+    }
+}
+
+void CSignInProxy::SubmitUserDataToPortal(const wchar_t* userName, const wchar_t* password,
+                                          SignInResponse* response) {
+    const std::unique_ptr<IRequest> request(
+        m_factory->Create(response->PortalUrl.c_str(), WebRequestTypePost));
+    // XML is what the portal is asked for, although it answers with a page.
+    request->AddAcceptType(AcceptTypeXml);
+    const std::wstring body = L"userName=" + Escape(userName) + L"&password=" + Escape(password);
+    request->SetUploadData(body.c_str());
+    request->AddHeader(kFormContentType);
+    request->SendRequest();
+    if (request->GetRequestStatus() != kStatusOk) {
+        FailToConnect(response);
+        return;
+    }
+    std::wstring reply;
+    request->GetRequestedData(reply);
+    const _UNICODECONVERT page(reply.c_str());
+    const std::wstring action = GetFormAction(page);
+    const std::wstring fields = GetHiddenFormData(page);
+    if (action.empty() || fields.empty()) {
+        GetErrorFromSubmitCredentialRequest(reply.c_str(), response->m_errorMessage);
+        response->SetSucceeded(false);
+        return;
+    }
+    response->FormActionUrl = action;
+    response->FormData = fields;
+}
+
+void CSignInProxy::GetFederatedAuthCookie(SignInResponse* response) {
+    const std::unique_ptr<IRequest> request(
+        m_factory->Create(response->FormActionUrl.c_str(), WebRequestTypePost));
+    request->SetUploadData(response->FormData.c_str());
+    request->AddHeader(kFormContentType);
+    request->SendRequest();
+    if (request->GetRequestStatus() == kStatusOk) {
+        std::wstring cookies;
+        request->GetCookie(cookies);
+        if (Holds(cookies, L"FedAuth") && Holds(cookies, L"FedAuth1")) {
+            response->SetCookie(cookies.c_str());
+            response->SetSucceeded(true);
+            return;
+        }
+    }
+    FailToConnect(response);
+}
+
+void CSignInProxy::GetErrorFromSubmitCredentialRequest(const wchar_t* reply,
+                                                       std::wstring& message) {
+    message = L"Failed to find expected error";
+    GetFailureMessage(_UNICODECONVERT(reply), message);
+}
+
+void CSignInProxy::Fail(SignInResponse* response, const std::wstring& message) const {
+    response->SetErrorMessage(message.c_str());
+    response->SetSucceeded(false);
+}
+
+void CSignInProxy::FailToConnect(SignInResponse* response) const {
+    Fail(response, BaseHlpr::ConnectionFailureMessage(m_dashboardUrl));
+}

@@ -1,0 +1,10 @@
+#include "platform/linux/StringTable.h"
+
+#include "resources/Strings.h"
+
+std::span<const StringResource> ModuleStringTable() noexcept {
+    static constexpr StringResource kTable[] = {
+        {BREVINT_STRING_CONNECTION_FAILURE_ID, L"" BREVINT_STRING_CONNECTION_FAILURE},
+    };
+    return kTable;
+}

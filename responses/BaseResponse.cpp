@@ -1,0 +1,124 @@
+#include "brevint/BaseResponse.h"
+
+#include "brevint/ErrorCodes.h"
+#include "support/Text.h"
+#include "support/Utf8.h"
+#include "support/Xml.h"
+
+#include <string_view>
+
+CBaseResponse::CBaseResponse() : m_errorCode(ErrorCode::MessageNotRecognised), m_statusCode(200) {}
+
+CBaseResponse::~CBaseResponse() = default;
+
+bool CBaseResponse::GetSucceeded() const {
+    return m_errorCode == ErrorCode::Success;
+}
+
+const std::vector<char>& CBaseResponse::GetServerResponse() const {
+    return m_replyBytes;
+}
+
+std::wstring CBaseResponse::GetServerResponseAsString() const {
+    return m_replyText;
+}
+
+void CBaseResponse::SetServerResponse(const std::vector<char>& bytes, unsigned long status) {
+    StoreReply(bytes, status);
+    ConvertReply();
+    ParseServerResponse();
+}
+
+std::wstring CBaseResponse::GetServerErrorMessage() const {
+    return m_serverErrorMessage;
+}
+
+double CBaseResponse::GetErrorCode() const {
+    return m_errorCode;
+}
+
+unsigned long CBaseResponse::GetStatusCode() const {
+    return m_statusCode;
+}
+
+void CBaseResponse::ParseServerResponse() {
+    if (const XmlDocPtr document = ParseReply()) {
+        JudgeByMessage(document.get());
+    }
+}
+
+void CBaseResponse::ProcessErrorMessage(const wchar_t* message) {
+    m_errorCode = ErrorCode::MessageNotRecognised;
+    const std::wstring text = BaseHlpr::ToLower(message);
+    if (const auto exact = m_exactMessages.find(text); exact != m_exactMessages.end()) {
+        m_errorCode = exact->second;
+        return;
+    }
+    for (const auto& [prefix, code] : m_messagePrefixes) {
+        if (text.starts_with(prefix)) {
+            m_errorCode = code;
+            return;
+        }
+    }
+}
+
+std::wstring
+CBaseResponse::ConvertServerResponseToStringReponse(const std::vector<char>& bytes) const {
+    const std::string_view text(bytes.data(), bytes.size());
+    return Utf8::ToWide(text.substr(0, text.find('\0')));
+}
+
+void CBaseResponse::AddExactMessages(std::span<const ErrorRow> rows) {
+    for (const ErrorRow& row : rows) {
+        m_exactMessages.emplace(row.message, row.code);
+    }
+}
+
+void CBaseResponse::AddMessagePrefixes(std::span<const ErrorRow> rows) {
+    for (const ErrorRow& row : rows) {
+        m_messagePrefixes.emplace(row.message, row.code);
+    }
+}
+
+void CBaseResponse::SetErrorCode(double code) {
+    m_errorCode = code;
+}
+
+void CBaseResponse::StoreReply(const std::vector<char>& bytes, unsigned long status) {
+    m_replyBytes.insert(m_replyBytes.end(), bytes.begin(), bytes.end());
+    m_statusCode = status;
+}
+
+void CBaseResponse::ConvertReply() {
+    m_replyText = ConvertServerResponseToStringReponse(m_replyBytes);
+}
+
+bool CBaseResponse::IsReplyEmpty() const {
+    return m_replyText.empty();
+}
+
+XmlDocPtr CBaseResponse::ParseReplyText() const {
+    return XmlDocPtr(ParseXML(Utf8::ToNarrow(m_replyText).c_str(), -1));
+}
+
+XmlDocPtr CBaseResponse::ParseReply() {
+    m_errorCode = ErrorCode::EmptyReply;
+    if (IsReplyEmpty()) {
+        return nullptr;
+    }
+    m_errorCode = ErrorCode::ReplyNotXml;
+    return ParseReplyText();
+}
+
+void CBaseResponse::JudgeByMessage(_xmlDoc* document) {
+    if (_xmlNode* message = SimpleDoXPath(kMessagePath, document)) {
+        TakeServerMessage(message);
+    } else {
+        m_errorCode = ErrorCode::Success;
+    }
+}
+
+void CBaseResponse::TakeServerMessage(_xmlNode* node) {
+    m_serverErrorMessage = GetWideNodeValue(node);
+    ProcessErrorMessage(m_serverErrorMessage.c_str());
+}

@@ -1,0 +1,342 @@
+#include "brevint/WebRequest.h"
+
+#include "brevint/IRequestInfo.h"
+#include "brevint/IResponse.h"
+#include "platform/WinInet.h"
+#include "support/PlatformCookies.h"
+#include "support/UnicodeConvert.h"
+#include "support/Utf8.h"
+#include "transport/RequestContext.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+#include <string_view>
+#include <utility>
+
+namespace {
+
+constexpr DWORD kTimeoutMilliseconds = 3'600'000;
+constexpr DWORD kChunkSize = 100'000;
+constexpr std::size_t kHostNameCapacity = 256;
+constexpr std::size_t kUrlPathCapacity = 2084;
+
+struct VerbRow {
+    WebRequestType type;
+    const wchar_t* verb;
+};
+
+constexpr VerbRow kVerbs[] = {
+    {WebRequestTypeGet, L"GET"},
+    {WebRequestTypePut, L"PUT"},
+    {WebRequestTypePost, L"POST"},
+    {WebRequestTypeDelete, L"DELETE"},
+};
+
+/// Runs on any thread, for every session. Contexts exist for asynchronous requests only.
+void CALLBACK StatusCallback(HINTERNET, DWORD_PTR context, DWORD status, LPVOID information,
+                             DWORD) {
+    auto* const exchange = reinterpret_cast<RequestContext*>(context);
+    if (!exchange) {
+        return;
+    }
+    if (status == INTERNET_STATUS_REQUEST_COMPLETE) {
+        const auto* result = static_cast<const INTERNET_ASYNC_RESULT*>(information);
+        exchange->OnRequestComplete(result->dwResult != 0);
+    } else if (status == INTERNET_STATUS_HANDLE_CLOSING) {
+        exchange->LetGoByPlatform();
+    }
+}
+
+/// A number from the reply's head; 0 when it has none.
+DWORD QueryNumber(HINTERNET request, DWORD what) {
+    DWORD number = 0;
+    DWORD size = sizeof(number);
+    if (!HttpQueryInfoW(request, what | HTTP_QUERY_FLAG_NUMBER, &number, &size, nullptr)) {
+        return 0;
+    }
+    return number;
+}
+
+} // namespace
+
+void WebRequest::HandleCloser::operator()(void* handle) const noexcept {
+    InternetCloseHandle(handle);
+}
+
+WebRequest::WebRequest() : m_context(std::make_shared<RequestContext>()) {}
+
+WebRequest::WebRequest(const wchar_t* url, WebRequestType type) : WebRequest() {
+    WebRequest::SetRequestType(type);
+    WebRequest::SetRequestUrl(url);
+}
+
+WebRequest::~WebRequest() {
+    EndExchange();
+}
+
+void WebRequest::EndExchange() {
+    m_context->Abandon();
+    // Children first: closing a parent closes its children and frees their numbers, which the
+    // platform may give to another thread before this one comes to close them.
+    m_request.reset();
+    m_connection.reset();
+    m_session.reset();
+}
+
+void WebRequest::SetRequestUrl(const wchar_t* url) {
+    m_requestUrl = url ? url : L"";
+}
+
+void WebRequest::SetRequestType(WebRequestType type) {
+    for (const VerbRow& row : kVerbs) {
+        if (row.type == type) {
+            m_verb = row.verb;
+        }
+    }
+}
+
+void WebRequest::AddAcceptType(AcceptType type) {
+    m_acceptTypes.push_back(type);
+}
+
+void WebRequest::AddHeader(const wchar_t* header) {
+    m_headers.emplace_back(header ? header : L"");
+}
+
+void WebRequest::SetCookie(const wchar_t* url, const wchar_t* data) {
+    InternetSetCookieW(url, L"", data);
+}
+
+unsigned long WebRequest::GetRequestStatus() {
+    return QueryNumber(m_request.get(), HTTP_QUERY_STATUS_CODE);
+}
+
+void WebRequest::GetRequestedData(std::wstring& out) {
+    std::vector<char> bytes;
+    ReadReply(bytes, true);
+    const std::string_view text(bytes.data(), bytes.size());
+    out = Utf8::ToWide(text.substr(0, text.find('\0')));
+}
+
+void WebRequest::GetRequestedData(std::vector<char>& out) {
+    ReadReply(out, false);
+}
+
+void WebRequest::GetCookie(std::wstring& out) {
+    out = BaseHlpr::GetPlatformCookies(m_requestUrl.c_str());
+}
+
+void WebRequest::SendRequest() {
+    Connect(0);
+    OpenRequest(nullptr);
+    Send(m_uploadData);
+}
+
+void WebRequest::SendRequest(IRequestInfo* info) {
+    ExtractRequestInfo(info);
+    SendRequest();
+}
+
+void WebRequest::SendRequestAsync(IResponse* response) {
+    Connect(INTERNET_FLAG_ASYNC);
+    // A context serves one exchange; an earlier one may still be in the platform's hands.
+    const auto context = m_context = std::make_shared<RequestContext>();
+    context->response = response;
+    context->request = this;
+    context->body = std::move(m_uploadData);
+    OpenRequest(context.get());
+    // From a send that is under way on, the exchange belongs to the callback, which may have ended
+    // it and this object's life by now.
+    if (!Send(context->body) && GetLastError() != ERROR_IO_PENDING) {
+        context->Fail(0);
+    }
+}
+
+void WebRequest::SendRequestAsync(IRequestInfo* info, IResponse* response) {
+    ExtractRequestInfo(info);
+    SendRequestAsync(response);
+}
+
+void WebRequest::SetRequestFlags(int flags) {
+    m_requestFlags = flags;
+}
+
+void WebRequest::SetUploadData(const wchar_t* data) {
+    const _UNICODECONVERT narrow(data);
+    const char* text = narrow;
+    m_uploadData.assign(text, text + std::strlen(text));
+}
+
+void WebRequest::SetUploadData(const std::vector<char>& data) {
+    m_uploadData = data;
+}
+
+void WebRequest::ClearAcceptTypes() {
+    m_acceptTypes.clear();
+}
+
+void WebRequest::ClearHeaders() {
+    m_headers.clear();
+}
+
+void WebRequest::GetRedirectUrl(std::wstring& out) {
+    out.clear();
+    DWORD size = 0;
+    HttpQueryInfoA(m_request.get(), HTTP_QUERY_LOCATION, nullptr, &size, nullptr);
+    std::vector<char> location(size + 1);
+    if (size != 0 &&
+        HttpQueryInfoA(m_request.get(), HTTP_QUERY_LOCATION, location.data(), &size, nullptr)) {
+        out = _UNICODECONVERT(location.data());
+    }
+}
+
+void WebRequest::GetRequestedDataAsync(RequestContext* context) {
+    using State = RequestContext::State;
+    const DWORD length = ContentLength();
+    const bool prepared = length != 0 ? context->PrepareRead(length, State::ReadingLast)
+                                      : context->PrepareRead(kChunkSize, State::ReadingChunk);
+    if (!prepared) {
+        context->Fail(GetRequestStatus());
+        return;
+    }
+    const BOOL finished =
+        InternetReadFile(m_request.get(), context->readBuffer.data(),
+                         static_cast<DWORD>(context->readBuffer.size()), &context->bytesRead);
+    if (!finished && GetLastError() == ERROR_IO_PENDING) {
+        return;
+    }
+    // A read that finishes at once is the reply's last one, whatever its length.
+    if (finished && context->TakeRead()) {
+        context->Complete();
+    } else {
+        context->Fail(GetRequestStatus());
+    }
+}
+
+void WebRequest::Connect(int flags) {
+    EndExchange();
+    m_session.reset(InternetOpenW(L"Velmora", INTERNET_OPEN_TYPE_PRECONFIG, nullptr, nullptr,
+                                  static_cast<DWORD>(flags)));
+    if (!m_session) {
+        return;
+    }
+    DWORD timeout = kTimeoutMilliseconds;
+    InternetSetOptionA(m_session.get(), INTERNET_OPTION_RECEIVE_TIMEOUT, &timeout, sizeof(timeout));
+    InternetSetOptionA(m_session.get(), INTERNET_OPTION_SEND_TIMEOUT, &timeout, sizeof(timeout));
+    InternetSetStatusCallback(m_session.get(), StatusCallback);
+
+    std::vector<wchar_t> host(kHostNameCapacity);
+    std::vector<wchar_t> path(kUrlPathCapacity);
+    URL_COMPONENTSW parts{};
+    parts.dwStructSize = sizeof(parts);
+    parts.lpszHostName = host.data();
+    parts.dwHostNameLength = static_cast<DWORD>(host.size());
+    parts.lpszUrlPath = path.data();
+    parts.dwUrlPathLength = static_cast<DWORD>(path.size());
+    if (!InternetCrackUrlW(m_requestUrl.c_str(), 0, 0, &parts)) {
+        return;
+    }
+    // The platform takes "ftp://host" and "nonsense://host" apart too.
+    if (parts.nScheme != INTERNET_SCHEME_HTTP && parts.nScheme != INTERNET_SCHEME_HTTPS) {
+        return;
+    }
+    m_secure = parts.nScheme == INTERNET_SCHEME_HTTPS;
+    m_connection.reset(InternetConnectW(m_session.get(), host.data(), parts.nPort, nullptr, nullptr,
+                                        INTERNET_SERVICE_HTTP, 0, 0));
+    m_hostName = host.data();
+    m_urlPath = path.data();
+}
+
+const wchar_t* WebRequest::GetAcceptString(AcceptType type) {
+    switch (type) {
+    case AcceptTypeXml: return L"text/xml";
+    case AcceptTypeOctetStream: return L"application/octet-stream";
+    default: return L"text/html";
+    }
+}
+
+void WebRequest::ExtractRequestInfo(IRequestInfo* info) {
+    SetRequestUrl(info->GetRequestUrl().c_str());
+    SetRequestType(info->GetRequestType());
+    std::vector<AcceptType> acceptTypes;
+    info->GetAcceptTypes(acceptTypes);
+    for (const AcceptType type : acceptTypes) {
+        AddAcceptType(type);
+    }
+    AddHeader(info->GetHeaders().c_str());
+    SetRequestFlags(info->GetRequestFlags());
+    if (const std::vector<char>& bytes = info->GetUploadData(); !bytes.empty()) {
+        SetUploadData(bytes);
+    } else {
+        SetUploadData(info->GetUploadString().c_str());
+    }
+}
+
+void WebRequest::OpenRequest(RequestContext* context) {
+    std::vector<const wchar_t*> acceptTypes;
+    for (const AcceptType type : m_acceptTypes) {
+        acceptTypes.push_back(GetAcceptString(type));
+    }
+    acceptTypes.push_back(nullptr);
+    const DWORD flags =
+        static_cast<DWORD>(m_requestFlags) | (m_secure ? INTERNET_FLAG_SECURE : DWORD{0});
+    if (context) {
+        context->HoldForPlatform();
+    }
+    m_request.reset(HttpOpenRequestW(m_connection.get(), m_verb.c_str(), m_urlPath.c_str(), nullptr,
+                                     nullptr, acceptTypes.data(), flags,
+                                     reinterpret_cast<DWORD_PTR>(context)));
+    if (context && !m_request) {
+        context->LetGoByPlatform();
+    }
+}
+
+bool WebRequest::Send(std::vector<char>& body) {
+    std::wstring headers;
+    for (const std::wstring& header : m_headers) {
+        headers += header + L"\r\n";
+    }
+    return HttpSendRequestW(m_request.get(), headers.c_str(), static_cast<DWORD>(headers.size()),
+                            body.empty() ? nullptr : body.data(),
+                            static_cast<DWORD>(body.size())) != FALSE;
+}
+
+std::uint32_t WebRequest::ContentLength() const {
+    return QueryNumber(m_request.get(), HTTP_QUERY_CONTENT_LENGTH);
+}
+
+void WebRequest::ReadReply(std::vector<char>& out, bool asText) {
+    const std::size_t before = out.size();
+    try {
+        if (const DWORD length = ContentLength()) {
+            out.resize(before + length);
+            DWORD bytesRead = 0;
+            if (!InternetReadFile(m_request.get(), out.data() + before, length, &bytesRead) ||
+                bytesRead != length) {
+                out.resize(before);
+            }
+        } else {
+            ReadChunks(out, asText);
+        }
+    } catch (const std::bad_alloc&) {
+        out.resize(before);
+    }
+}
+
+void WebRequest::ReadChunks(std::vector<char>& out, bool asText) {
+    for (;;) {
+        const std::size_t before = out.size();
+        out.resize(before + kChunkSize);
+        DWORD bytesRead = 0;
+        const BOOL succeeded =
+            InternetReadFile(m_request.get(), out.data() + before, kChunkSize, &bytesRead);
+        if (!succeeded || bytesRead == 0) {
+            out.resize(before);
+            return;
+        }
+        const auto chunk = out.begin() + static_cast<std::ptrdiff_t>(before);
+        const auto end = chunk + static_cast<std::ptrdiff_t>(bytesRead);
+        out.erase(asText ? std::find(chunk, end, '\0') : end, out.end());
+    }
+}
