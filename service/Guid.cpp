@@ -1,0 +1,43 @@
+#include "service/Guid.h"
+
+#include "service/Text.h"
+
+#include <random>
+
+namespace brevint::service {
+
+namespace {
+
+constexpr std::string_view form = "xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
+
+} // namespace
+
+std::optional<std::string> ParseGuid(std::string_view text) {
+    if (text.size() != form.size())
+        return std::nullopt;
+    const std::string guid = ToLower(text);
+    for (std::size_t i = 0; i < form.size(); ++i) {
+        const bool digit = (guid[i] >= '0' && guid[i] <= '9') || (guid[i] >= 'a' && guid[i] <= 'f');
+        if (form[i] == '-' ? guid[i] != '-' : !digit)
+            return std::nullopt;
+    }
+    return guid;
+}
+
+std::string NewGuid() {
+    // Identifiers need to differ, not to be secret, and thousands may be wanted at once.
+    thread_local std::mt19937_64 generator = [] {
+        std::random_device source;
+        std::seed_seq seed{source(), source(), source(), source()};
+        return std::mt19937_64(seed);
+    }();
+    std::string guid;
+    for (char place : form) {
+        constexpr char digits[] = "0123456789abcdef";
+        guid += place == '-' ? '-' : digits[generator() & 15];
+    }
+    guid[14] = '4'; // the version digit of a random identifier
+    return guid;
+}
+
+} // namespace brevint::service

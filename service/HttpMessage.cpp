@@ -1,0 +1,57 @@
+#include "service/HttpMessage.h"
+
+#include "service/Text.h"
+#include "service/XmlWriter.h"
+
+namespace brevint::service {
+
+std::string HttpRequest::Header(std::string_view name) const {
+    std::string value;
+    bool found = false;
+    for (const auto& [key, text] : headers) {
+        if (!EqualsIgnoreCase(key, name))
+            continue;
+        if (found)
+            value += ", ";
+        value += text;
+        found = true;
+    }
+    return value;
+}
+
+std::optional<std::string> HttpRequest::Cookie(std::string_view name) const {
+    for (const auto& [key, text] : headers) {
+        if (!EqualsIgnoreCase(key, "Cookie"))
+            continue;
+        for (std::string_view piece : Split(text, ';')) {
+            piece = Trim(piece);
+            if (piece.size() > name.size() && piece.starts_with(name) && piece[name.size()] == '=')
+                return std::string(piece.substr(name.size() + 1));
+        }
+    }
+    return std::nullopt;
+}
+
+HttpReply HtmlReply(int status, std::string page) {
+    return {
+        status, {{"Content-Type", "text/html; charset=utf-8"}}, std::move(page), nullptr, false};
+}
+
+HttpReply XmlReply(std::string document) {
+    return {
+        200, {{"Content-Type", "text/xml; charset=utf-8"}}, std::move(document), nullptr, false};
+}
+
+HttpReply RedirectReply(std::string location) {
+    return {302, {{"Location", std::move(location)}}, {}, nullptr, false};
+}
+
+HttpReply ErrorReply(int status, std::string_view message) {
+    XmlWriter xml;
+    xml.Open("ResponseData").Element("Message", message).Close();
+    HttpReply reply = XmlReply(xml.Document());
+    reply.status = status;
+    return reply;
+}
+
+} // namespace brevint::service

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "service/HttpServer.h"
+#include "service/Router.h"
+#include "service/ServiceOptions.h"
+#include "service/ServiceState.h"
+
+#include <string>
+
+namespace brevint::service {
+
+/// A repository service with its identity portal, on a port of the loopback interface. Each one has
+/// users, sessions and a repository of its own, all in memory.
+class ReferenceService {
+public:
+    explicit ReferenceService(ServiceOptions options = {});
+
+    /// Begins to serve. Throws std::exception when the port is not free.
+    void Start();
+
+    /// Closes every connection and joins the threads; so does the destructor.
+    void Stop();
+
+    /// The address that clients are given, with "/" at its end. Valid once started.
+    std::string Url() const;
+
+private:
+    ServiceState state_;
+    Router router_;
+    HttpServer server_;
+};
+
+} // namespace brevint::service

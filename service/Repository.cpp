@@ -1,0 +1,277 @@
+#include "service/Repository.h"
+
+#include "service/Guid.h"
+#include "service/ServiceError.h"
+#include "service/Text.h"
+
+#include <utf8.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <utility>
+
+namespace brevint::service {
+
+namespace {
+
+constexpr std::array<std::string_view, 4> refusedTypes = {".bat", ".cmd", ".exe", ".msi"};
+
+std::string Now() {
+    return FormatUtc(std::chrono::system_clock::now());
+}
+
+/// The extension in lower case with its dot, "" when there is none.
+std::string FileType(std::string_view name) {
+    const auto dot = name.rfind('.');
+    return dot == std::string_view::npos ? std::string() : ToLower(name.substr(dot));
+}
+
+void CheckContent(const std::string& name, const Blob& content) {
+    if (content.Size() == 0)
+        throw BadProvidedFile(name, "is empty.");
+    if (std::find(refusedTypes.begin(), refusedTypes.end(), FileType(name)) != refusedTypes.end())
+        throw BadProvidedFile(name, "is of a type that the repository does not accept.");
+}
+
+Item NewItem(std::string_view parentId, const std::string& name, const User& user) {
+    Item item;
+    item.parentId = parentId;
+    item.ownerId = user.id;
+    item.name = name;
+    item.created = Now();
+    item.createdBy = user.name;
+    item.modified = item.created;
+    return item;
+}
+
+} // namespace
+
+Repository::Repository(const User& owner) {
+    for (const auto& [id, name] :
+         {std::pair(projectRootId, "Projects"), std::pair(templateRootId, "Templates")}) {
+        Item root = NewItem({}, name, owner);
+        root.id = id;
+        nodes_[root.id].item = root;
+    }
+}
+
+Item Repository::Find(std::string_view id) const {
+    const std::lock_guard lock(mutex_);
+    return FindNode(id).item;
+}
+
+std::vector<Item> Repository::Children(std::string_view folderId) const {
+    const std::lock_guard lock(mutex_);
+    const Node& folder = FindFolder(folderId);
+    std::vector<Item> items;
+    items.reserve(folder.children.size());
+    for (const auto& [key, id] : folder.children)
+        items.push_back(nodes_.at(id).item);
+    return items;
+}
+
+std::string Repository::Path(std::string_view id) const {
+    const std::lock_guard lock(mutex_);
+    std::string path;
+    for (const Node* node = &FindNode(id);; node = &nodes_.at(node->item.parentId)) {
+        path.insert(0, "/" + node->item.name);
+        if (node->item.parentId.empty())
+            return path;
+    }
+}
+
+std::vector<std::pair<Item, std::string>> Repository::Templates() const {
+    const std::lock_guard lock(mutex_);
+    std::vector<std::pair<Item, std::string>> templates;
+    for (const auto& [id, node] : nodes_)
+        if (!node.item.IsFolder() && FileType(node.item.name) == ".template")
+            templates.emplace_back(node.item, nodes_.at(node.item.parentId).item.name);
+    std::sort(templates.begin(), templates.end(), [](const auto& left, const auto& right) {
+        return std::tie(left.second, left.first.name) < std::tie(right.second, right.first.name);
+    });
+    return templates;
+}
+
+std::string Repository::AddFolder(std::string_view parentId, const std::string& name,
+                                  const User& user) {
+    const std::lock_guard lock(mutex_);
+    const Node& parent = FindFolder(parentId);
+    RequireWritable(parent, user);
+    CheckName(name);
+    const auto namesake = parent.children.find(ToLower(name));
+    if (namesake != parent.children.end())
+        throw nodes_.at(namesake->second).item.IsFolder() ? FolderExists(name) : ItemExists();
+    return Insert(NewItem(parentId, name, user));
+}
+
+void Repository::CheckNewFile(std::string_view parentId, const std::string& name,
+                              const User& user) const {
+    const std::lock_guard lock(mutex_);
+    CheckNewFileLocked(parentId, name, user);
+}
+
+std::string Repository::AddFile(std::string_view parentId, const std::string& name,
+                                std::shared_ptr<const Blob> content, const User& user) {
+    const std::lock_guard lock(mutex_);
+    CheckNewFileLocked(parentId, name, user);
+    CheckContent(name, *content);
+    Item item = NewItem(parentId, name, user);
+    item.content = std::move(content);
+    return Insert(std::move(item));
+}
+
+void Repository::CheckReplacement(std::string_view fileId, const User& user) const {
+    const std::lock_guard lock(mutex_);
+    CheckReplacementLocked(fileId, user);
+}
+
+std::string Repository::ReplaceFile(std::string_view fileId, const std::string& providedName,
+                                    std::shared_ptr<const Blob> content, const User& user) {
+    const std::lock_guard lock(mutex_);
+    CheckReplacementLocked(fileId, user);
+    CheckContent(providedName, *content);
+    Item& item = nodes_.at(std::string(fileId)).item;
+    if (FileType(providedName) != FileType(item.name))
+        throw BadProvidedFile(providedName,
+                              "is not of the type of the file that it would replace.");
+    item.content = std::move(content);
+    item.modified = Now();
+    return item.id;
+}
+
+void Repository::CheckOut(std::string_view id, const User& user) {
+    const std::lock_guard lock(mutex_);
+    Node& file = Lockable(id, user);
+    if (!file.item.lockedBy.empty())
+        throw AlreadyCheckedOut();
+    file.item.lockedBy = user.name;
+}
+
+void Repository::CheckIn(std::string_view id, const User& user) {
+    const std::lock_guard lock(mutex_);
+    Node& file = Lockable(id, user);
+    if (file.item.lockedBy.empty())
+        throw AlreadyCheckedIn();
+    file.item.lockedBy.clear();
+}
+
+void Repository::Remove(const std::vector<std::string>& ids, const User& user) {
+    const std::lock_guard lock(mutex_);
+    for (const std::string& id : ids) {
+        const Node& node = FindNode(id);
+        if (node.item.parentId.empty())
+            throw ServiceError(403, "The root of a repository cannot be deleted.");
+        RequireWritable(node, user);
+        RequireUnlocked(node, user);
+    }
+    for (const std::string& id : ids) {
+        const auto entry = nodes_.find(id);
+        if (entry == nodes_.end())
+            continue; // went with a folder named before it
+        nodes_.at(entry->second.item.parentId).children.erase(ToLower(entry->second.item.name));
+        Erase(id);
+    }
+}
+
+std::string Repository::Seed(Item item) {
+    const std::lock_guard lock(mutex_);
+    return Insert(std::move(item));
+}
+
+const Repository::Node& Repository::FindNode(std::string_view id) const {
+    const auto entry = nodes_.find(std::string(id));
+    if (entry == nodes_.end())
+        throw ItemNotFound();
+    return entry->second;
+}
+
+const Repository::Node& Repository::FindFolder(std::string_view id) const {
+    const Node& node = FindNode(id);
+    if (!node.item.IsFolder())
+        throw NotAFolder();
+    return node;
+}
+
+const Repository::Node& Repository::FindFile(std::string_view id) const {
+    const Node& node = FindNode(id);
+    if (node.item.IsFolder())
+        throw NotAFile();
+    return node;
+}
+
+bool Repository::LiesInTemplates(const Node& node) const {
+    const Node* top = &node;
+    while (!top->item.parentId.empty())
+        top = &nodes_.at(top->item.parentId);
+    return top->item.id == templateRootId;
+}
+
+void Repository::RequireWritable(const Node& node, const User& user) const {
+    if (user.role != Role::Administrator && LiesInTemplates(node))
+        throw AuthorizationFailed();
+}
+
+void Repository::RequireUnlocked(const Node& node, const User& user) const {
+    if (!node.item.lockedBy.empty() && node.item.lockedBy != user.name)
+        throw CheckedOutToAnother();
+    for (const auto& [key, id] : node.children)
+        RequireUnlocked(nodes_.at(id), user);
+}
+
+void Repository::CheckName(const std::string& name) const {
+    const bool control = std::any_of(name.begin(), name.end(), [](char c) {
+        return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
+    });
+    if (control || name.find_first_of("\\/:*?\"<>|") != std::string::npos)
+        throw InvalidName();
+    if (name.find_first_not_of(" .") == std::string::npos)
+        throw BadRequest("Please specify a name.");
+    if (!utf8::is_valid(name.begin(), name.end()))
+        throw BadRequest("The name is not valid UTF-8.");
+}
+
+void Repository::CheckNewFileLocked(std::string_view parentId, const std::string& name,
+                                    const User& user) const {
+    const Node& parent = FindFolder(parentId);
+    RequireWritable(parent, user);
+    CheckName(name);
+    const std::string type = FileType(name);
+    if (type == ".project" && LiesInTemplates(parent))
+        throw NoProjectsInTemplates();
+    if (type == ".template" && !LiesInTemplates(parent))
+        throw NoTemplatesInProjects();
+    if (parent.children.contains(ToLower(name)))
+        throw ItemExists();
+}
+
+void Repository::CheckReplacementLocked(std::string_view fileId, const User& user) const {
+    const Node& file = FindFile(fileId);
+    RequireWritable(file, user);
+    RequireUnlocked(file, user);
+}
+
+Repository::Node& Repository::Lockable(std::string_view id, const User& user) {
+    const Node& node = FindNode(id);
+    if (node.item.IsFolder())
+        throw CannotLockFolders();
+    RequireWritable(node, user);
+    RequireUnlocked(node, user);
+    return nodes_.at(node.item.id);
+}
+
+std::string Repository::Insert(Item item) {
+    item.id = NewGuid();
+    std::string id = item.id;
+    nodes_.at(item.parentId).children[ToLower(item.name)] = id;
+    nodes_[id].item = std::move(item);
+    return id;
+}
+
+void Repository::Erase(const std::string& id) {
+    const auto node = nodes_.extract(id);
+    for (const auto& [key, child] : node.mapped().children)
+        Erase(child);
+}
+
+} // namespace brevint::service

@@ -1,0 +1,81 @@
+#include "service/Seed.h"
+
+#include <utility>
+
+namespace brevint::service {
+
+namespace {
+
+/// Plants items that all belong to one user and bear one date.
+class Planter {
+public:
+    Planter(Repository& repository, const User& owner) : repository_(repository), owner_(owner) {}
+
+    std::string Folder(std::string_view parentId, std::string name, std::string description = {},
+                       bool isPublic = true) {
+        return Plant(parentId, std::move(name), std::move(description), nullptr, isPublic);
+    }
+
+    void File(std::string_view parentId, std::string name, std::shared_ptr<const Blob> content,
+              std::string description = {}) {
+        Plant(parentId, std::move(name), std::move(description), std::move(content), true);
+    }
+
+    void File(std::string_view parentId, std::string name, std::string text,
+              std::string description = {}) {
+        File(parentId, std::move(name), MakeBlob(std::move(text)), std::move(description));
+    }
+
+private:
+    std::string Plant(std::string_view parentId, std::string name, std::string description,
+                      std::shared_ptr<const Blob> content, bool isPublic) {
+        Item item;
+        item.parentId = parentId;
+        item.ownerId = owner_.id;
+        item.name = std::move(name);
+        item.description = std::move(description);
+        item.created = "2024-03-01T09:30:00Z";
+        item.createdBy = owner_.name;
+        item.modified = "2024-03-04T16:05:12Z";
+        item.isPublic = isPublic;
+        item.content = std::move(content);
+        return repository_.Seed(std::move(item));
+    }
+
+    Repository& repository_;
+    const User& owner_;
+};
+
+} // namespace
+
+void SeedRepository(Repository& repository, const ServiceOptions& options) {
+    Planter plant(repository, options.users.front());
+    const auto projects = Repository::projectRootId;
+    const auto templates = Repository::templateRootId;
+
+    const std::string bridge = plant.Folder(projects, "Bridge", "Survey & repair <2024>");
+    plant.File(bridge, "Bridge.project", "bridge project\n");
+    plant.File(bridge, "Notes.txt", "Span 3 needs a second look.\n", "First inspection");
+    plant.File(bridge, "Überblick — 概要.txt", "Grüße\n", "Übersicht der Spannweiten");
+    plant.File(bridge, "R&D 'plan' [draft].txt", "a < b && b > c\n", "\"quoted\" & <tagged>");
+    plant.File(bridge, "Empty.txt", std::string());
+    plant.Folder(bridge, "Фото 📷");
+    const std::string archive = plant.Folder(projects, "Archive", "Closed projects", false);
+    plant.File(archive, "Block.bin", MakePatternBlob(100'000));
+
+    const std::string reports = plant.Folder(templates, "Reports");
+    plant.File(reports, "Cost & time.template", "cost and time\n", "Costs < budget, in €");
+    plant.File(reports, "Übergabe.template", "handover\n");
+    const std::string plans = plant.Folder(templates, "Plans");
+    plant.File(plans, "Inspection.template", "inspection\n", "Yearly inspection");
+
+    for (const auto& [name, size] : options.patternFiles)
+        plant.File(projects, name, MakePatternBlob(size));
+    if (options.manyFiles > 0) {
+        const std::string many = plant.Folder(projects, "Many");
+        for (std::size_t i = 1; i <= options.manyFiles; ++i)
+            plant.File(many, "File " + std::to_string(i) + ".txt", "number " + std::to_string(i));
+    }
+}
+
+} // namespace brevint::service

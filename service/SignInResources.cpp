@@ -1,0 +1,128 @@
+// The way into the service: the dashboard sends whoever has no session to the identity portal; the
+// portal takes the credentials and answers with a form that carries a token to the federation
+// endpoint; that endpoint opens the session and sends back to the dashboard.
+
+#include "service/FormFields.h"
+#include "service/Resources.h"
+#include "service/ServiceError.h"
+#include "service/Text.h"
+
+namespace brevint::service {
+
+namespace {
+
+constexpr char signInAction[] = "wsignin1.0";
+constexpr char portalPath[] = "portal/login";
+constexpr char federationPath[] = "federation";
+
+std::string Page(const std::string& title, const std::string& content) {
+    return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n<title>" +
+           HtmlEscape(title) + "</title>\n</head>\n<body>\n<h1>" + HtmlEscape(title) + "</h1>\n" +
+           content + "</body>\n</html>\n";
+}
+
+std::string Hidden(const std::string& name, const std::string& value) {
+    return "<input type=\"hidden\" name=\"" + name + "\" value=\"" + HtmlEscape(value) + "\">\n";
+}
+
+/// `failure` is shown above the form. Without an action the form posts to the address that the
+/// page came from, which carries the sign-in's parameters. Nothing in it is hidden: hidden fields
+/// are how clients tell the page of a successful sign-in.
+std::string CredentialPage(const std::string& failure) {
+    std::string content;
+    if (!failure.empty())
+        content +=
+            "<p role=\"alert\"><failureMessage>" + HtmlEscape(failure) + "</failureMessage></p>\n";
+    content += "<form method=\"post\">\n"
+               "<p><label>User name <input type=\"text\" name=\"userName\" autofocus></label></p>\n"
+               "<p><label>Password <input type=\"password\" name=\"password\"></label></p>\n"
+               "<p><button type=\"submit\">Sign in</button></p>\n"
+               "</form>\n";
+    return Page("Sign in", content);
+}
+
+std::string TokenPage(const std::string& federationUrl, const std::string& token,
+                      const std::string& context) {
+    return Page("Signing in",
+                "<form method=\"post\" action=\"" + HtmlEscape(federationUrl) + "\">\n" +
+                    Hidden("wa", signInAction) + Hidden("wresult", token) +
+                    Hidden("wctx", context) +
+                    "<noscript><p><button type=\"submit\">Continue</button></p></noscript>\n"
+                    "</form>\n"
+                    "<script>document.forms[0].submit();</script>\n");
+}
+
+HttpReply ShowDashboard(const Call& call) {
+    if (!call.user) {
+        const std::string context = "rm=0&id=dashboard&ru=" + call.serviceUrl;
+        return RedirectReply(call.serviceUrl + portalPath + "?wa=" + signInAction +
+                             "&mode=DB&wctx=" + PercentEncode(context));
+    }
+    return HtmlReply(200, Page("Dashboard", "<p>Signed in as " + HtmlEscape(call.user->name) +
+                                                ". <a href=\"" + HtmlEscape(call.serviceUrl) +
+                                                "SignOut\">Sign out</a></p>\n"));
+}
+
+/// The context that the dashboard put into the portal's address.
+std::string CheckPortalQuery(const Call& call) {
+    const FormFields query = ReadQuery(call.request.query);
+    const auto mode = query.Single("mode");
+    const auto context = query.Single("wctx");
+    if (query.Single("wa") != signInAction || !context || (mode != "DB" && mode != "VX"))
+        throw BadRequest("The portal's address lacks its parameters.");
+    return *context;
+}
+
+HttpReply TakeCredentials(const Call& call, Sessions& sessions) {
+    const std::string context = CheckPortalQuery(call);
+    const FormFields form = ReadForm(call.request.Header("Content-Type"), call.request.body);
+    const auto name = form.Single("userName");
+    const auto password = form.Single("password");
+    if (!name || !password || form.Size() != 2)
+        throw BadRequest("The form must hold userName and password.");
+    const User* user = sessions.CheckPassword(*name, *password);
+    if (!user)
+        return HtmlReply(200, CredentialPage("The user name or password is incorrect."));
+    return HtmlReply(200, TokenPage(call.serviceUrl + federationPath,
+                                    sessions.IssueToken(*user, context), context));
+}
+
+HttpReply TakeToken(const Call& call, Sessions& sessions) {
+    const FormFields form = ReadForm(call.request.Header("Content-Type"), call.request.body);
+    const auto token = form.Single("wresult");
+    const auto context = form.Single("wctx");
+    if (form.Single("wa") != signInAction || !token || !context || form.Size() != 3)
+        throw BadRequest("The form must hold wa, wresult and wctx.");
+    const auto cookies = sessions.Redeem(*token, *context);
+    if (!cookies)
+        return HtmlReply(403, Page("Sign-in failed",
+                                   "<p>The sign-in token is not valid. <a href=\"" +
+                                       HtmlEscape(call.serviceUrl) + "\">Sign in again</a></p>\n"));
+    HttpReply reply = RedirectReply(call.serviceUrl);
+    SetSessionCookies(reply, *cookies);
+    return reply;
+}
+
+} // namespace
+
+void AddSignInResources(Router& router, ServiceState& state) {
+    router.Add("GET", "", Access::Anyone, ShowDashboard);
+    router.Add("GET", portalPath, Access::Anyone, [](const Call& call) {
+        CheckPortalQuery(call);
+        return HtmlReply(200, CredentialPage({}));
+    });
+    router.Add("POST", portalPath, Access::Anyone,
+               [&state](const Call& call) { return TakeCredentials(call, state.sessions); });
+    router.Add("POST", federationPath, Access::Anyone,
+               [&state](const Call& call) { return TakeToken(call, state.sessions); });
+    router.Add("GET", "SignOut", Access::SignedIn, [&state](const Call& call) {
+        state.sessions.End(ReadSessionCookies(call.request));
+        HttpReply reply =
+            HtmlReply(200, Page("Signed out", "<p><a href=\"" + HtmlEscape(call.serviceUrl) +
+                                                  "\">Sign in again</a></p>\n"));
+        ExpireSessionCookies(reply);
+        return reply;
+    });
+}
+
+} // namespace brevint::service

@@ -1,0 +1,27 @@
+#include <utility> // Boost.Asio's headers count on it
+
+#include "service/StopSignal.h"
+
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/signal_set.hpp>
+
+#include <csignal>
+
+namespace brevint::service {
+
+struct StopSignal::Listener {
+    boost::asio::io_context context;
+    boost::asio::signal_set signals{context, SIGINT, SIGTERM};
+};
+
+StopSignal::StopSignal() : listener_(std::make_unique<Listener>()) {
+    listener_->signals.async_wait([](const boost::system::error_code&, int) {});
+}
+
+StopSignal::~StopSignal() = default;
+
+void StopSignal::Wait() {
+    listener_->context.run();
+}
+
+} // namespace brevint::service
