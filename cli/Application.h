@@ -1,0 +1,13 @@
+#pragma once
+
+#include "cli/ExitCode.h"
+
+#include <string>
+#include <vector>
+
+namespace brevint::cli {
+
+/// Runs the command that the arguments (UTF-8, without the program's name) ask for.
+ExitCode RunApplication(std::vector<std::string> arguments);
+
+} // namespace brevint::cli

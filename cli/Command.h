@@ -1,0 +1,36 @@
+#pragma once
+
+#include "cli/Context.h"
+#include "cli/ExitCode.h"
+
+#include <memory>
+#include <span>
+
+namespace CLI {
+class App;
+}
+
+namespace brevint::cli {
+
+/// One command of the program.
+class Command {
+public:
+    virtual ~Command() = default;
+
+    /// Declares the command's own options; their values are kept in this object.
+    virtual void AddOptions(CLI::App& app) = 0;
+
+    /// Does the work and tells its outcome. Throws a Failure when it comes to nothing.
+    virtual ExitCode Run(Context& context) = 0;
+};
+
+struct CommandRow {
+    const char* name;
+    const char* summary;
+    std::unique_ptr<Command> (*make)();
+};
+
+/// All commands, in the order in which the help shows them.
+std::span<const CommandRow> AllCommands();
+
+} // namespace brevint::cli

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "cli/ItemResolver.h"
+#include "cli/Output.h"
+#include "cli/Service.h"
+#include "cli/Session.h"
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace brevint::cli {
+
+/// The options that every command takes.
+struct Options {
+    std::string url; ///< Empty: that of the session.
+    std::string root = "00000000-0000-0000-0000-000000000001";
+    bool json = false;
+    bool insecureHttp = false;
+    std::uint32_t timeoutSeconds = 3600;
+};
+
+/// What a command works with during one run.
+class Context {
+public:
+    explicit Context(Options options);
+
+    const Options& Settings() const { return options_; }
+    const Output& Out() const { return output_; }
+
+    /// The longest time to wait for one thing.
+    std::chrono::seconds Timeout() const { return std::chrono::seconds(options_.timeoutSeconds); }
+
+    /// The session with the service of --url, without cookies if it is not the one signed in to, or
+    /// with the one signed in to. Throws a Failure when there is neither.
+    const Session& TheSession();
+
+    /// The service of that session.
+    Service& TheService();
+
+    /// Finds items at that service.
+    ItemResolver& Items();
+
+private:
+    const Options options_;
+    const Output output_;
+    std::optional<Session> session_;
+    std::unique_ptr<Service> service_;
+    std::unique_ptr<ItemResolver> items_;
+};
+
+} // namespace brevint::cli

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "cli/Failure.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brevint::cli {
+
+/// What the program says: results on standard output, either as lines or as one JSON document, and
+/// failures on standard error. Everything is made harmless for terminals here.
+class Output {
+public:
+    explicit Output(bool json) : json_(json) {}
+
+    bool IsJson() const { return json_; }
+
+    /// Lines without their ends; nothing happens in JSON mode.
+    void Lines(const std::vector<std::string>& lines) const;
+    void Line(const std::string& line) const { Lines({line}); }
+
+    /// The run's only document; nothing happens in line mode.
+    void Document(const nlohmann::json& document) const;
+
+    /// The failure's account on standard error, in both modes.
+    void Report(const Failure& failure) const;
+
+private:
+    bool json_;
+};
+
+/// The failure as it stands in documents.
+nlohmann::json ToJson(const Failure& failure);
+
+} // namespace brevint::cli

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace brevint::cli {
+
+/// `text` (UTF-8) as it may be shown on a terminal: every character that could steer the terminal
+/// or turn the direction of writing becomes U+FFFD, line ends and tabs too.
+std::string Neutralise(std::string_view text);
+
+/// A JSON document with those characters, as far as JSON lets them stand, as \u escapes.
+std::string NeutraliseJson(std::string_view document);
+
+/// The number of characters in UTF-8 text. Wide and combining ones are not told apart.
+std::size_t CharacterCount(std::string_view text);
+
+} // namespace brevint::cli

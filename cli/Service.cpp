@@ -1,0 +1,48 @@
+#include "cli/Service.h"
+
+#include "brevint/IIdentityProxy.h"
+#include "brevint/IRepositoryProxy.h"
+#include "brevint/ISignInProxy.h"
+#include "brevint/ISignOutProxy.h"
+#include "brevint/ITemplateProxy.h"
+#include "brevint/InternetCache.h"
+#include "cli/Utf8.h"
+
+namespace brevint::cli {
+
+Service::Service(const Session& session) : url_(ToWide(session.url)) {
+    if (!session.cookies.empty()) {
+        CInternetCache().SetCookie(url_.c_str(), ToWide(session.cookies).c_str());
+    }
+}
+
+template <class Interface>
+std::unique_ptr<Interface> Service::Make(const GUID& iid) {
+    void* object = nullptr;
+    if (factory_.Create(iid, &object) == 0) {
+        throw std::bad_alloc();
+    }
+    return std::unique_ptr<Interface>(static_cast<Interface*>(object));
+}
+
+std::unique_ptr<IIdentityProxy> Service::Identity() {
+    return Make<IIdentityProxy>(IID_IIdentityProxy);
+}
+
+std::unique_ptr<IRepositoryProxy> Service::Repository() {
+    return Make<IRepositoryProxy>(IID_IRepositoryProxy);
+}
+
+std::unique_ptr<ISignInProxy> Service::SignIn() {
+    return Make<ISignInProxy>(IID_ISignInProxy);
+}
+
+std::unique_ptr<ISignOutProxy> Service::SignOut() {
+    return Make<ISignOutProxy>(IID_ISignOutProxy);
+}
+
+std::unique_ptr<ITemplateProxy> Service::Templates() {
+    return Make<ITemplateProxy>(IID_ITemplateProxy);
+}
+
+} // namespace brevint::cli

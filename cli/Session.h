@@ -1,0 +1,31 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace brevint::cli {
+
+/// Where the user has signed in, and the cookies that prove it: a credential.
+struct Session {
+    std::string url;
+    std::string user;
+    std::string cookies; ///< "name=value; name=value"
+};
+
+/// The session that a sign-in has left; nothing when there is none. Throws a Failure when its file
+/// is damaged or open to others.
+std::optional<Session> LoadSession();
+
+/// Keeps the session for later runs, in place of an earlier one.
+void SaveSession(const Session& session);
+
+/// Forgets the session kept, whatever state its file is in.
+void ForgetSession();
+
+// The form of the session's file. ParseSession gives nothing for what FormatSession cannot have
+// made.
+std::string FormatSession(const Session& session);
+std::optional<Session> ParseSession(std::string_view text);
+
+} // namespace brevint::cli

@@ -1,0 +1,47 @@
+#include "cli/Table.h"
+
+#include "cli/SafeText.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace brevint::cli {
+
+Table::Table(std::vector<Column> columns) : columns_(std::move(columns)) {
+    std::vector<std::string> headings;
+    for (const Column& column : columns_) {
+        headings.push_back(column.heading);
+    }
+    AddRow(std::move(headings));
+}
+
+void Table::AddRow(std::vector<std::string> cells) {
+    cells.resize(columns_.size());
+    for (std::string& cell : cells) {
+        cell = Neutralise(cell);
+    }
+    rows_.push_back(std::move(cells));
+}
+
+std::vector<std::string> Table::Lines() const {
+    std::vector<std::size_t> widths(columns_.size(), 0);
+    for (const auto& row : rows_) {
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            widths[i] = std::max(widths[i], CharacterCount(row[i]));
+        }
+    }
+    std::vector<std::string> lines;
+    for (const auto& row : rows_) {
+        std::string line;
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            const std::string padding(widths[i] - CharacterCount(row[i]), ' ');
+            const bool right = columns_[i].align == Align::Right;
+            line += (i == 0 ? "" : "  ") + (right ? padding + row[i] : row[i] + padding);
+        }
+        line.erase(line.find_last_not_of(' ') + 1);
+        lines.push_back(std::move(line));
+    }
+    return lines;
+}
+
+} // namespace brevint::cli

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace brevint::cli {
+
+/// Text in columns, each as wide as its widest cell.
+class Table {
+public:
+    enum class Align { Left, Right };
+
+    struct Column {
+        std::string heading;
+        Align align = Align::Left;
+    };
+
+    explicit Table(std::vector<Column> columns);
+
+    /// One cell per column; UTF-8 in whatever state, made harmless here.
+    void AddRow(std::vector<std::string> cells);
+
+    /// The heading and the rows, in order, without blanks at their ends.
+    std::vector<std::string> Lines() const;
+
+private:
+    std::vector<Column> columns_;
+    std::vector<std::vector<std::string>> rows_; ///< The headings come first.
+};
+
+} // namespace brevint::cli

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// The program's standard streams and command line, in UTF-8 on every target.
+namespace brevint::cli::Terminal {
+
+enum class Stream { Input, Output, Error };
+
+/// The arguments that `main` was given, without the program's name.
+std::vector<std::string> Arguments(int argc, char** argv);
+
+/// Whether a person sits at the other end of the stream.
+bool IsTerminal(Stream stream);
+
+/// Writes all of `text`. Throws std::system_error when it cannot be written.
+void Write(Stream stream, std::string_view text);
+
+/// Reads one line from the terminal at standard input without showing it. Nothing when Ctrl-C or
+/// the end of input came instead; the terminal is as before in every case.
+std::optional<std::string> ReadHiddenLine();
+
+} // namespace brevint::cli::Terminal

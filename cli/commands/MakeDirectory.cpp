@@ -1,0 +1,53 @@
+#include "brevint/ICreateFolderResponse.h"
+#include "brevint/IRepositoryProxy.h"
+#include "cli/Command.h"
+#include "cli/Utf8.h"
+#include "cli/Verdict.h"
+
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
+namespace brevint::cli {
+
+namespace {
+
+/// The name as it stands between the quotation marks of a JSON string, where the library puts it as
+/// it is given.
+std::wstring EscapeName(const std::string& name) {
+    const std::string quoted =
+        nlohmann::json(name).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+    return ToWide(std::string_view(quoted).substr(1, quoted.size() - 2));
+}
+
+class MakeDirectory : public Command {
+public:
+    void AddOptions(CLI::App& app) override {
+        app.add_option("parent", parent_, "Folder to make it in, by identifier or path")
+            ->required();
+        app.add_option("name", name_, "Name of the new folder")->required();
+    }
+
+    ExitCode Run(Context& context) override {
+        const std::wstring parentId = context.Items().Id(parent_);
+        Service& service = context.TheService();
+        const std::unique_ptr<ICreateFolderResponse> response(
+            service.Repository()->CreateFolder(service.Url(), parentId, EscapeName(name_)));
+        RequireSuccess(response.get(), "The folder \"" + name_ + "\" cannot be made.");
+        const std::string id = ToUtf8(response->GetFolderId());
+        context.Out().Line(id + "  " + name_);
+        context.Out().Document({{"id", id}, {"parentId", ToUtf8(parentId)}, {"name", name_}});
+        return ExitCode::Success;
+    }
+
+private:
+    std::string parent_;
+    std::string name_;
+};
+
+} // namespace
+
+std::unique_ptr<Command> MakeMakeDirectory() {
+    return std::make_unique<MakeDirectory>();
+}
+
+} // namespace brevint::cli

@@ -1,0 +1,81 @@
+#include "brevint/ITemplateProxy.h"
+#include "brevint/TemplateInfo.h"
+#include "brevint/TemplateResponse.h"
+#include "cli/Command.h"
+#include "cli/Table.h"
+#include "cli/Utf8.h"
+#include "cli/Verdict.h"
+
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
+namespace brevint::cli {
+
+namespace {
+
+/// The type as part of an address, where the library puts it as it is given.
+std::wstring PercentEncode(const std::string& text) {
+    constexpr wchar_t digits[] = L"0123456789ABCDEF";
+    std::wstring encoded;
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if ((c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
+            std::string_view("-._~").find(c) != std::string_view::npos) {
+            encoded += static_cast<wchar_t>(byte);
+        } else {
+            encoded += L'%';
+            encoded += digits[byte / 16];
+            encoded += digits[byte % 16];
+        }
+    }
+    return encoded;
+}
+
+class Templates : public Command {
+public:
+    void AddOptions(CLI::App& app) override {
+        app.add_option("type", type_, "Type of the templates")->required();
+    }
+
+    ExitCode Run(Context& context) override {
+        Service& service = context.TheService();
+        const std::unique_ptr<CTemplateResponse> response(
+            service.Templates()->GetTemplates(service.Url().c_str(), PercentEncode(type_).c_str()));
+        RequireSuccess(response.get(),
+                       "The templates of the type \"" + type_ + "\" cannot be listed.");
+        Table table({{"Category"}, {"Created"}, {"Created by"}, {"Name"}, {"Description"}});
+        nlohmann::json documents = nlohmann::json::array();
+        std::vector<CTemplateInfo*> records;
+        response->GetTemplateMetadata(records);
+        for (CTemplateInfo* record : records) {
+            const std::unique_ptr<CTemplateInfo> info(record);
+            const auto text = [](const std::wstring& wide) {
+                return ToUtf8(wide);
+            };
+            table.AddRow({text(info->GetCategory()), text(info->GetCreated()),
+                          text(info->GetCreatedBy()), text(info->GetName()),
+                          text(info->GetDescription())});
+            documents.push_back({{"id", text(info->GetId())},
+                                 {"key", text(info->GetKey())},
+                                 {"name", text(info->GetName())},
+                                 {"category", text(info->GetCategory())},
+                                 {"description", text(info->GetDescription())},
+                                 {"created", text(info->GetCreated())},
+                                 {"createdBy", text(info->GetCreatedBy())}});
+        }
+        context.Out().Lines(table.Lines());
+        context.Out().Document({{"templates", std::move(documents)}});
+        return ExitCode::Success;
+    }
+
+private:
+    std::string type_;
+};
+
+} // namespace
+
+std::unique_ptr<Command> MakeTemplates() {
+    return std::make_unique<Templates>();
+}
+
+} // namespace brevint::cli

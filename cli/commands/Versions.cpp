@@ -1,0 +1,44 @@
+#include "brevint/VersionInfoResponse.h"
+#include "brevint/VersionProxy.h"
+#include "brevint/WebRequestFactory.h"
+#include "cli/Command.h"
+#include "cli/Utf8.h"
+#include "cli/Verdict.h"
+
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
+namespace brevint::cli {
+
+namespace {
+
+class Versions : public Command {
+public:
+    void AddOptions(CLI::App&) override {}
+
+    ExitCode Run(Context& context) override {
+        Service& service = context.TheService();
+        WebRequestFactory factory;
+        const std::unique_ptr<CVersionInfoResponse> response(
+            CVersionProxy(&factory).GetVersionInfo(service.Url().c_str()));
+        RequireSuccess(response.get(), context.TheSession().url + " does not tell its version.");
+        const std::string version = ToUtf8(response->GetSystemVersion());
+        std::vector<std::string> lines = {"Service: " + version};
+        nlohmann::json desktop = nlohmann::json::array();
+        for (const std::wstring& accepted : response->GetCompatableDesktopVersions()) {
+            desktop.push_back(ToUtf8(accepted));
+            lines.push_back("Accepted desktop version: " + desktop.back().get<std::string>());
+        }
+        context.Out().Lines(lines);
+        context.Out().Document({{"service", version}, {"desktop", std::move(desktop)}});
+        return ExitCode::Success;
+    }
+};
+
+} // namespace
+
+std::unique_ptr<Command> MakeVersions() {
+    return std::make_unique<Versions>();
+}
+
+} // namespace brevint::cli

@@ -1,0 +1,44 @@
+#include "brevint/IIdentityProxy.h"
+#include "brevint/IdentityResponse.h"
+#include "cli/Command.h"
+#include "cli/Utf8.h"
+#include "cli/Verdict.h"
+
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
+namespace brevint::cli {
+
+namespace {
+
+constexpr int kAdministrator = 1;
+
+class WhoAmI : public Command {
+public:
+    void AddOptions(CLI::App&) override {}
+
+    ExitCode Run(Context& context) override {
+        Service& service = context.TheService();
+        const std::unique_ptr<CIdentityResponse> response(
+            service.Identity()->GetIdentity(service.Url()));
+        const std::string& url = context.TheSession().url;
+        RequireSuccess(response.get(), url + " does not tell who is signed in.");
+        const std::string user = ToUtf8(response->GetUsername());
+        const char* const role =
+            response->GetUserRole() == kAdministrator ? "administrator" : "user";
+        context.Out().Line(user + " (" + role + ") at " + url);
+        context.Out().Document({{"user", user},
+                                {"role", role},
+                                {"url", url},
+                                {"portal", ToUtf8(response->GetIdentifyingPartyUrl())}});
+        return ExitCode::Success;
+    }
+};
+
+} // namespace
+
+std::unique_ptr<Command> MakeWhoAmI() {
+    return std::make_unique<WhoAmI>();
+}
+
+} // namespace brevint::cli
