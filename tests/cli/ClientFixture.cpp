@@ -1,0 +1,51 @@
+#include "tests/cli/ClientFixture.h"
+
+#include "cli/PrivateFile.h"
+#include "cli/Session.h"
+#include "cli/Utf8.h"
+#include "tests/support/Environment.h"
+
+namespace brevint::test {
+
+ClientTest::ClientTest() {
+    for (const char* variable : {"XDG_STATE_HOME", "LOCALAPPDATA"}) {
+        SetVariable(variable, cli::PathToUtf8(state_.Folder()));
+    }
+    ClearVariable("BREVINT_LOCAL_RESPONSES");
+}
+
+ClientTest::~ClientTest() = default;
+
+ClientRun ClientTest::Start(const std::vector<std::string>& arguments, const std::string& input) {
+    return ClientRun(arguments, input, Work(), streams_.Folder());
+}
+
+ClientRun::Result ClientTest::Run(const std::vector<std::string>& arguments,
+                                  const std::string& input) {
+    return Start(arguments, input).Wait();
+}
+
+nlohmann::json ClientTest::RunJson(std::vector<std::string> arguments, int exitCode) {
+    arguments.emplace_back("--json");
+    const ClientRun::Result result = Run(arguments);
+    EXPECT_EQ(exitCode, result.exitCode) << result.error;
+    return nlohmann::json::parse(result.output, nullptr, false);
+}
+
+void ClientTest::KeepSession(const std::string& url, const std::string& cookies) {
+    cli::SaveSession({url, "ada", cookies});
+}
+
+std::filesystem::path ClientTest::SessionFile() const {
+    return cli::StateFolder() / "session.json";
+}
+
+std::set<std::string> ClientTest::WorkNames() const {
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(Work())) {
+        names.insert(cli::PathToUtf8(entry.path().filename()));
+    }
+    return names;
+}
+
+} // namespace brevint::test

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "tests/cli/ClientRun.h"
+#include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <filesystem>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace brevint::test {
+
+/// The real program with a state folder of its own and an empty folder to work in.
+class ClientTest : public testing::Test {
+protected:
+    ClientTest();
+    ~ClientTest() override;
+
+    ClientRun Start(const std::vector<std::string>& arguments, const std::string& input = {});
+    ClientRun::Result Run(const std::vector<std::string>& arguments, const std::string& input = {});
+    /// The document that a run with --json prints; discarded when it printed anything else.
+    nlohmann::json RunJson(std::vector<std::string> arguments, int exitCode = 0);
+
+    /// Keeps a session, as a sign-in would.
+    void KeepSession(const std::string& url, const std::string& cookies);
+    std::filesystem::path SessionFile() const;
+
+    const std::filesystem::path& Work() const { return work_.Folder(); }
+    /// The names of all that lies in the working folder, in UTF-8.
+    std::set<std::string> WorkNames() const;
+
+private:
+    TempFolder state_;
+    TempFolder work_;
+    TempFolder streams_;
+};
+
+} // namespace brevint::test

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace brevint::test {
+
+/// One run of the real program, in a folder and with the environment of this process.
+class ClientRun {
+public:
+    struct Result {
+        int exitCode = -1; ///< -1 when the program did not end within a minute.
+        std::string output;
+        std::string error;
+    };
+
+    /// Starts it. The arguments are UTF-8; `input` is what it reads from standard input. The three
+    /// streams are files in `streams`.
+    ClientRun(const std::vector<std::string>& arguments, const std::string& input,
+              const std::filesystem::path& workingFolder, const std::filesystem::path& streams);
+    ~ClientRun();
+
+    /// Asks it to end, as a user at the keyboard would.
+    void Interrupt();
+
+    /// Waits for its end.
+    Result Wait();
+
+private:
+    struct Process;
+    std::filesystem::path streams_;
+    std::unique_ptr<Process> process_;
+};
+
+/// The bytes of a file; "" when there is none.
+std::string ReadFile(const std::filesystem::path& path);
+void WriteFile(const std::filesystem::path& path, const std::string& content);
+
+/// Lets every user of the machine read the file.
+void OpenToEverybody(const std::filesystem::path& path);
+
+} // namespace brevint::test

@@ -1,0 +1,110 @@
+// Signing in and out, and what is kept in between.
+
+#include "cli/PrivateFile.h"
+#include "service/ReferenceService.h"
+#include "tests/cli/ClientFixture.h"
+#include "tests/support/RefusedPort.h"
+
+namespace brevint::test {
+namespace {
+
+class ClientSignInTest : public ClientTest {
+protected:
+    ClientSignInTest() { service_.Start(); }
+
+    ClientRun::Result SignIn(const std::string& user, const std::string& input) {
+        return Run({"sign-in", "--url", service_.Url(), "--user", user}, input);
+    }
+
+    service::ReferenceService service_;
+};
+
+TEST_F(ClientSignInTest, KeepsASessionThatIsTheUsersAlone) {
+    const auto result = SignIn("ada", "ada-secret\nnot the password\n");
+    EXPECT_EQ(0, result.exitCode) << result.error;
+    const auto session = cli::ReadPrivateFile(SessionFile());
+    ASSERT_TRUE(session);
+    EXPECT_NE(std::string::npos, session->find("FedAuth1="));
+    for (const std::string& text : {*session, result.output, result.error}) {
+        EXPECT_EQ(std::string::npos, text.find("ada-secret"));
+    }
+    EXPECT_EQ((nlohmann::json{{"user", "ada"},
+                              {"role", "administrator"},
+                              {"url", service_.Url().substr(0, service_.Url().size() - 1)},
+                              {"portal", service_.Url() + "portal/login"}}),
+              RunJson({"whoami"}));
+}
+
+TEST_F(ClientSignInTest, TellsWhyItFailed) {
+    const auto result = SignIn("ada", "ada\n");
+    EXPECT_EQ(3, result.exitCode);
+    EXPECT_EQ("", result.output);
+    EXPECT_NE(std::string::npos, result.error.find("The user name or password is incorrect."));
+    EXPECT_FALSE(std::filesystem::exists(SessionFile()));
+}
+
+TEST_F(ClientSignInTest, TakesTheCookiesToNoOtherAddress) {
+    service::ReferenceService other;
+    other.Start();
+    ASSERT_EQ(0, SignIn("ada", "ada-secret\n").exitCode);
+    EXPECT_EQ(3, Run({"ls", "--url", other.Url()}).exitCode);
+    EXPECT_EQ(0, Run({"ls", "--url", service_.Url()}).exitCode);
+}
+
+TEST_F(ClientSignInTest, IsOverAfterSignOut) {
+    ASSERT_EQ(0, SignIn("ben", "ben-secret\n").exitCode);
+    const std::string session = ReadFile(SessionFile());
+    EXPECT_EQ(0, Run({"sign-out"}).exitCode);
+    EXPECT_FALSE(std::filesystem::exists(SessionFile()));
+    EXPECT_EQ(3, Run({"ls"}).exitCode);
+
+    // The service has forgotten it too, which a second sign-out does not mind.
+    cli::CreatePrivateFile(SessionFile(), session);
+    EXPECT_EQ(3, Run({"ls"}).exitCode);
+    EXPECT_EQ(0, Run({"sign-out"}).exitCode);
+    EXPECT_EQ(3, Run({"sign-out"}).exitCode);
+}
+
+TEST_F(ClientSignInTest, RefusesASessionThatOthersMayKnow) {
+    ASSERT_EQ(0, SignIn("ada", "ada-secret\n").exitCode);
+    OpenToEverybody(SessionFile());
+    const auto result = Run({"ls"});
+    EXPECT_EQ(5, result.exitCode);
+    EXPECT_NE(std::string::npos, result.error.find("session.json"));
+    ASSERT_EQ(0, SignIn("ada", "ada-secret\n").exitCode);
+    EXPECT_EQ(0, Run({"ls"}).exitCode);
+}
+
+TEST_F(ClientTest, WithoutAServiceSaysSo) {
+    const RefusedPort port;
+    const std::string url = "http://127.0.0.1:" + std::to_string(port.Port());
+    const auto signIn = Run({"sign-in", "--url", url, "--user", "ada"}, "x\n");
+    EXPECT_EQ(4, signIn.exitCode);
+    EXPECT_NE(std::string::npos, signIn.error.find(url));
+    KeepSession(url, "a=b");
+    for (const char* command : {"ls", "whoami", "versions"}) {
+        EXPECT_EQ(4, RunJson({command}, 4)["error"]["exitCode"]) << command;
+    }
+    EXPECT_EQ(4, Run({"get", "abc", "-o", "x"}).exitCode);
+    EXPECT_EQ(4, Run({"sign-out"}).exitCode);
+    EXPECT_FALSE(std::filesystem::exists(SessionFile()));
+    EXPECT_EQ(std::set<std::string>(), WorkNames());
+}
+
+TEST_F(ClientTest, ExplainsItself) {
+    const auto help = Run({"--help"});
+    EXPECT_EQ(0, help.exitCode);
+    EXPECT_NE(std::string::npos, help.output.find("130  interrupted"));
+    EXPECT_EQ(0, Run({"get", "--help"}).exitCode);
+    EXPECT_EQ(0U, Run({"--version"}).output.find("brevint "));
+    for (const std::vector<std::string>& wrong : std::vector<std::vector<std::string>>{
+             {}, {"frobnicate"}, {"ls", "--frobnicate"}, {"get"}, {"ls", "--timeout", "-1"}}) {
+        const auto result = Run(wrong);
+        EXPECT_EQ(2, result.exitCode);
+        EXPECT_EQ("", result.output);
+        EXPECT_NE("", result.error);
+    }
+}
+
+} // namespace
+} // namespace brevint::test

@@ -1,0 +1,84 @@
+#include "tests/cli/ClientRun.h"
+
+#include <chrono>
+#include <csignal>
+#include <future>
+#include <system_error>
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace brevint::test {
+
+namespace {
+
+constexpr auto kLimit = std::chrono::minutes(1);
+
+int Reap(pid_t pid) {
+    int status = 0;
+    waitpid(pid, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+} // namespace
+
+struct ClientRun::Process {
+    pid_t pid = 0;
+    std::future<int> exitCode;
+};
+
+ClientRun::ClientRun(const std::vector<std::string>& arguments, const std::string& input,
+                     const std::filesystem::path& workingFolder,
+                     const std::filesystem::path& streams)
+    : streams_(streams), process_(std::make_unique<Process>()) {
+    WriteFile(streams / "input", input);
+    std::string program = std::filesystem::read_symlink("/proc/self/exe").parent_path() / "brevint";
+    std::vector<std::string> texts = arguments;
+    std::vector<char*> list = {program.data()};
+    for (std::string& text : texts) {
+        list.push_back(text.data());
+    }
+    list.push_back(nullptr);
+
+    constexpr int write = O_WRONLY | O_CREAT | O_TRUNC;
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, 0, (streams / "input").c_str(), O_RDONLY, 0);
+    posix_spawn_file_actions_addopen(&actions, 1, (streams / "output").c_str(), write, 0600);
+    posix_spawn_file_actions_addopen(&actions, 2, (streams / "error").c_str(), write, 0600);
+    posix_spawn_file_actions_addchdir_np(&actions, workingFolder.c_str());
+    const int error =
+        posix_spawn(&process_->pid, program.c_str(), &actions, nullptr, list.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    if (error != 0) {
+        throw std::system_error(error, std::generic_category());
+    }
+    process_->exitCode = std::async(std::launch::async, Reap, process_->pid);
+}
+
+ClientRun::~ClientRun() {
+    if (process_->exitCode.valid()) {
+        kill(process_->pid, SIGKILL);
+    }
+}
+
+void ClientRun::Interrupt() {
+    kill(process_->pid, SIGINT);
+}
+
+ClientRun::Result ClientRun::Wait() {
+    if (process_->exitCode.wait_for(kLimit) != std::future_status::ready) {
+        kill(process_->pid, SIGKILL);
+    }
+    const int exitCode = process_->exitCode.get();
+    return {exitCode, ReadFile(streams_ / "output"), ReadFile(streams_ / "error")};
+}
+
+void OpenToEverybody(const std::filesystem::path& path) {
+    chmod(path.c_str(), 0644);
+}
+
+} // namespace brevint::test

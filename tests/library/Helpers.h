@@ -1,0 +1,42 @@
+#pragma once
+
+#include "brevint/IResponse.h"
+#include "support/Utf8.h"
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brevint::test {
+
+/// A file name as the standard library wants it, whatever the process's locale.
+inline std::filesystem::path FilePath(const std::wstring& name) {
+    const std::string narrow = Utf8::ToNarrow(name);
+    return std::u8string(narrow.begin(), narrow.end());
+}
+
+/// Writes a file and gives its name back.
+inline std::wstring WriteFile(const std::wstring& name, std::string_view content) {
+    std::ofstream(FilePath(name), std::ios::binary) << content;
+    return name;
+}
+
+/// Content of a file; "(unreadable)" when it cannot be read.
+inline std::string ReadFile(const std::wstring& name) {
+    std::ifstream file(FilePath(name), std::ios::binary);
+    return file ? std::string(std::istreambuf_iterator<char>(file), {}) : "(unreadable)";
+}
+
+inline std::vector<char> Bytes(std::string_view text) {
+    return {text.begin(), text.end()};
+}
+
+/// Gives a response a reply as the transport does.
+inline void Fill(IResponse& response, std::string_view body, unsigned long status = 200) {
+    response.SetServerResponse(Bytes(body), status);
+}
+
+} // namespace brevint::test

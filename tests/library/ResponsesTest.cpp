@@ -1,0 +1,307 @@
+#include "brevint/brevint.h"
+
+#include "tests/library/Helpers.h"
+
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace brevint::test {
+namespace {
+
+// What a caller reads from each response, as one text.
+
+std::wstring Detail(CIdentityResponse& response) {
+    return std::to_wstring(response.GetUserRole()) + L'|' + response.GetUsername() + L'|' +
+           response.GetIdentifyingPartyUrl();
+}
+
+std::wstring Detail(CTemplateResponse& response) {
+    std::vector<CTemplateInfo*> infos;
+    response.GetTemplateMetadata(infos);
+    std::wstring text;
+    for (CTemplateInfo* raw : infos) {
+        const std::unique_ptr<CTemplateInfo> info(raw);
+        text += info->GetName() + L'|' + info->GetId() + L'|' + info->GetKey() + L'|' +
+                info->GetCreated() + L'|' + info->GetCreatedBy() + L'|' + info->GetDescription() +
+                L'|' + info->GetCategory() + L';';
+    }
+    return text;
+}
+
+std::wstring Detail(CGetFolderContentsResponse& response) {
+    std::vector<CFolderItem*> items = {nullptr};
+    response.GetFolderContents(items); // appends
+    std::wstring text;
+    for (CFolderItem* raw : std::span(items).subspan(1)) {
+        const std::unique_ptr<CFolderItem> item(raw);
+        for (const std::wstring& field :
+             {item->GetUniqueId(), item->GetParentId(), item->GetOwnerId(), item->GetName(),
+              item->GetDescription(), item->GetCreated(), item->GetModified(), item->GetSize(),
+              item->GetLockedBy(), item->GetItemType(), item->GetItemTypeDescription()}) {
+            text += field + L'|';
+        }
+        text += item->GetIsLocked() ? L"locked" : L"";
+        text += item->GetIsPublic() ? L"public;" : L";";
+    }
+    return text;
+}
+
+std::wstring Detail(CPathResponse& response) {
+    return response.GetPath();
+}
+
+std::wstring Detail(CJobResponse& response) {
+    return response.GetJobId() + (L'|' + response.GetServerErrorMessage());
+}
+
+std::wstring Detail(CPollStatusResponse& response) {
+    return std::to_wstring(response.GetStatus()) + L'|' + response.GetItemId();
+}
+
+struct Case {
+    unsigned long status;
+    std::string content; ///< of ResponseData; after "!" the whole reply
+    double code;
+    std::wstring detail;
+};
+
+/// Fills a response of its own with each reply, and reads it twice.
+template <class Response>
+void Check(const std::initializer_list<Case>& cases) {
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.content);
+        Response response;
+        EXPECT_EQ(response.GetErrorCode(), 1100);
+        Fill(response,
+             test.content.starts_with('!') ? test.content.substr(1)
+                                           : "<ResponseData>" + test.content + "</ResponseData>",
+             test.status);
+        EXPECT_EQ(response.GetErrorCode(), test.code);
+        EXPECT_EQ(response.GetSucceeded(), test.code == 1101);
+        EXPECT_EQ(Detail(response), test.detail);
+        EXPECT_EQ(Detail(response), test.detail);
+    }
+}
+
+const std::string kDenied = "<Message>Authorization failed.</Message>";
+const std::string kNoXml = "!<html><br></html>";
+
+TEST(Responses, IdentityTellsUserAndRole) {
+    const std::string named = "<IdentifyingPartyUri>http://p/\xC3\xA9?a&amp;b"
+                              "</IdentifyingPartyUri><Name>J. D\xC3\xB6rr</Name>";
+    const std::wstring name = L"|J. D\u00f6rr|http://p/\u00e9?a&b";
+    for (const unsigned long status : {200ul, 500ul}) {
+        Check<CIdentityResponse>({
+            {status, named + "<IsAdmin>TRUE</IsAdmin><IsUser>true</IsUser>", 1101, L"1" + name},
+            {status, named + "<IsAdmin>false</IsAdmin><IsUser>True</IsUser>", 1101, L"2" + name},
+            {status, named + kDenied + "<IsUser>true</IsUser>", 1101, L"2" + name},
+            {status, named + "<IsAdmin>false</IsAdmin><IsUser>false</IsUser>", 1702, L"0" + name},
+            {status, named + "<IsAdmin>1</IsAdmin><IsUser> true</IsUser>", 1702, L"0" + name},
+            {status, named, 1702, L"0" + name},
+            {status, "<Name>n</Name><IsUser>true</IsUser>", 1701, L"0||"},
+            {status, "<IdentifyingPartyUri/><IsUser>true</IsUser>", 1703, L"0||"},
+            {status, kDenied, 1701, L"0||"},
+            {status, "!", 1104, L"0||"},
+            {status, kNoXml, 1104, L"0||"},
+        });
+    }
+}
+
+TEST(Responses, TemplatesAreListed) {
+    Check<CTemplateResponse>({
+        {404,
+         "<Item><UniqueId>i</UniqueId><Created>c</Created><CreatedBy>cb</CreatedBy>"
+         "<Category>ca</Category><Description>d</Description><Name>n</Name>"
+         "<TemplateKey>k</TemplateKey></Item><x><Item><Name>deep</Name></Item></x>",
+         1101, L"n|i|k|c|cb|d|ca;deep||||||;"},
+        // Entities of the text itself are resolved, those of the document are before.
+        {200,
+         "!<Item><Name>R&amp;amp;D &amp;lt;\xC3\xA9&amp;eacute;&amp;#x1D11E; &amp;x;</Name>"
+         "<Description><![CDATA[&quot;a&quot;<b>]]></Description></Item>",
+         1101, L"R&D <\u00e9\u00e9\U0001d11e &x;|||||\"a\"<b>|;"},
+        {200, kDenied, 1103, L""},
+    });
+}
+
+TEST(Responses, FolderItemsAreFilledFromTheirElements) {
+    const auto named = [](const std::wstring& name) {
+        return L"|||" + name + L"||||||||lockedpublic;";
+    };
+    Check<CGetFolderContentsResponse>({
+        {500,
+         "<Item><Size>wrong</Size><UniqueId>u</UniqueId><ParentId>p</ParentId><OwnerId>o</OwnerId>"
+         "<Name>n</Name><Description>d</Description><DateCreated>dc</DateCreated>"
+         "<DateModified>dm</DateModified><Data><Name>wrong</Name></Data><Data><Size>5</Size></Data>"
+         "<Locked>false</Locked><LockedBy>lb</LockedBy><IsPublic>true</IsPublic>"
+         "<ItemType>it</ItemType><ItemTypeDescription>itd</ItemTypeDescription>"
+         "<Item><Name>nested</Name></Item></Item><Item/><List><Item/></List>",
+         1101, L"u|p|o|n|d|dc|dm|5|lb|it|itd|public;" + named(L"")},
+        // Resolved by the parser, and not again.
+        {200, "<Item><Name> &amp;eacute; \xE6\xA6\x82 \xFF</Name></Item>", 1101,
+         named(L" &eacute; \u6982 \ufffd")},
+        {200, "<Item><Name>1</Name><Name>2</Name></Item>", 1101, named(L"1")},
+        {200, "!<Other><Item/></Other>", 1101, L""},
+        {200, "<Message>Requested item is not a folder.</Message><Item/>", 1402, named(L"")},
+    });
+}
+
+TEST(Responses, FlagOfAFolderItemIsTrueUnlessItHoldsALetterF) {
+    const std::pair<std::string, bool> cases[] = {
+        {"false", false},  {"true", true},     {"False", true},     {"FALSE", true},
+        {"off", false},    {"0", true},        {"no", true},        {"", true},
+        {"&#102;", false}, {"<!--f-->", true}, {"<b>f</b>", false}, {"<![CDATA[false]]>", false}};
+    for (const auto& [text, flag] : cases) {
+        Check<CGetFolderContentsResponse>(
+            {{200, "<Item><Locked>" + text + "</Locked></Item>", 1101,
+              flag ? L"|||||||||||lockedpublic;" : L"|||||||||||public;"},
+             {200, "<Item><IsPublic>" + text + "</IsPublic></Item>", 1101,
+              flag ? L"|||||||||||lockedpublic;" : L"|||||||||||locked;"}});
+    }
+}
+
+TEST(Responses, PathIsReadWhenTheStatusIs200) {
+    const std::string path = "<Path>/\xC3\xA9 &amp; b/</Path>";
+    Check<CPathResponse>({{200, path, 1101, L"/\u00e9 & b/"},
+                          {404, path, 1101, L""},
+                          {200, kDenied, 1101, L""},
+                          {404, kDenied, 1103, L""},
+                          {500, kNoXml, 1104, L""}});
+}
+
+TEST(Responses, JobIsNamed) {
+    const std::initializer_list<Case> cases = {
+        {200, "<JobId>\xC3\xA9-1</JobId><JobId>2</JobId>", 1101, L"\u00e9-1|"},
+        {200, "<JobId/>", 1101, L"|"},
+        {200, "<x><JobId>1</JobId></x>", 1610, L"|"},
+        {200, kDenied, 1610, L"|"},
+        {0, kNoXml, 1104, L"|"},
+        {201, "<JobId>1</JobId>", 1100, L"|"},
+        {400, kDenied, 1103, L"|Authorization failed."},
+        {400, "<JobId>1</JobId><Message>Oops</Message>", 1100, L"|Oops"},
+    };
+    Check<CUploadFileResponse>(cases);
+    Check<COverwriteFileResponse>(cases);
+}
+
+/// Checks a kind of poll; the kinds differ in two codes.
+template <class Response>
+void CheckPoll(double notFound, double fileRejected) {
+    Check<Response>({
+        {200, "<Status>0</Status>", 1101, L"0|"},
+        {200, "<Status>1</Status><Details>x</Details>", 1101, L"0|"},
+        {200, "<Status>2</Status><Details>a<!-- b -->c</Details>", 1101, L"1|ac"},
+        {200, "<Status><![CDATA[2]]></Status><Details/>", 1101, L"1|"},
+        {200, "<Status>2</Status>", 1104, L"2|"},
+        {200, "<Status>3</Status><Details>Requested item not found.</Details>", notFound, L"2|"},
+        {200, "<Status>3</Status><Details>The provided file ('a.doc') is bad</Details>",
+         fileRejected, L"2|"},
+        {200, "<Status>3</Status><Details>Oops</Details>", 1100, L"2|"},
+        {200, "<Status>3</Status>", 1100, L"2|"},
+        {200, "<Status>4</Status>", 1104, L"2|"},
+        {200, "<Status> 2</Status><Details>abc</Details>", 1104, L"2|"},
+        {200, "<Status>02</Status><Details>abc</Details>", 1104, L"2|"},
+        {200, "<Other/>", 1104, L"2|"},
+        {200, "<Status>1</Status>" + kDenied, 1101, L"0|"},
+        {500, "<Status>1</Status>" + kDenied, 1103, L"2|"},
+        {500, "<Status>2</Status><Details>abc</Details>", 1100, L"2|"},
+        {202, "<Status>1</Status>", 1100, L"2|"},
+        {200, "!", 1102, L"2|"},
+        {500, kNoXml, 1104, L"2|"},
+    });
+    Response failed;
+    Fill(failed, "<ResponseData><Status>3</Status><Details>Oops</Details></ResponseData>");
+    EXPECT_EQ(failed.GetServerErrorMessage(), L"Oops");
+}
+
+TEST(Responses, PollTellsTheStateOfTheJob) {
+    CheckPoll<CPollUploadStatusResponse>(1602, 1605);
+    CheckPoll<CPollOverwriteStatusResponse>(1502, 1505);
+}
+
+/// A response with a table of its own.
+class TestResponse : public CBaseResponse {
+public:
+    TestResponse() {
+        static constexpr ErrorRow kExact[] = {
+            {L"authorization failed.", 1}, {L"authorization failed.", 2}, {L"ab exact", 3}};
+        AddExactMessages(kExact);
+        static constexpr ErrorRow kPrefixes[] = {{L"abc", 12}, {L"ab", 11}};
+        AddMessagePrefixes(kPrefixes);
+    }
+};
+
+std::string Reply(const std::string& message) {
+    return "<ResponseData><Message>" + message + "</Message></ResponseData>";
+}
+
+TEST(BaseResponse, JudgesTheReplyByItsTextAlone) {
+    const struct {
+        std::string reply;
+        double code;
+        const wchar_t* message = L"";
+    } cases[] = {
+        {"", 1102},
+        {std::string("\0<ResponseData/>", 16), 1102},
+        {"<!DOCTYPE html><html><head><title>502</title></head><body><hr></body></html>", 1104},
+        {"<!DOCTYPE r [<!ENTITY e 'x'>]><ResponseData/>", 1104},
+        {std::string(100'000, '<'), 1104},
+        {"<html><body><form/></body></html>", 1101}, // XML is all that is asked
+        {"<Other><Message>authorization failed.</Message></Other>", 1101},
+        {"<ResponseData/>" + std::string("\0 garbage", 9), 1101},
+        {"\xEF\xBB\xBF<ResponseData/>", 1101},
+        {"<?xml version=\"1.0\" encoding=\"utf-16\"?><ResponseData/>", 1101},
+        {"<ResponseData>\xFF\xC3</ResponseData>", 1101}, // U+FFFD by now
+        {Reply(""), 1100},
+        {Reply("<![CDATA[authorization]]><!-- c --> failed&#46;"), 1, L"authorization failed."},
+        {Reply("a</Message><Message>authorization failed."), 1100, L"a"},
+        {Reply("&lt;\xC3\x89 \xF0\x9D\x84\x9E \xFF&gt;"), 1100, L"<\u00c9 \U0001d11e \ufffd>"},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.reply.substr(0, 100));
+        for (const unsigned long status : {200ul, 0ul, 500ul}) {
+            TestResponse response;
+            Fill(response, test.reply, status);
+            EXPECT_EQ(response.GetErrorCode(), test.code);
+            EXPECT_EQ(response.GetSucceeded(), test.code == 1101);
+            EXPECT_EQ(response.GetServerErrorMessage(), test.message);
+            EXPECT_EQ(response.GetStatusCode(), status);
+            EXPECT_EQ(response.GetServerResponse(), Bytes(test.reply));
+        }
+    }
+}
+
+TEST(BaseResponse, LooksMessagesUpWholeThenByBeginning) {
+    const std::pair<const wchar_t*, double> cases[] = {
+        {L"Authorization Failed.", 1}, // the first row of the same text
+        {L"AB exact", 3},              // whole before beginning
+        {L"abc and more", 11},         // "ab" sorts before "abc"
+        {nullptr, 1100},
+    };
+    TestResponse response;
+    for (const auto& [message, code] : cases) {
+        SCOPED_TRACE(message);
+        response.ProcessErrorMessage(message);
+        EXPECT_EQ(response.GetErrorCode(), code);
+    }
+}
+
+TEST(BaseResponse, AppendsWhatComesSecond) {
+    TestResponse response;
+    Fill(response, "<Response", 200);
+    EXPECT_EQ(response.GetErrorCode(), 1104);
+    Fill(response, "Data>\xC3\xA9</ResponseData>", 201);
+    EXPECT_EQ(response.GetErrorCode(), 1101);
+    EXPECT_EQ(response.GetStatusCode(), 201u);
+    EXPECT_EQ(response.GetServerResponseAsString(), L"<ResponseData>\u00e9</ResponseData>");
+    // Text ends at a zero byte, and a byte-order mark is a character like others.
+    const std::string bytes("\xEF\xBB\xBFz\xFF\0b", 7);
+    EXPECT_EQ(response.ConvertServerResponseToStringReponse(Bytes(bytes)), L"\ufeffz\ufffd");
+}
+
+} // namespace
+} // namespace brevint::test

@@ -1,0 +1,110 @@
+#include "tests/platform/Exchange.h"
+#include "tests/platform/Target.h"
+#include "tests/support/ScriptedServer.h"
+
+#include <gtest/gtest.h>
+
+namespace brevint::test {
+namespace {
+
+std::string Narrow(const std::wstring& text) {
+    return std::string(text.begin(), text.end());
+}
+
+TEST(Redirect, IsFollowedByStatusAndVerb) {
+    const struct {
+        int status;
+        const wchar_t* verb;
+        std::string followedWith; ///< empty: not followed
+    } cases[] = {
+        {301, L"GET", "GET"},   {307, L"GET", "GET"},
+        {301, L"POST", "GET"},  {302, L"POST", "GET"},
+        {303, L"POST", "GET"},  {302, L"PUT", "GET"},
+        {302, L"HEAD", "HEAD"}, {307, L"POST", "POST"},
+        {300, L"GET", ""},      {308, L"POST", target::kFollows308 ? "POST" : ""},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.status);
+        SCOPED_TRACE(test.verb);
+        ScriptedServer server;
+        server.On("/from").Reply(test.status, {{"Location", "/to"}});
+        server.On("/to").Reply(200);
+        const std::wstring verb = test.verb;
+        const std::string body = verb[0] == L'P' ? "body" : "";
+        Exchange exchange(
+            server.Url("/from"),
+            {.verb = verb, .headers = L"Content-Type: text/plain\r\nX-Mine: 1\r\n", .body = body});
+        ASSERT_TRUE(exchange.Send());
+        const auto followed = server.RequestsFor("/to");
+        ASSERT_EQ(followed.size(), test.followedWith.empty() ? 0u : 1u);
+        EXPECT_EQ(exchange.Status(), followed.empty() ? static_cast<DWORD>(test.status) : 200u);
+        if (!followed.empty()) {
+            EXPECT_EQ(followed[0].method, test.followedWith);
+            EXPECT_EQ(followed[0].Header("X-Mine"), "1");
+            // Where the verb changes, the body stays behind with what tells of it.
+            const bool keepsVerb = test.followedWith == "POST";
+            EXPECT_EQ(followed[0].body, keepsVerb && target::kBodyTravelsWith307 ? "body" : "");
+            for (const auto* name : {"Content-Length", "Content-Type"}) {
+                EXPECT_TRUE(keepsVerb || body.empty() || followed[0].HeaderCount(name) == 0);
+            }
+        }
+    }
+}
+
+TEST(Redirect, UnderstandsEveryFormOfLocation) {
+    ScriptedServer other;
+    other.On("/to").Reply(200, {}, "there");
+    const std::pair<std::string, std::string> cases[] = {
+        {"/to", "/to"},
+        {"../to", "/to"},
+        {"to?q=1&r=/x", "/dir/to?q=1&r=/x"},
+        {Narrow(other.Url("/to")), "(on the other server)"},
+    };
+    for (const auto& [location, target] : cases) {
+        SCOPED_TRACE(location);
+        ScriptedServer server;
+        server.On("/dir/from").Reply(302, {{"Location", location}});
+        server.On(target).Reply(200, {}, "there");
+        Exchange exchange(server.Url("/dir/from"));
+        ASSERT_TRUE(exchange.Send());
+        EXPECT_EQ(exchange.ReadAll(), "there");
+    }
+}
+
+TEST(Redirect, ThatLeadsNowhereOrIsForbiddenIsAReply) {
+    ScriptedServer server;
+    server.On("/none").Reply(302, {}, "moved");
+    server.On("/scheme").Reply(302, {{"Location", "foo://bar/x"}}, "moved");
+    server.On("/forbidden").Reply(302, {{"Location", "/to"}}, "moved");
+    for (const std::string target : {"/none", "/scheme", "/forbidden"}) {
+        SCOPED_TRACE(target);
+        const auto flags = target == "/forbidden" ? INTERNET_FLAG_NO_AUTO_REDIRECT : 0;
+        Exchange exchange(server.Url(target), {.flags = static_cast<DWORD>(flags)});
+        EXPECT_TRUE(exchange.Send());
+        EXPECT_EQ(exchange.Status(), 302u);
+        EXPECT_EQ(exchange.ReadAll(), "moved");
+    }
+    EXPECT_EQ(server.Requests().size(), 3u);
+}
+
+// The chain sets a cookie at each of its steps and then goes to another host.
+TEST(Redirect, CookiesTravelOnWithinTheirHost) {
+    ScriptedServer server;
+    server.On("/0").Reply(302, {{"Location", "/1"}, {"Set-Cookie", "redirect0=a; Path=/"}});
+    server.On("/1").Reply(302, {{"Location", "/2"}, {"Set-Cookie", "redirect1=b; Path=/"}});
+    server.On("/2").Reply(302, {{"Location", Narrow(server.Url("/3", "localhost"))}});
+    server.On("/3").Reply(200, {}, "end");
+    Exchange exchange(server.Url("/0"));
+    ASSERT_TRUE(exchange.Send());
+    const auto requests = server.Requests();
+    ASSERT_EQ(requests.size(), 4u);
+    const auto carries = [&requests](std::size_t request, const char* cookie) {
+        return requests[request].Header("Cookie").find(cookie) != std::string::npos;
+    };
+    EXPECT_TRUE(carries(2, "redirect0=a"));
+    EXPECT_TRUE(carries(2, "redirect1=b"));
+    EXPECT_EQ(carries(3, "redirect0=a"), !target::kRedirectKeepsCookiesOfHost);
+}
+
+} // namespace
+} // namespace brevint::test

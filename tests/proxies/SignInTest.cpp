@@ -1,0 +1,162 @@
+#include "brevint/SignInProxy.h"
+#include "brevint/SignInResponse.h"
+#include "brevint/WebRequest.h"
+#include "brevint/WebRequestFactory.h"
+#include "tests/proxies/ConnectionFailure.h"
+#include "tests/support/RefusedPort.h"
+#include "tests/support/ScriptedServer.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace brevint::test {
+namespace {
+
+using Headers = ScriptedServer::Headers;
+using Response = std::unique_ptr<SignInResponse>;
+
+std::string Narrow(const std::wstring& ascii) {
+    return {ascii.begin(), ascii.end()};
+}
+
+/// Makes requests that touch no network: each is answered with the same redirect.
+struct RedirectingRequests final : IRequestFactory {
+    struct Request : WebRequest {
+        explicit Request(RedirectingRequests& factory) : owner(factory) {}
+        void SendRequest() override {}
+        unsigned long GetRequestStatus() override { return owner.status; }
+        void GetRequestedData(std::wstring& out) override { out.clear(); }
+        void GetRedirectUrl(std::wstring& out) override { out = owner.redirect; }
+        RedirectingRequests& owner;
+    };
+    IRequest* Create() override { return new Request(*this); }
+    IRequest* Create(const wchar_t* url, WebRequestType) override {
+        urls.push_back(url);
+        return Create();
+    }
+    unsigned long status = 0;
+    std::wstring redirect;
+    std::vector<std::wstring> urls;
+};
+
+TEST(SignIn, PortalIsAskedInTheClientsMode) {
+    for (const unsigned long status : {302ul, 12168ul}) {
+        for (const auto& [redirect, portal] : {
+                 std::pair(L"http://p/in", L"http://p/in?mode=VX"),
+                 std::pair(L"http://p/in?a=1", L"http://p/in?a=1&mode=VX"),
+                 std::pair(L"http://p/in?a=1&mode=DB&b=%20", L"http://p/in?a=1&mode=VX&b=%20"),
+                 std::pair(L"http://p?a=1&mode=DB&mode=DB", L"http://p?a=1&mode=VX&mode=VX"),
+                 std::pair(L"http://p/in?mode=DB&a=1", L"http://p/in?mode=DB&a=1&mode=VX"),
+             }) {
+            RedirectingRequests requests;
+            requests.status = status;
+            requests.redirect = redirect;
+            CSignInProxy proxy(&requests);
+            const Response response(proxy.SignIn(L"http://s/", L"user", L"pass"));
+            EXPECT_EQ(requests.urls, (std::vector<std::wstring>{L"http://s/", portal}));
+            EXPECT_FALSE(response->GetSucceeded());
+        }
+    }
+}
+
+std::string PortalPage(const std::wstring& action) {
+    return "<!DOCTYPE html><html><body onload='document.forms[0].submit()'>"
+           "<form method=POST action='" +
+           Narrow(action) +
+           "'><input type=hidden name=wa value='a&amp;b=c'><input type=text name=seen value=no>"
+           "<INPUT TYPE=HIDDEN NAME=wresult VALUE='&lt;t x=\"1\"/&gt; \xC3\xBC'></form>";
+}
+
+Response From(const std::wstring& url) {
+    WebRequestFactory factory;
+    CSignInProxy proxy(&factory);
+    return Response(proxy.SignIn(url.c_str(), L"a&b=c+d e", L"p%\u00E4\u6982*-._"));
+}
+
+// The jar is the process's, so each flow has cookies of its own path.
+
+TEST(SignIn, FollowsThePortalToTheCookiesOfTheService) {
+    ScriptedServer server;
+    server.On("/app").Reply(302, {{"Location", Narrow(server.Url("/portal?wa=in&mode=DB&x=1"))}});
+    server.On("POST /portal").Reply(302, {{"Location", Narrow(server.Url("/page"))}});
+    server.On("/page").Reply(200, {}, PortalPage(server.Url("/whole")));
+    server.On("POST /whole")
+        .Reply(302, {{"Location", "/home"},
+                     {"Set-Cookie", "other=o; Path=/whole"},
+                     {"Set-Cookie", "FedAuth=a; Path=/whole"},
+                     {"Set-Cookie", "FedAuth1=b; Path=/whole"}});
+    server.On("/home").Reply(200);
+    const auto response = From(server.Url("/app"));
+    EXPECT_TRUE(response->GetSucceeded());
+    EXPECT_STREQ(response->GetErrorMessage(), L"");
+    EXPECT_STREQ(response->GetCookie(), L"other=o; FedAuth=a; FedAuth1=b");
+    const auto requests = server.Requests();
+    ASSERT_EQ(requests.size(), 5u);
+    EXPECT_EQ(requests[0].method + ' ' + requests[0].target, "GET /app");
+    EXPECT_EQ(requests[0].Header("Accept"), "text/html");
+    EXPECT_EQ(requests[1].method + ' ' + requests[1].target, "POST /portal?wa=in&mode=VX&x=1");
+    EXPECT_EQ(requests[1].Header("Accept"), "text/xml");
+    EXPECT_EQ(requests[1].Header("Content-Type"), "application/x-www-form-urlencoded");
+    EXPECT_EQ(requests[1].body, "userName=a%26b%3Dc%2Bd+e&password=p%25%C3%A4%E6%A6%82*-._");
+    EXPECT_EQ(requests[3].method + ' ' + requests[3].target, "POST /whole");
+    EXPECT_EQ(requests[3].body, "wa=a%26b%3Dc&wresult=%3Ct+x%3D%221%22%2F%3E+%C3%BC&");
+}
+
+TEST(SignIn, FailuresSayWhy) {
+    const RefusedPort refused;
+    const std::string form = "<form action='http://s/finish'>";
+    const std::string hidden = "<input type=hidden name=a value=b>";
+    const std::string locked = "<failureMessage>Locked.</failureMessage>";
+    const wchar_t* const noReason = L"Failed to find expected error";
+    struct Case {
+        const char* name;
+        std::size_t step; ///< the one that fails
+        int status;       ///< 0: the connection ends without a reply
+        Headers headers;
+        std::string body;
+        const wchar_t* message; ///< null: the connection failure
+    };
+    const Case cases[] = {
+        {"session is there", 1, 200, {}, "<html/>", L"Already signed in."},
+        {"not found", 1, 404, {}, "<html/>", nullptr},
+        {"no reply", 1, 0, {}, "", nullptr},
+        {"portal fails", 2, 500, {}, "<html/>", nullptr},
+        {"refused",
+         2,
+         200,
+         {},
+         "<p>no" + locked + "<failureMessage>2</failureMessage>",
+         L"Locked."},
+        {"no form", 2, 200, {}, "<html><body>" + hidden + "</body></html>", noReason},
+        {"no hidden field", 2, 200, {}, form + "<input type=text name=a value=b></form>", noReason},
+        {"no field, but a reason", 2, 200, {}, form + "</form>" + locked, L"Locked."},
+        {"empty page", 2, 200, {}, "", noReason},
+        {"service fails", 3, 500, {}, "<html/>", nullptr},
+        {"no cookie", 3, 200, {}, "<html/>", nullptr},
+        {"one cookie", 3, 200, {{"Set-Cookie", "FedAuth=a; Path=/finish"}}, "", nullptr},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.name);
+        ScriptedServer server;
+        const char* const targets[] = {"/app", "/portal?mode=VX", "/finish"};
+        if (test.step > 1) {
+            server.On("/app").Reply(302, {{"Location", Narrow(server.Url("/portal"))}});
+        }
+        if (test.step > 2) {
+            server.On("/portal").Reply(200, {}, PortalPage(server.Url("/finish")));
+        }
+        auto& script = server.On(targets[test.step - 1]);
+        test.status ? script.Reply(test.status, test.headers, test.body) : script.Close();
+        const auto response = From(server.Url("/app"));
+        EXPECT_FALSE(response->GetSucceeded());
+        EXPECT_STREQ(response->GetCookie(), L"");
+        EXPECT_EQ(response->GetErrorMessage(),
+                  test.message ? test.message : ConnectionFailure(server.Url("/app")));
+        EXPECT_EQ(server.Requests().back().target, targets[test.step - 1]) << "the flow ends here";
+    }
+    EXPECT_EQ(From(refused.Url())->GetErrorMessage(), ConnectionFailure(refused.Url()));
+}
+
+} // namespace
+} // namespace brevint::test

@@ -1,0 +1,296 @@
+#include "service/ReferenceService.h"
+#include "service/Text.h"
+#include "tests/service/HttpClient.h"
+
+#include <boost/algorithm/string/replace.hpp>
+#include <gtest/gtest.h>
+
+namespace brevint::test {
+namespace {
+
+constexpr char formType[] = "application/x-www-form-urlencoded";
+constexpr char multipartType[] = "multipart/form-data; boundary=Sep";
+const std::string denied = "Authorization failed.";
+const std::string notFound = "Requested item not found.";
+const std::string unknownId = "12345678-9abc-def0-1234-56789abcdef0";
+const std::string projectRoot(service::Repository::projectRootId);
+const std::string items = "/Repository/Items/", jobs = "/Repository/Jobs/";
+
+struct Request {
+    std::string method, target, body = {}, type = {};
+};
+
+/// The text of the error document is "" when the call does not fail.
+struct Case {
+    Request request;
+    unsigned status;
+    std::string text;
+};
+
+/// The text that stands between `open` and the next `close`; "" when there is none.
+std::string Between(std::string_view text, std::string_view open, std::string_view close) {
+    const auto start = text.find(open);
+    if (start == std::string_view::npos)
+        return {};
+    text.remove_prefix(start + open.size());
+    return std::string(text.substr(0, text.find(close)));
+}
+
+/// A service of its own for each test, and what a client does with it.
+class Service : public ::testing::Test {
+protected:
+    Service() {
+        service_.Start();
+        ada_ = Cookies(Exchange(TokenPost("userName=ada&password=ada-secret")));
+        ben_ = Cookies(Exchange(TokenPost("userName=ben&password=ben-secret")));
+        bridge_ = Find(projectRoot, "Bridge");
+        notes_ = Find(bridge_, "Notes.txt");
+        reports_ = Find(std::string(service::Repository::templateRootId), "Reports");
+    }
+
+    static Request List(const std::string& id) { return {"GET", items + id + "/Items"}; }
+    static Request Download(const std::string& id) { return {"GET", "/Repository/Files/" + id}; }
+
+    static Request Create(const std::string& parent, const std::string& name) {
+        return {"POST", List(parent).target, "{\"ItemType\":0,\"Name\":\"" + name + "\"}"};
+    }
+
+    static Request SetLocked(const std::string& id, const std::string& locked) {
+        return {"PUT", items + id + "/Locked",
+                "{\"ItemId\":\"" + id + "\",\"Locked\":" + locked + "}"};
+    }
+
+    static Request Delete(const std::string& id) {
+        return {"DELETE", "/Repository/Items", "{\"ItemIds\":[\"" + id + "\"]}"};
+    }
+
+    static std::string Multipart(const std::string& name, const std::string& content) {
+        return "--Sep\r\nContent-Disposition: form-data; name=\"file\"; filename=\"" + name +
+               "\"\r\nContent-Type: application/octet-stream\r\n\r\n" + content + "\r\n--Sep--\r\n";
+    }
+
+    static Request Upload(const std::string& parent, const std::string& name,
+                          const std::string& content) {
+        return {"POST", items + parent + "/Files", Multipart(name, content), multipartType};
+    }
+
+    static Request Overwrite(const std::string& id, const std::string& name,
+                             const std::string& content) {
+        return {"PUT", Download(id).target, Multipart(name, content), multipartType};
+    }
+
+    /// `cookies` is the value of the Cookie header.
+    Reply Exchange(const Request& request, const std::string& cookies = {}) const {
+        const std::string host = Between(service_.Url(), "http://", "/");
+        HttpClient client(static_cast<std::uint16_t>(std::stoi(host.substr(host.find(':') + 1))));
+        client.Send(request.method + " " + request.target + " HTTP/1.1\r\nHost: " + host +
+                    "\r\nCookie: " + cookies + "\r\nContent-Type: " + request.type +
+                    "\r\nContent-Length: " + std::to_string(request.body.size()) + "\r\n\r\n" +
+                    request.body);
+        return client.Receive();
+    }
+
+    void Check(const std::string& cookies, const std::vector<Case>& cases) const {
+        for (const auto& [request, status, text] : cases) {
+            const Reply reply = Exchange(request, cookies);
+            EXPECT_EQ(Between(reply.body(), "<Message>", "</Message>"), text);
+            EXPECT_EQ(reply.result_int(), status)
+                << request.method << " " << request.target << " " << request.body.substr(0, 200);
+        }
+    }
+
+    /// Posts to the portal, at the address that the dashboard's redirect names.
+    Request CredentialPost(const std::string& form, const std::string& type = formType) const {
+        const std::string location(Exchange({"GET", "/"})["Location"]);
+        return {"POST", "/portal" + Between(location, "/portal", "\r"), form, type};
+    }
+
+    /// What the page of a successful sign-in posts to the federation endpoint.
+    Request TokenPost(const std::string& credentials) const {
+        const std::string page = Exchange(CredentialPost(credentials)).body();
+        std::string form = "wa=wsignin1.0";
+        for (const std::string field : {"wresult", "wctx"}) {
+            std::string value = Between(page, "name=\"" + field + "\" value=\"", "\"");
+            // "&amp;" last, so that what it yields is not unescaped again.
+            for (const auto& [entity, character] :
+                 {std::pair("&lt;", "<"), {"&gt;", ">"}, {"&quot;", "\""}, {"&amp;", "&"}})
+                boost::replace_all(value, entity, character);
+            form += "&" + field + "=" + service::PercentEncode(value);
+        }
+        return {"POST", "/federation", form, formType};
+    }
+
+    static std::string Cookies(const Reply& reply) {
+        std::string cookies;
+        for (const auto& field : reply)
+            if (field.name_string() == "Set-Cookie")
+                cookies += Between(std::string(field.value()), "", " ");
+        return cookies.substr(0, cookies.size() - 1);
+    }
+
+    /// The id of the item of that name in the folder.
+    std::string Find(const std::string& folderId, const std::string& name) const {
+        const std::string list = Exchange(List(folderId), ada_).body();
+        const std::string head = list.substr(0, list.find("<Name>" + name + "</Name>"));
+        return head == list ? "" : Between(head.substr(head.rfind("<Item>")), "<UniqueId>", "<");
+    }
+
+    std::string Begin(const Request& upload) const {
+        return Between(Exchange(upload, ada_).body(), "<JobId>", "<");
+    }
+
+    /// Polls the job to its end; gives the states that it went through and its details.
+    std::string Finish(const std::string& jobId) const {
+        std::string states, job;
+        for (int poll = 0; poll < 3; ++poll) {
+            job = Exchange({"GET", jobs + jobId}, ada_).body();
+            states += Between(job, "<Status>", "<");
+        }
+        return states + " " + Between(job, "<Details>", "<");
+    }
+
+    service::ReferenceService service_;
+    std::string ada_, ben_;      ///< Sessions of the administrator and of the plain user.
+    std::string bridge_, notes_; ///< A folder of projects and a file in it.
+    std::string reports_;        ///< A folder of templates.
+};
+
+TEST_F(Service, SignInLeadsThroughThePortalBackToTheDashboard) {
+    const Reply away = Exchange({"GET", "/"});
+    EXPECT_EQ(away.result_int(), 302u);
+    EXPECT_TRUE(away["Location"].starts_with(service_.Url() + "portal/login?"));
+    const Request token =
+        TokenPost("userName=Zo%C3%AB+%26+S%C3%B8n&password=p%26ss%3Dw%2Brd+100%25+%C3%BC");
+    const Request spare = TokenPost("userName=ada&password=ada-secret");
+    const Reply back = Exchange(token);
+    EXPECT_EQ(back.result_int(), 302u);
+    EXPECT_EQ(back["Location"], service_.Url());
+    EXPECT_TRUE(back["Set-Cookie"].starts_with("FedAuth=") &&
+                back["Set-Cookie"].ends_with("; Path=/"));
+    const std::string identity = Exchange({"GET", "/application/identity"}, Cookies(back)).body();
+    EXPECT_EQ(Between(identity, "<Name>", "<"), "Zoë &amp; Søn");
+    EXPECT_EQ(Exchange(token).result_int(), 403u) << "a token is good once";
+
+    Request forged = spare;
+    char& digit = forged.body[forged.body.find("%3C%2FValue") - 1];
+    digit = digit == '0' ? '1' : '0';
+    EXPECT_EQ(Exchange(forged).result_int(), 403u);
+    forged.body = spare.body + "0";
+    EXPECT_EQ(Exchange(forged).result_int(), 403u);
+    EXPECT_EQ(Exchange(spare).result_int(), 403u) << "spent by the attempt with another context";
+}
+
+TEST_F(Service, CredentialsAreReadStrictlyAndRefusedVisibly) {
+    const std::string right = "userName=ada&password=ada-secret";
+    for (const char* wrong : {"userName=ada&password=ben-secret", "userName=no&password=ada-secret",
+                              "userName=%61da&password=", "userName=ADA&password=ada-secret"}) {
+        const Reply page = Exchange(CredentialPost(wrong));
+        EXPECT_EQ(Between(page.body(), "<failureMessage>", "<"),
+                  "The user name or password is incorrect.");
+        EXPECT_EQ(page.body().find("hidden"), std::string::npos) << wrong;
+    }
+    for (const std::string& form : {right + "&more=1", right + "&userName=ada", right + "%4"})
+        EXPECT_EQ(Exchange(CredentialPost(form)).result_int(), 400u) << form;
+    EXPECT_EQ(Exchange(CredentialPost(right, "text/plain")).result_int(), 415u);
+}
+
+TEST_F(Service, EveryCallNeedsBothCookiesOfALivingSession) {
+    const std::string fedAuth = Between(ada_, "", ";"), fedAuth1 = ada_.substr(fedAuth.size() + 1);
+    const std::string mixed = fedAuth + ben_.substr(ben_.find(';'));
+    const Request identity{"GET", "/application/identity"};
+    for (const std::string& cookies : {fedAuth, fedAuth1, mixed, ada_ + "0"})
+        Check(cookies, {{identity, 403, denied}});
+    Check("theme=dark;" + fedAuth1 + ";" + fedAuth + "; x", {{identity, 200, ""}});
+    Check(ada_, {{{"GET", "/SignOut"}, 200, ""}});
+    for (const std::string call :
+         {"GET /application/identity", "GET /Application/Versions", "GET /Analysis/Types",
+          "GET /SignOut", "GET /Repository/Items/1/Items", "POST /Repository/Items/1/Items",
+          "GET /Repository/Items/1/Path", "PUT /Repository/Items/1/Locked",
+          "POST /Repository/Items/1/Files", "DELETE /Repository/Items", "GET /Repository/Files/1",
+          "PUT /Repository/Files/1", "GET /Repository/Jobs/1"})
+        Check(ada_, {{{Between(call, "", " "), Between(call, " ", "\n")}, 403, denied}});
+}
+
+TEST_F(Service, ListingTellsEveryField) {
+    Check(ben_, {{SetLocked(notes_, "true"), 200, ""}});
+    EXPECT_EQ(Between(Exchange(List(bridge_), ada_).body(), notes_ + "</UniqueId>", "</Item>"),
+              "<ParentId>" + bridge_ +
+                  "</ParentId><OwnerId>00000000-0000-0000-0000-00000000000a</OwnerId>"
+                  "<Name>Notes.txt</Name><Description>First inspection</Description>"
+                  "<DateCreated>2024-03-01T09:30:00Z</DateCreated>"
+                  "<DateModified>2024-03-04T16:05:12Z</DateModified><Data><Size>28</Size></Data>"
+                  "<Locked>true</Locked><LockedBy>ben</LockedBy><IsPublic>true</IsPublic>"
+                  "<ItemType>1</ItemType><ItemTypeDescription>File</ItemTypeDescription>");
+}
+
+TEST_F(Service, RefusalsHaveTheirStatusAndText) {
+    const std::string path = "/rePOSitory/items/" + projectRoot + "/ITEMS";
+    Check(ada_,
+          {{{"GET", path}, 200, ""},
+           {{"PUT", path}, 405, "The resource does not know this method."},
+           {List(notes_), 400, "Requested item is not a folder."},
+           {Download(bridge_), 400, "Specified item is not a file."},
+           {Create(bridge_, "F"), 200, ""},
+           {Create(bridge_, "f"), 409, "The destination already contains a folder named 'f'."},
+           {SetLocked(bridge_, "true"), 400, "Cannot check-out or check-in folders."},
+           {SetLocked(notes_, "false"), 409, "Item already checked in."},
+           {Upload(bridge_, "a.template", "x"), 400, "Cannot add templates to project repository."},
+           {Delete(notes_ + "\",\"" + unknownId), 404, notFound}});
+    Check(ben_, {{SetLocked(notes_, "true"), 200, ""},
+                 {SetLocked(notes_, "true"), 409, "Item already checked out."},
+                 {Create(reports_, "New"), 403, denied},
+                 {Delete(reports_), 403, denied}});
+    for (const Request& call : {SetLocked(notes_, "false"), Delete(bridge_)})
+        Check(ada_, {{call, 409, "Item checked out to another user."}});
+    Check(ben_, {{Delete(bridge_), 200, ""}, {Download(notes_), 404, notFound}});
+}
+
+TEST_F(Service, BodiesAreReadStrictly) {
+    const std::string deep = std::string(1'000'000, '[') + std::string(1'000'000, ']');
+    const std::string whole = Multipart("a.txt", "x"), part = "The multipart body is malformed: ";
+    const std::string convert = "Error converting value ";
+    Request form = SetLocked(notes_, "true"), mixed = Upload(bridge_, "a.txt", "x");
+    form.type = formType;
+    mixed.type = "multipart/mixed; boundary=Sep";
+    std::vector<Case> cases = {
+        {form, 415, "The body must be application/json."},
+        {mixed, 415, "The body must be multipart/form-data."},
+        {Delete("1"), 400, convert + "&quot;1&quot; to type 'Guid'. Path 'ItemIds[0]'."},
+        {SetLocked(notes_, ""), 400, "The body is not valid JSON."},
+        {SetLocked(notes_, "true,\"F\":1"), 400, "Member 'F' is unknown."},
+        {SetLocked(notes_, "true,\"Locked\":1"), 400, "Member 'Locked' is doubled."},
+        {SetLocked(notes_, deep), 400, convert + "array to type 'Boolean'. Path 'Locked'."},
+        {Upload(bridge_, "\xE4.txt", "x"), 400, "The name is not valid UTF-8."},
+        {Upload(bridge_, "a", "x\r\n--Sep\r\n"), 400, part + "it holds more than one part."}};
+    for (const auto& [body, text] :
+         {std::pair(std::string(), std::string("No files found.")),
+          {"\r\n" + whole, part + "it does not begin with its boundary."},
+          {whole.substr(0, whole.size() - 9), part + "the last boundary is missing."}})
+        cases.push_back({{"POST", items + bridge_ + "/Files", body, multipartType}, 400, text});
+    Check(ada_, cases);
+}
+
+TEST_F(Service, JobsEndInDownloadsOrFail) {
+    const std::string content = "\r\n--Se \r\n--" + std::string(500'000, '\xFE');
+    const std::string name = "Neu — 新.dat", provided = "013 The provided file ('";
+    const std::string job = Begin(Upload(bridge_, name, content));
+    Check(ben_, {{{"GET", jobs + job}, 404, notFound}});
+    const std::string rival = Begin(Upload(bridge_, name, "later"));
+    EXPECT_EQ(Find(bridge_, name), "");
+    const std::string end = Finish(job);
+    EXPECT_EQ(end, "012 " + Find(bridge_, name));
+    const Reply whole = Exchange(Download(end.substr(4)), ben_);
+    EXPECT_EQ(whole["Content-Length"], std::to_string(content.size()));
+    const Reply chunked = Exchange(Download(end.substr(4) + "?chunked=1"), ben_);
+    EXPECT_EQ(chunked["Transfer-Encoding"], "chunked");
+    EXPECT_TRUE(whole.body() == content && chunked.body() == content);
+    EXPECT_EQ(Finish(rival), "013 There is an item with the same name already in this location.");
+    EXPECT_EQ(Finish(Begin(Upload(bridge_, "S.EXE", "MZ"))),
+              provided + "S.EXE') is of a type that the repository does not accept.");
+    EXPECT_EQ(Finish(Begin(Overwrite(notes_, "N.txt", ""))), provided + "N.txt') is empty.");
+    EXPECT_EQ(Finish(Begin(Overwrite(notes_, "my copy.TXT", "second"))), "012 " + notes_);
+    EXPECT_EQ(Exchange(Download(notes_), ben_).body(), "second");
+}
+
+} // namespace
+} // namespace brevint::test

@@ -1,0 +1,246 @@
+#include "tests/transport/fake/FakeInternet.h"
+
+#include "transport/RequestContext.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <new>
+#include <sstream>
+#include <string_view>
+#include <thread>
+#include <utility>
+
+namespace brevint::test {
+namespace {
+
+thread_local DWORD t_lastError = 0;
+
+// Handles are addresses, so that they differ from each other and from null.
+char g_session, g_connection, g_request;
+
+std::string Shown(HINTERNET handle) {
+    return handle == &g_session      ? "session"
+           : handle == &g_connection ? "connection"
+           : handle == &g_request    ? "request"
+                                     : "null";
+}
+std::string Shown(const wchar_t* text) {
+    const std::wstring_view wide(text ? text : L"");
+    return text ? "'" + std::string(wide.begin(), wide.end()) + "'" : "null";
+}
+std::string Shown(const std::string& text) {
+    return text;
+}
+std::string Shown(std::uint64_t number) {
+    return std::to_string(number);
+}
+
+std::string Hex(DWORD number) {
+    std::ostringstream text;
+    text << "0x" << std::hex << number;
+    return text.str();
+}
+
+/// Writes a call down; gives the fake that plays its result.
+template <class... Arguments>
+FakeInternet& Called(std::string line, const Arguments&... arguments) {
+    ((line += ' ' + Shown(arguments)), ...);
+    FakeInternet::current->calls.push_back(line);
+    return *FakeInternet::current;
+}
+
+BOOL Failure(DWORD error) {
+    SetLastError(error);
+    return FALSE;
+}
+
+} // namespace
+
+std::vector<std::string> FakeInternet::CallsTo(const std::string& name) const {
+    auto found = calls;
+    std::erase_if(found, [&](const auto& call) { return !call.starts_with(name + ' '); });
+    return found;
+}
+
+void FakeInternet::Pending::Deliver() const {
+    if (count) {
+        std::copy(step.bytes.begin(), step.bytes.end(), static_cast<char*>(buffer));
+        *count = static_cast<DWORD>(step.bytes.size());
+    }
+}
+
+BOOL FakeInternet::Begin(const Step& step, LPVOID buffer, LPDWORD count) {
+    const Pending begun{step, buffer, count};
+    if (step.how == How::fails) {
+        return Failure(ERROR_GEN_FAILURE);
+    }
+    if (step.how == How::atOnce) {
+        begun.Deliver();
+        // It means nothing after TRUE, so it says what misleads: a read that pends, a failed send.
+        SetLastError(count ? ERROR_IO_PENDING : ERROR_GEN_FAILURE);
+        return TRUE;
+    }
+    pending_ = begun;
+    if (step.how == How::endsInTheCall) {
+        End();
+    }
+    return Failure(ERROR_IO_PENDING);
+}
+
+void FakeInternet::Complete() {
+    std::thread([this] { End(); }).join();
+}
+
+void FakeInternet::End() {
+    const Pending ending = std::exchange(pending_, std::nullopt).value();
+    ending.Deliver();
+    Tell(context, INTERNET_STATUS_REQUEST_COMPLETE, ending.step.succeeded);
+}
+
+void FakeInternet::Tell(DWORD_PTR itsContext, DWORD statusCode, bool succeeded) {
+    INTERNET_ASYNC_RESULT result{succeeded, succeeded ? 0u : ERROR_GEN_FAILURE};
+    callback(&g_request, itsContext, statusCode, &result, sizeof(result));
+}
+
+} // namespace brevint::test
+
+using namespace brevint::test;
+
+void* operator new(std::size_t size) {
+    void* const memory = size <= FakeInternet::largestAllocation ? std::malloc(size + 1) : nullptr;
+    return memory ? memory : throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+DWORD GetLastError() noexcept {
+    return t_lastError;
+}
+void SetLastError(DWORD error) noexcept {
+    t_lastError = error;
+}
+
+HINTERNET InternetOpenW(LPCWSTR agent, DWORD accessType, LPCWSTR proxy, LPCWSTR proxyBypass,
+                        DWORD flags) noexcept {
+    const auto& fake = Called("open", agent, accessType, proxy, proxyBypass, Hex(flags));
+    return fake.sessionOpens ? &g_session : nullptr;
+}
+
+BOOL InternetSetOptionA(HINTERNET handle, DWORD option, LPVOID buffer, DWORD length) noexcept {
+    Called("option", handle, option, *static_cast<DWORD*>(buffer), length);
+    return FALSE;
+}
+
+INTERNET_STATUS_CALLBACK InternetSetStatusCallback(HINTERNET handle,
+                                                   INTERNET_STATUS_CALLBACK callback) noexcept {
+    Called("callback", handle).callback = callback;
+    return nullptr;
+}
+
+BOOL InternetCrackUrlW(LPCWSTR url, DWORD length, DWORD flags, LPURL_COMPONENTSW parts) noexcept {
+    const auto& fake =
+        Called("crack", url, length, flags, parts->dwHostNameLength, parts->dwUrlPathLength);
+    if (!fake.urlCracks) {
+        return Failure(ERROR_INTERNET_INVALID_URL);
+    }
+    parts->nScheme = fake.scheme;
+    parts->nPort = fake.port;
+    const auto store = [](std::wstring_view text, LPWSTR buffer, DWORD& capacity) {
+        *std::copy(text.begin(), text.end(), buffer) = L'\0';
+        capacity = static_cast<DWORD>(text.size());
+    };
+    store(L"host", parts->lpszHostName, parts->dwHostNameLength);
+    store(L"/path?q=1", parts->lpszUrlPath, parts->dwUrlPathLength);
+    return TRUE;
+}
+
+HINTERNET InternetConnectW(HINTERNET session, LPCWSTR server, INTERNET_PORT port, LPCWSTR user,
+                           LPCWSTR password, DWORD service, DWORD flags,
+                           DWORD_PTR context) noexcept {
+    const auto& fake =
+        Called("connect", session, server, port, user, password, service, flags, context);
+    return fake.connects ? &g_connection : nullptr;
+}
+
+HINTERNET HttpOpenRequestW(HINTERNET connection, LPCWSTR verb, LPCWSTR objectName, LPCWSTR version,
+                           LPCWSTR referrer, LPCWSTR* acceptTypes, DWORD flags,
+                           DWORD_PTR context) noexcept {
+    std::string accepted = "accepts";
+    for (; *acceptTypes; ++acceptTypes) {
+        accepted += ' ' + Shown(*acceptTypes);
+    }
+    Called("request", connection, verb, objectName, version, referrer, accepted, Hex(flags),
+           std::string(context ? "context" : "none"))
+        .context = context;
+    return connection ? &g_request : nullptr;
+}
+
+BOOL HttpSendRequestW(HINTERNET request, LPCWSTR headers, DWORD headersLength, LPVOID body,
+                      DWORD bodyLength) noexcept {
+    const std::string bytes(body ? static_cast<char*>(body) : "null", body ? bodyLength : 4);
+    auto& fake =
+        Called("send", request, std::wstring(headers, headersLength).c_str(), bytes, bodyLength);
+    return request ? fake.Begin(fake.send, nullptr, nullptr)
+                   : Failure(ERROR_INTERNET_INCORRECT_HANDLE_TYPE);
+}
+
+BOOL InternetReadFile(HINTERNET request, LPVOID buffer, DWORD size, LPDWORD read) noexcept {
+    // The state says what the completion will find, so it is due before the call.
+    const auto* context = reinterpret_cast<const RequestContext*>(FakeInternet::current->context);
+    auto& fake =
+        Called("read", request, size, *read, context ? static_cast<int>(context->state) : 0);
+    FakeInternet::Step step;
+    if (!fake.reads.empty()) {
+        step = fake.reads.front();
+        fake.reads.pop_front();
+    }
+    return fake.Begin(step, buffer, read);
+}
+
+BOOL HttpQueryInfoW(HINTERNET, DWORD infoLevel, LPVOID buffer, LPDWORD length, LPDWORD) noexcept {
+    auto& number = *static_cast<DWORD*>(buffer);
+    const auto& fake = Called("query", Hex(infoLevel), number, *length);
+    const bool asksStatus = infoLevel == (HTTP_QUERY_STATUS_CODE | HTTP_QUERY_FLAG_NUMBER);
+    if (asksStatus ? fake.status == 0 : !fake.contentLength) {
+        return Failure(ERROR_HTTP_HEADER_NOT_FOUND);
+    }
+    number = asksStatus ? fake.status : *fake.contentLength;
+    return TRUE;
+}
+
+BOOL HttpQueryInfoA(HINTERNET, DWORD infoLevel, LPVOID buffer, LPDWORD length, LPDWORD) noexcept {
+    const auto& fake = Called("query", Hex(infoLevel), *length);
+    if (!fake.location) {
+        return Failure(ERROR_HTTP_HEADER_NOT_FOUND);
+    }
+    const auto needed = static_cast<DWORD>(fake.location->size()) + 1;
+    if (!buffer) {
+        *length = needed;
+        return Failure(ERROR_INSUFFICIENT_BUFFER);
+    }
+    std::copy_n(fake.location->c_str(), needed, static_cast<char*>(buffer));
+    *length = needed - 1;
+    return TRUE;
+}
+
+BOOL InternetCloseHandle(HINTERNET handle) noexcept {
+    auto& fake = Called("close", handle);
+    if (handle == &g_request && fake.context && fake.closingTellsAtOnce) {
+        fake.Notify(fake.context, INTERNET_STATUS_HANDLE_CLOSING);
+    }
+    return TRUE;
+}
+
+BOOL InternetGetCookieW(LPCWSTR url, LPCWSTR name, LPWSTR, LPDWORD size) noexcept {
+    Called("cookies", url, name, *size);
+    return FALSE;
+}
+
+BOOL InternetSetCookieW(LPCWSTR url, LPCWSTR name, LPCWSTR data) noexcept {
+    Called("set cookie", url, name, data);
+    return FALSE;
+}
