@@ -22,8 +22,8 @@ public:
               const std::filesystem::path& workingFolder, const std::filesystem::path& streams);
     ~ClientRun();
 
-    /// Asks it to end, as a user at the keyboard would.
-    void Interrupt();
+    /// By which the system knows it.
+    unsigned long ProcessId() const;
 
     /// Waits for its end.
     Result Wait();

@@ -32,28 +32,10 @@ protected:
     ScriptedServer server_;
 };
 
-TEST_F(ClientHostileServiceTest, SendsItsCookies) {
-    OnFile().Reply(200, {}, "new");
-    EXPECT_EQ(0, Run({"get", "abc", "-o", "old"}).exitCode);
-    EXPECT_EQ("new", ReadFile(Work() / "old"));
-    const std::string cookies = server_.Requests().at(0).Header("Cookie");
-    EXPECT_NE(std::string::npos, cookies.find("FedAuth=a")) << cookies;
-    EXPECT_NE(std::string::npos, cookies.find("FedAuth1=b")) << cookies;
-}
-
 TEST_F(ClientHostileServiceTest, TransferBreaksOff) {
     OnFile().Head(200, {{"Content-Length", "1000"}}).SendPattern(300).Reset();
     server_.On("/Repository/Items/abc/Path").Reply(404);
     EXPECT_EQ(4, Get());
-}
-
-TEST_F(ClientHostileServiceTest, TransferIsInterrupted) {
-    OnFile().Head(200, {{"Content-Length", "1000"}}).SendPattern(300).Wait("never");
-    ClientRun run = Start({"get", "abc", "-o", "old"});
-    ASSERT_TRUE(server_.AwaitArrivalAt("never"));
-    run.Interrupt();
-    EXPECT_EQ(130, run.Wait().exitCode);
-    ExpectUntouched();
 }
 
 TEST_F(ClientHostileServiceTest, NamesLeadNowhereElse) {

@@ -66,20 +66,6 @@ TEST_F(ClientRepositoryTest, ListsFolders) {
     EXPECT_NE(std::string::npos, all.output.find("\"quoted\" & <tagged>"));
 }
 
-TEST_F(ClientRepositoryTest, FindsItemsByPath) {
-    EXPECT_EQ(1, Run({"ls", "/Projects/Bridges"}).exitCode);
-    EXPECT_EQ(1, Run({"ls", "/Projects/Big.bin"}).exitCode);
-    EXPECT_EQ(2, Run({"ls", "/Templates"}).exitCode);
-    EXPECT_EQ(2, Run({"ls", "Projects/Bridge"}).exitCode);
-    EXPECT_EQ(0, Run({"ls", "/Templates//Plans", "--root", "00000000-0000-0000-0000-000000000002"})
-                     .exitCode);
-    const std::string id = Record("/Projects/Bridge", "Überblick — 概要.txt")["id"];
-    const json results = RunJson({"path", id, "/Projects/Bridge", "abc"}, 1)["results"];
-    EXPECT_EQ("/Projects/Bridge/Überblick — 概要.txt", results[0]["path"]);
-    EXPECT_EQ(Record("/Projects", "Bridge")["id"], results[1]["id"]);
-    EXPECT_EQ("PathInvalidId", results[2]["error"]["name"]);
-}
-
 TEST_F(ClientRepositoryTest, DownloadsFiles) {
     const std::string notes = Record("/Projects/Bridge", "Notes.txt")["id"];
     std::filesystem::create_directory(Work() / "to");
@@ -144,21 +130,6 @@ TEST_F(ClientRepositoryTest, FollowsJobs) {
     // With no patience a job is still under way.
     WriteFile(Work() / "b.txt", "b");
     EXPECT_EQ(6, Run({"put", "b.txt", "--to", "/Projects", "--timeout", "0"}).exitCode);
-}
-
-TEST_F(ClientRepositoryTest, MakesAndDeletesFolders) {
-    const json made = RunJson({"mkdir", "/Projects", "Übung A"});
-    EXPECT_EQ(made["id"], Record("/Projects", "Übung A")["id"]);
-    EXPECT_EQ("CreateFolderNameExists",
-              RunJson({"mkdir", "/Projects", "Übung a"}, 1)["error"]["name"]);
-    for (const char* name : {"a\"b", "a\\b", "\",\"x\":\"", "a/b"}) {
-        const json error = RunJson({"mkdir", "/Projects", name}, 1)["error"];
-        EXPECT_EQ("CreateFolderInvalidName", error["name"]) << name;
-    }
-    EXPECT_EQ(0, Run({"rm", made["id"], "/Projects/Archive"}).exitCode);
-    EXPECT_EQ(nullptr, Record("/Projects", "Übung A"));
-    EXPECT_EQ(nullptr, Record("/Projects", "Archive"));
-    EXPECT_EQ(1, Run({"rm", made["id"]}).exitCode);
 }
 
 } // namespace

@@ -131,22 +131,6 @@ protected:
     static constexpr const char* kVariable = "BREVINT_LOCAL_RESPONSES";
 };
 
-TEST_F(LocalResponses, AreFilledFromTheFileOfTheirName) {
-    WriteFile(folder.Path(L"Good"), "<ResponseData/>");
-    WriteFile(folder.Path(kForeignName), "<ResponseData><Message>no</Message></ResponseData>");
-    WriteFile(folder.Path(L"Garbage"), "<br>");
-    std::filesystem::create_directory(FilePath(folder.Path(L"Folder")));
-    const std::pair<const wchar_t*, double> cases[] = {{L"Good", 1101},    {kForeignName, 1100},
-                                                       {L"Garbage", 1104}, {L"Folder", 1102},
-                                                       {L"Missing", 1102}, {L"", 1102}};
-    for (const auto& [name, code] : cases) {
-        SCOPED_TRACE(name);
-        EXPECT_EQ(CLocalResponse(name).GetErrorCode(), code);
-    }
-    SetVariable(kVariable, "");
-    EXPECT_EQ(CLocalResponse(L"Good").GetErrorCode(), 1102);
-}
-
 TEST_F(LocalResponses, StandInForDownloads) {
     const std::wstring destination = WriteFile(folder.Path(L"file"), std::string(1000, 'x'));
     Protect(destination);

@@ -56,26 +56,6 @@ TEST(Lifetime, ExchangesStartAndEndAnywhereAloneAndSideBySide) {
     }
 }
 
-TEST(Lifetime, ClosingTheSessionClosesAllUnderIt) {
-    ScriptedServer server;
-    server.On("/").Reply(200);
-    RequestSetup setup;
-    for (const bool sent : {false, true}) {
-        SCOPED_TRACE(sent);
-        auto handles = OpenRequest(server.Url("/"), setup);
-        EXPECT_TRUE(!sent || SendRequest(handles.request.get(), setup));
-        EXPECT_TRUE(InternetCloseHandle(handles.session.release()));
-        char buffer[8];
-        DWORD count = 5;
-        EXPECT_FALSE(SendRequest(handles.request.get(), setup));
-        EXPECT_EQ(QueryStatus(handles.request.get()), 0u);
-        EXPECT_FALSE(InternetReadFile(handles.request.get(), buffer, sizeof buffer, &count));
-        EXPECT_FALSE(InternetCloseHandle(handles.connection.release()));
-        EXPECT_FALSE(InternetCloseHandle(handles.request.release()));
-        EXPECT_EQ(GetLastError(), ERROR_INVALID_HANDLE);
-    }
-}
-
 // What is under way when the process ends does not hold it up, nor does it end badly.
 TEST(Lifetime, ProcessMayEndFirst) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");

@@ -195,7 +195,6 @@ TEST(RepositoryProxy, Downloads) {
         {"large", [&](Script& to) { to.Reply(200, {}, pattern); }, 1101, pattern},
         {"no folder", [&](Script& to) { to.Reply(200, {}, small); }, 1302, "(no file)", false},
         {"not found", [&](Script& to) { to.Reply(404, {}, notFound); }, 1300, kept},
-        {"empty", [](Script& to) { to.Reply(200); }, 1102, kept},
         {"broken off", [&](Script& to) { to.Head(200, nine).Send("abc").Reset(); }, 1102, kept},
     };
     WebRequestFactory factory;
@@ -220,10 +219,8 @@ TEST(RepositoryProxy, Downloads) {
 TEST(RepositoryProxy, EndOfTheProxyEndsItsDownloads) {
     const TempFolder folder;
     ScriptedServer server;
-    server.On("/Repository/Files/running")
-        .Head(200, {{"Content-Length", "9"}})
-        .Send("abc")
-        .Wait("go");
+    auto& running = server.On("/Repository/Files/running");
+    running.Head(200, {{"Content-Length", "9"}}).Send("abc").Wait("go");
     server.On("/Repository/Files/unanswered").Wait("go").Reply(200, {}, "file");
     server.On("/Repository/Files/done").Reply(200, {}, "file");
     WebRequestFactory factory;
@@ -232,14 +229,13 @@ TEST(RepositoryProxy, EndOfTheProxyEndsItsDownloads) {
         return std::unique_ptr<IDownloadFileResponse>(
             proxy->DownloadFile(server.Url(""), id, folder.Path(id)));
     };
-    const auto running = start(L"running"), unanswered = start(L"unanswered"),
-               done = start(L"done");
+    const auto begun = start(L"running"), waiting = start(L"unanswered"), done = start(L"done");
     ASSERT_TRUE(server.AwaitRequests(3));
     ASSERT_TRUE(AwaitComplete(*done));
     proxy.reset();
     server.Open("go");
     EXPECT_EQ(ReadFile(folder.Path(L"done")), "file");
-    EXPECT_FALSE(running->IsComplete() || unanswered->IsComplete());
+    EXPECT_FALSE(begun->IsComplete() || waiting->IsComplete());
     EXPECT_EQ(ReadFile(folder.Path(L"running")), "(no file)");
 }
 

@@ -25,7 +25,7 @@ Result Identity(IRequestFactory& factory, const std::wstring& url) {
     CIdentityProxy proxy(&factory);
     const std::unique_ptr<CIdentityResponse> response(proxy.GetIdentity(url));
     return {response->GetErrorCode(),
-            std::wstring(response->GetUsername()) + (L'|' + response->GetErrorMessage())};
+            std::wstring(response->GetUsername()) + L'|' + response->GetErrorMessage()};
 }
 
 Result SignOut(IRequestFactory& factory, const std::wstring& url) {
@@ -54,6 +54,8 @@ Result Versions(IRequestFactory& factory, const std::wstring& url) {
 
 TEST(SmallProxies, CallsOnTheWireAndTheirReplies) {
     const char* const identity = "/app/application/identity";
+    const char* const whole = "<IdentifyingPartyUri>http://p</IdentifyingPartyUri>"
+                              "<Name>Zo\xC3\xAB</Name><IsAdmin>True</IsAdmin>";
     const char* const types = "/app/Analysis/Types?source=templates&key=t%201";
     const char* const versions = "/app/Application/Versions";
     struct Case {
@@ -65,8 +67,8 @@ TEST(SmallProxies, CallsOnTheWireAndTheirReplies) {
         std::wstring detail;
     };
     for (const auto& test : {
-             Case{Identity, identity, 200, "<Name>Zo\xC3\xAB</Name>", 1101, L"Zo\u00EB|"},
-             Case{Identity, identity, 403, "<Name>Zo\xC3\xAB</Name>", 1101, L"Zo\u00EB|"},
+             Case{Identity, identity, 200, whole, 1101, L"Zo\u00EB|"},
+             Case{Identity, identity, 403, whole, 1101, L"Zo\u00EB|"},
              Case{Identity, identity, 0, "", 1104, L"|"},
              Case{SignOut, "/app/SignOut", 200, "", 1101, L"out"},
              Case{SignOut, "/app/SignOut", 500, "", 1101, L"not out"},

@@ -65,8 +65,8 @@ ClientRun::~ClientRun() {
     }
 }
 
-void ClientRun::Interrupt() {
-    kill(process_->pid, SIGINT);
+unsigned long ClientRun::ProcessId() const {
+    return static_cast<unsigned long>(process_->pid);
 }
 
 ClientRun::Result ClientRun::Wait() {

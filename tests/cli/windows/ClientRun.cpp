@@ -2,6 +2,7 @@
 
 #include "cli/Utf8.h"
 
+#include <cstddef>
 #include <system_error>
 
 #include <windows.h>
@@ -24,6 +25,31 @@ using HandlePtr = std::unique_ptr<HANDLE, HandleCloser>;
 [[noreturn]] void ThrowLastError() {
     throw std::system_error(static_cast<int>(GetLastError()), std::system_category());
 }
+
+/// Names the handles that a new process inherits; `handles` must outlive it.
+class AttributeList {
+public:
+    AttributeList(HANDLE* handles, std::size_t size) {
+        SIZE_T needed = 0;
+        InitializeProcThreadAttributeList(nullptr, 1, 0, &needed);
+        memory_.resize(needed);
+        if (!InitializeProcThreadAttributeList(Get(), 1, 0, &needed) ||
+            !UpdateProcThreadAttribute(Get(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, handles, size,
+                                       nullptr, nullptr)) {
+            ThrowLastError();
+        }
+    }
+    AttributeList(const AttributeList&) = delete;
+    AttributeList& operator=(const AttributeList&) = delete;
+    ~AttributeList() { DeleteProcThreadAttributeList(Get()); }
+
+    LPPROC_THREAD_ATTRIBUTE_LIST Get() const {
+        return reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(memory_.data());
+    }
+
+private:
+    mutable std::vector<std::byte> memory_;
+};
 
 HandlePtr OpenStream(const std::filesystem::path& path, DWORD access, DWORD disposition) {
     SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
@@ -69,16 +95,20 @@ ClientRun::ClientRun(const std::vector<std::string>& arguments, const std::strin
     const HandlePtr in = OpenStream(streams / "input", GENERIC_READ, OPEN_EXISTING);
     const HandlePtr out = OpenStream(streams / "output", GENERIC_WRITE, CREATE_ALWAYS);
     const HandlePtr error = OpenStream(streams / "error", GENERIC_WRITE, CREATE_ALWAYS);
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof startup;
-    startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdInput = in.get();
-    startup.hStdOutput = out.get();
-    startup.hStdError = error.get();
+    // Only these: a server's sockets would stay open in the program after the server closed them.
+    HANDLE inherited[] = {in.get(), out.get(), error.get()};
+    const AttributeList attributes(inherited, sizeof inherited);
+    STARTUPINFOEXW startup = {};
+    startup.StartupInfo.cb = sizeof startup;
+    startup.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
+    startup.StartupInfo.hStdInput = in.get();
+    startup.StartupInfo.hStdOutput = out.get();
+    startup.StartupInfo.hStdError = error.get();
+    startup.lpAttributeList = attributes.Get();
     PROCESS_INFORMATION process = {};
-    // A process group of its own is what an interruption can be sent to.
-    if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, CREATE_NEW_PROCESS_GROUP,
-                        nullptr, workingFolder.c_str(), &startup, &process)) {
+    if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE,
+                        EXTENDED_STARTUPINFO_PRESENT, nullptr, workingFolder.c_str(),
+                        &startup.StartupInfo, &process)) {
         ThrowLastError();
     }
     CloseHandle(process.hThread);
@@ -90,10 +120,8 @@ ClientRun::~ClientRun() {
     TerminateProcess(process_->handle.get(), 1);
 }
 
-void ClientRun::Interrupt() {
-    if (!GenerateConsoleCtrlEvent(CTRL_BREAK_EVENT, process_->id)) {
-        ThrowLastError();
-    }
+unsigned long ClientRun::ProcessId() const {
+    return process_->id;
 }
 
 ClientRun::Result ClientRun::Wait() {

@@ -28,35 +28,6 @@ TEST(Limits, RedirectsAreFollowedTenTimes) {
     }
 }
 
-// The session's timeout holds for requests opened under it afterwards.
-TEST(Limits, SilentServerIsGivenUpAfterTheReceiveTimeout) {
-    ScriptedServer server;
-    server.On("/silent").Wait("never");
-    server.On("/stalled").Head(200, {{"Content-Length", "1000"}}).SendPattern(300).Wait("never");
-    const Handle session(InternetOpenW(L"Tester", 0, nullptr, nullptr, 0));
-    DWORD milliseconds = 200;
-    EXPECT_TRUE(InternetSetOptionA(session.get(), INTERNET_OPTION_RECEIVE_TIMEOUT, &milliseconds,
-                                   sizeof milliseconds));
-    const Handle connection(InternetConnectW(session.get(), L"127.0.0.1", server.Port(), nullptr,
-                                             nullptr, INTERNET_SERVICE_HTTP, 0, 0));
-    const auto open = [&](const wchar_t* target) {
-        return Handle(
-            HttpOpenRequestW(connection.get(), L"GET", target, nullptr, nullptr, nullptr, 0, 0));
-    };
-
-    const auto silent = open(L"/silent");
-    EXPECT_FALSE(HttpSendRequestW(silent.get(), nullptr, 0, nullptr, 0));
-    EXPECT_EQ(GetLastError(), ERROR_INTERNET_TIMEOUT);
-
-    const auto stalled = open(L"/stalled");
-    EXPECT_TRUE(HttpSendRequestW(stalled.get(), nullptr, 0, nullptr, 0));
-    char buffer[1000];
-    DWORD count = 0;
-    EXPECT_FALSE(InternetReadFile(stalled.get(), buffer, sizeof buffer, &count));
-    EXPECT_EQ(GetLastError(), ERROR_INTERNET_TIMEOUT);
-    EXPECT_EQ(count, 300u);
-}
-
 // The server never goes on, so only the closing can have ended these.
 TEST(Limits, ClosingEndsWhatIsUnderWay) {
     for (const auto* target : {"/send", "/read"}) {

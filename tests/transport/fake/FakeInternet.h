@@ -32,7 +32,6 @@ public:
     FakeInternet() { current = this; }
     ~FakeInternet() { largestAllocation = SIZE_MAX; }
     FakeInternet(const FakeInternet&) = delete;
-    FakeInternet& operator=(const FakeInternet&) = delete;
 
     // The script.
     bool sessionOpens = true;

@@ -1,0 +1,29 @@
+// Ctrl-C during a download. Only here: a Windows program without a console cannot be sent one.
+
+#include "cli/Utf8.h"
+#include "tests/cli/ClientFixture.h"
+#include "tests/support/ScriptedServer.h"
+
+#include <csignal>
+
+namespace brevint::test {
+namespace {
+
+TEST_F(ClientTest, LeavesNothingBehindWhenInterrupted) {
+    ScriptedServer server;
+    server.On("/Repository/Files/abc")
+        .Head(200, {{"Content-Length", "1000"}})
+        .SendPattern(300)
+        .Wait("never");
+    KeepSession(cli::ToUtf8(server.Url("")), "a=b");
+    WriteFile(Work() / "old", "old");
+    ClientRun run = Start({"get", "abc", "-o", "old"});
+    ASSERT_TRUE(server.AwaitArrivalAt("never"));
+    kill(static_cast<pid_t>(run.ProcessId()), SIGINT);
+    EXPECT_EQ(130, run.Wait().exitCode);
+    EXPECT_EQ("old", ReadFile(Work() / "old"));
+    EXPECT_EQ(std::set<std::string>{"old"}, WorkNames());
+}
+
+} // namespace
+} // namespace brevint::test
