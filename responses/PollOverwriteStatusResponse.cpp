@@ -10,7 +10,6 @@ CPollOverwriteStatusResponse::CPollOverwriteStatusResponse() {
 CPollOverwriteStatusResponse::~CPollOverwriteStatusResponse() = default;
 
 void CPollOverwriteStatusResponse::InitErrorMaps() {
-    // The three beginnings are the same, so the first code stands for all of them.
     static constexpr ErrorRow kExact[] = {
         {ErrorMessage::AuthorizationFailed, ErrorCode::AuthorizationFailed},
         {ErrorMessage::InvalidId, ErrorCode::OverwriteInvalidId},
@@ -19,6 +18,7 @@ void CPollOverwriteStatusResponse::InitErrorMaps() {
         {ErrorMessage::CheckedOutToAnotherUser, ErrorCode::OverwriteCheckedOutByAnotherUser},
     };
     AddExactMessages(kExact);
+    // The three beginnings are the same, so the first code stands for all of them.
     static constexpr ErrorRow kPrefixes[] = {
         {ErrorMessage::ProvidedFilePrefix, ErrorCode::OverwriteFileRejected},
         {ErrorMessage::ProvidedFilePrefix, ErrorCode::OverwriteFileRejectedSecond},

@@ -10,7 +10,6 @@ CPollUploadStatusResponse::CPollUploadStatusResponse() {
 CPollUploadStatusResponse::~CPollUploadStatusResponse() = default;
 
 void CPollUploadStatusResponse::InitErrorMaps() {
-    // The three beginnings are the same, so the first code stands for all of them.
     static constexpr ErrorRow kExact[] = {
         {ErrorMessage::AuthorizationFailed, ErrorCode::AuthorizationFailed},
         {ErrorMessage::NameExists, ErrorCode::UploadNameExists},
@@ -21,6 +20,7 @@ void CPollUploadStatusResponse::InitErrorMaps() {
         {ErrorMessage::TemplateToProjects, ErrorCode::UploadTemplateToProjects},
     };
     AddExactMessages(kExact);
+    // The three beginnings are the same, so the first code stands for all of them.
     static constexpr ErrorRow kPrefixes[] = {
         {ErrorMessage::ProvidedFilePrefix, ErrorCode::UploadFileRejected},
         {ErrorMessage::ProvidedFilePrefix, ErrorCode::UploadFileRejectedSecond},
