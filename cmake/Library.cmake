@@ -36,6 +36,7 @@ set(BREVINT_SOURCES
   responses/DeleteResponse.cpp
   responses/DownloadFileResponse.cpp
   responses/FolderItem.cpp
+  responses/FolderListing.cpp
   responses/GetFolderContentsResponse.cpp
   responses/IdentityResponse.cpp
   responses/JobResponse.cpp

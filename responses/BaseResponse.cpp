@@ -5,7 +5,16 @@
 #include "support/Utf8.h"
 #include "support/Xml.h"
 
-#include <string_view>
+#include <cwchar>
+
+namespace {
+
+std::string_view UpToZero(const std::vector<char>& bytes) {
+    const std::string_view text(bytes.data(), bytes.size());
+    return text.substr(0, text.find('\0'));
+}
+
+} // namespace
 
 CBaseResponse::CBaseResponse() : m_errorCode(ErrorCode::MessageNotRecognised), m_statusCode(200) {}
 
@@ -20,12 +29,12 @@ const std::vector<char>& CBaseResponse::GetServerResponse() const {
 }
 
 std::wstring CBaseResponse::GetServerResponseAsString() const {
-    return m_replyText;
+    return Utf8::ToWide(ReplyText());
 }
 
 void CBaseResponse::SetServerResponse(const std::vector<char>& bytes, unsigned long status) {
     StoreReply(bytes, status);
-    ConvertReply();
+    TakeReplyAsText();
     ParseServerResponse();
 }
 
@@ -50,34 +59,33 @@ void CBaseResponse::ParseServerResponse() {
 void CBaseResponse::ProcessErrorMessage(const wchar_t* message) {
     m_errorCode = ErrorCode::MessageNotRecognised;
     const std::wstring text = BaseHlpr::ToLower(message);
-    if (const auto exact = m_exactMessages.find(text); exact != m_exactMessages.end()) {
-        m_errorCode = exact->second;
-        return;
-    }
-    for (const auto& [prefix, code] : m_messagePrefixes) {
-        if (text.starts_with(prefix)) {
-            m_errorCode = code;
+    for (const ErrorRow& row : m_exactMessages) {
+        if (text == row.message) {
+            m_errorCode = row.code;
             return;
+        }
+    }
+    std::size_t shortest = text.size() + 1;
+    for (const ErrorRow& row : m_messagePrefixes) {
+        const std::size_t length = std::wcslen(row.message);
+        if (length < shortest && text.starts_with(row.message)) {
+            shortest = length;
+            m_errorCode = row.code;
         }
     }
 }
 
 std::wstring
 CBaseResponse::ConvertServerResponseToStringReponse(const std::vector<char>& bytes) const {
-    const std::string_view text(bytes.data(), bytes.size());
-    return Utf8::ToWide(text.substr(0, text.find('\0')));
+    return Utf8::ToWide(UpToZero(bytes));
 }
 
-void CBaseResponse::AddExactMessages(std::span<const ErrorRow> rows) {
-    for (const ErrorRow& row : rows) {
-        m_exactMessages.emplace(row.message, row.code);
-    }
+void CBaseResponse::UseExactMessages(std::span<const ErrorRow> rows) {
+    m_exactMessages = rows;
 }
 
-void CBaseResponse::AddMessagePrefixes(std::span<const ErrorRow> rows) {
-    for (const ErrorRow& row : rows) {
-        m_messagePrefixes.emplace(row.message, row.code);
-    }
+void CBaseResponse::UseMessagePrefixes(std::span<const ErrorRow> rows) {
+    m_messagePrefixes = rows;
 }
 
 void CBaseResponse::SetErrorCode(double code) {
@@ -89,25 +97,35 @@ void CBaseResponse::StoreReply(const std::vector<char>& bytes, unsigned long sta
     m_statusCode = status;
 }
 
-void CBaseResponse::ConvertReply() {
-    m_replyText = ConvertServerResponseToStringReponse(m_replyBytes);
+void CBaseResponse::TakeReplyAsText() {
+    m_replyIsText = true;
 }
 
 bool CBaseResponse::IsReplyEmpty() const {
-    return m_replyText.empty();
+    return ReplyText().empty();
 }
 
-XmlDocPtr CBaseResponse::ParseReplyText() const {
-    return XmlDocPtr(ParseXML(Utf8::ToNarrow(m_replyText).c_str(), -1));
+std::string_view CBaseResponse::ReplyText() const {
+    return m_replyIsText ? UpToZero(m_replyBytes) : std::string_view();
 }
 
-XmlDocPtr CBaseResponse::ParseReply() {
+XmlDocPtr CBaseResponse::ParseReplyText(const char* path, XmlElementSink* sink) const {
+    std::string_view text = ReplyText();
+    std::string repaired;
+    if (!Utf8::IsValid(text)) {
+        repaired = Utf8::Repaired(text);
+        text = repaired;
+    }
+    return XmlDocPtr(sink ? ParseXML(text, path, *sink) : ParseXML(text));
+}
+
+XmlDocPtr CBaseResponse::ParseReply(const char* path, XmlElementSink* sink) {
     m_errorCode = ErrorCode::EmptyReply;
     if (IsReplyEmpty()) {
         return nullptr;
     }
     m_errorCode = ErrorCode::ReplyNotXml;
-    return ParseReplyText();
+    return ParseReplyText(path, sink);
 }
 
 void CBaseResponse::JudgeByMessage(_xmlDoc* document) {

@@ -19,9 +19,9 @@ void CCheckInOutResponse::InitErrorMaps() {
         {L"item already checked in.", ErrorCode::Success},
         {ErrorMessage::CheckedOutToAnotherUser, ErrorCode::CheckInOutByAnotherUser},
     };
-    AddExactMessages(kExact);
+    UseExactMessages(kExact);
     static constexpr ErrorRow kPrefixes[] = {
         {ErrorMessage::ConversionPrefix, ErrorCode::CheckInOutInvalidId},
     };
-    AddMessagePrefixes(kPrefixes);
+    UseMessagePrefixes(kPrefixes);
 }

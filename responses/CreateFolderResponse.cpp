@@ -31,9 +31,9 @@ void CCreateFolderResponse::InitErrorMaps() {
          ErrorCode::CreateFolderInvalidName},
         {ErrorMessage::InvalidId, ErrorCode::CreateFolderInvalidId},
     };
-    AddExactMessages(kExact);
+    UseExactMessages(kExact);
     static constexpr ErrorRow kPrefixes[] = {
         {L"the destination already contains a folder named '", ErrorCode::CreateFolderNameExists},
     };
-    AddMessagePrefixes(kPrefixes);
+    UseMessagePrefixes(kPrefixes);
 }

@@ -13,9 +13,9 @@ void CDeleteResponse::InitErrorMaps() {
     static constexpr ErrorRow kExact[] = {
         {ErrorMessage::AuthorizationFailed, ErrorCode::AuthorizationFailed},
     };
-    AddExactMessages(kExact);
+    UseExactMessages(kExact);
     static constexpr ErrorRow kPrefixes[] = {
         {ErrorMessage::ConversionPrefix, ErrorCode::DeleteInvalidId},
     };
-    AddMessagePrefixes(kPrefixes);
+    UseMessagePrefixes(kPrefixes);
 }

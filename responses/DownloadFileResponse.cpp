@@ -32,7 +32,7 @@ void CDownloadFileResponse::ParseServerResponse() {
     if (GetStatusCode() == 200 && !GetServerResponse().empty()) {
         SetErrorCode(WriteFileToDisk() ? ErrorCode::Success : ErrorCode::DownloadWriteFailed);
     } else {
-        ConvertReply();
+        TakeReplyAsText();
         CBaseResponse::ParseServerResponse();
     }
     m_complete.store(true, std::memory_order_release);
@@ -72,5 +72,5 @@ void CDownloadFileResponse::InitErrorMaps() {
         {ErrorMessage::ItemNotFound, ErrorCode::DownloadItemNotFound},
         {ErrorMessage::InvalidId, ErrorCode::DownloadInvalidId},
     };
-    AddExactMessages(kExact);
+    UseExactMessages(kExact);
 }

@@ -3,55 +3,36 @@
 #include "brevint/ErrorCodes.h"
 #include "brevint/FolderItem.h"
 #include "responses/ErrorMessages.h"
+#include "responses/FolderListing.h"
 #include "support/Xml.h"
 
-namespace {
-
-/// A flag is true unless its text holds an "f", so also when it is absent. That is deliberate.
-bool IsTrue(const std::wstring& text) {
-    return text.find(L'f') == std::wstring::npos;
-}
-
-} // namespace
-
-CGetFolderContentsResponse::CGetFolderContentsResponse() {
+CGetFolderContentsResponse::CGetFolderContentsResponse()
+    : m_listing(std::make_unique<FolderListing>()) {
     InitErrorMaps();
 }
 
 CGetFolderContentsResponse::~CGetFolderContentsResponse() = default;
 
 void CGetFolderContentsResponse::ParseServerResponse() {
-    m_document = ParseReply();
-    if (m_document) {
-        JudgeByMessage(m_document.get());
+    m_listing->Clear();
+    const XmlDocPtr document = ParseReply("/ResponseData/Item", m_listing.get());
+    if (document) {
+        JudgeByMessage(document.get());
+    } else {
+        m_listing->Clear();
     }
 }
 
 void CGetFolderContentsResponse::GetFolderContents(std::vector<CFolderItem*>& items) {
-    std::vector<_xmlNode*> nodes;
-    SimpleDoXPath("/ResponseData/Item", m_document.get(), nodes);
-    items.reserve(items.size() + nodes.size());
-    for (_xmlNode* node : nodes) {
-        items.push_back(GetFolderItemFromNode(node));
-    }
+    m_listing->AppendTo(items);
 }
 
 CFolderItem* CGetFolderContentsResponse::GetFolderItemFromNode(_xmlNode* node) const {
-    auto item = std::make_unique<CFolderItem>();
-    item->SetUniqueId(GetValueFromChildNode(node, "UniqueId"));
-    item->SetParentId(GetValueFromChildNode(node, "ParentId"));
-    item->SetOwnerId(GetValueFromChildNode(node, "OwnerId"));
-    item->SetName(GetValueFromChildNode(node, "Name"));
-    item->SetDescription(GetValueFromChildNode(node, "Description"));
-    item->SetCreated(GetValueFromChildNode(node, "DateCreated"));
-    item->SetModified(GetValueFromChildNode(node, "DateModified"));
-    item->SetSize(GetWideNodeValue(SimpleDoXPath("Data/Size", node)));
-    item->SetIsLocked(IsTrue(GetValueFromChildNode(node, "Locked")));
-    item->SetIsPublic(IsTrue(GetValueFromChildNode(node, "IsPublic")));
-    item->SetLockedBy(GetValueFromChildNode(node, "LockedBy"));
-    item->SetItemType(GetValueFromChildNode(node, "ItemType"));
-    item->SetItemTypeDescription(GetValueFromChildNode(node, "ItemTypeDescription"));
-    return item.release();
+    FolderListing listing;
+    listing.Take(node);
+    std::vector<CFolderItem*> records;
+    listing.AppendTo(records);
+    return records.front();
 }
 
 std::wstring CGetFolderContentsResponse::GetValueFromChildNode(_xmlNode* node,
@@ -66,5 +47,5 @@ void CGetFolderContentsResponse::InitErrorMaps() {
         {ErrorMessage::InvalidId, ErrorCode::FolderContentsInvalidId},
         {ErrorMessage::NotAFolder, ErrorCode::FolderContentsNotAFolder},
     };
-    AddExactMessages(kExact);
+    UseExactMessages(kExact);
 }

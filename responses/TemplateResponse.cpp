@@ -10,7 +10,7 @@ CTemplateResponse::CTemplateResponse() {
     static constexpr ErrorRow kExact[] = {
         {ErrorMessage::AuthorizationFailed, ErrorCode::AuthorizationFailed},
     };
-    AddExactMessages(kExact);
+    UseExactMessages(kExact);
 }
 
 CTemplateResponse::~CTemplateResponse() = default;

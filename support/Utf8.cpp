@@ -1,5 +1,9 @@
 #include "support/Utf8.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <iterator>
 #include <utf8.h>
 
 namespace Utf8 {
@@ -20,27 +24,79 @@ bool IsCodePoint(char32_t value) {
     return value <= 0x10FFFF && !IsLeadSurrogate(value) && !IsTrailSurrogate(value);
 }
 
-std::wstring ValidToWide(std::string_view text) {
-    std::wstring wide;
-    wide.reserve(text.size());
+/// The length of the ASCII at the beginning, by eight bytes at a time: most texts are nothing else.
+std::size_t AsciiLength(std::string_view text) {
+    constexpr std::uint64_t kHighBits = 0x8080808080808080;
+    std::size_t length = 0;
+    for (std::uint64_t bytes = 0; text.size() - length >= sizeof bytes; length += sizeof bytes) {
+        std::memcpy(&bytes, text.data() + length, sizeof bytes);
+        if ((bytes & kHighBits) != 0) {
+            break;
+        }
+    }
+    while (length < text.size() && static_cast<unsigned char>(text[length]) < 0x80) {
+        ++length;
+    }
+    return length;
+}
+
+/// The length of what is not ASCII at the beginning. No character extends beyond it.
+std::size_t OtherLength(std::string_view text) {
+    const auto end = std::find_if(text.begin(), text.end(), [](char byte) {
+        return static_cast<unsigned char>(byte) < 0x80;
+    });
+    return static_cast<std::size_t>(end - text.begin());
+}
+
+void AppendValid(std::wstring& wide, std::string_view text) {
     if constexpr (kWideIsUtf16) {
         utf8::unchecked::utf8to16(text.begin(), text.end(), std::back_inserter(wide));
     } else {
         utf8::unchecked::utf8to32(text.begin(), text.end(), std::back_inserter(wide));
     }
-    return wide;
 }
 
 } // namespace
 
-std::wstring ToWide(std::string_view text) {
-    if (utf8::is_valid(text.begin(), text.end())) {
-        return ValidToWide(text);
+bool IsValid(std::string_view text) {
+    while (!text.empty()) {
+        text.remove_prefix(AsciiLength(text));
+        const std::string_view other = text.substr(0, OtherLength(text));
+        if (!utf8::is_valid(other.begin(), other.end())) {
+            return false;
+        }
+        text.remove_prefix(other.size());
     }
+    return true;
+}
+
+std::string Repaired(std::string_view text) {
     std::string repaired;
     repaired.reserve(text.size());
     utf8::replace_invalid(text.begin(), text.end(), std::back_inserter(repaired), kReplacement);
-    return ValidToWide(repaired);
+    return repaired;
+}
+
+std::wstring ToWide(std::string_view text) {
+    std::wstring wide;
+    ToWide(text, wide);
+    return wide;
+}
+
+void ToWide(std::string_view text, std::wstring& wide) {
+    const std::size_t ascii = AsciiLength(text);
+    wide.resize(ascii);
+    std::copy_n(text.begin(), ascii, wide.begin());
+    text.remove_prefix(ascii);
+    if (text.empty()) {
+        return;
+    }
+    wide.reserve(ascii + text.size());
+    if (utf8::is_valid(text.begin(), text.end())) {
+        AppendValid(wide, text);
+    } else {
+        AppendValid(wide, Repaired(text));
+    }
 }
 
 std::string ToNarrow(std::wstring_view text) {

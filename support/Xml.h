@@ -3,8 +3,10 @@
 #include "brevint/XmlDocPtr.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
+class XmlElementSink;
 struct _xmlDoc;
 struct _xmlNode;
 
@@ -18,8 +20,15 @@ enum class MarkupMode {
 };
 
 /// Parses UTF-8 text, whatever encoding it declares, into a document that the caller frees with
-/// FreeXMLDoc; a length of -1 runs to the terminating zero. Null when the text cannot be parsed.
-/// Loads nothing, substitutes no entities but the predefined ones, prints nothing.
+/// FreeXMLDoc. Null when the text cannot be parsed. Loads nothing, substitutes no entities but the
+/// predefined ones, prints nothing.
+_xmlDoc* ParseXML(std::string_view text, MarkupMode mode = MarkupMode::Strict);
+/// The same in strict mode for a document with very many elements of a kind: those that the path
+/// "/Name/Name" selects go to the sink, each as soon as it is complete, and do not stay in the
+/// document. When null is returned, some may have gone there all the same. Throws what the sink
+/// throws.
+_xmlDoc* ParseXML(std::string_view text, std::string_view path, XmlElementSink& sink);
+/// The same as the first; a length of -1 runs to the terminating zero, null is no text.
 _xmlDoc* ParseXML(const char* text, int length, MarkupMode mode = MarkupMode::Strict);
 void FreeXMLDoc(_xmlDoc* document);
 
@@ -34,6 +43,8 @@ void SimpleDoXPath(const char* path, _xmlDoc* document, std::vector<_xmlNode*>& 
 std::string GetNodeValue(_xmlNode* node);
 /// The same as wide text.
 std::wstring GetWideNodeValue(_xmlNode* node);
+/// Appends the text content of an element, for those who read many.
+void AppendNodeValue(_xmlNode* node, std::string& text);
 /// Value of an attribute; empty when it is missing, and for null.
 std::string GetNodeAttrib(_xmlNode* node, const char* name);
 /// First direct child element with that name, in no namespace; null when there is none, and for

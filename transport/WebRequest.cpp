@@ -9,6 +9,7 @@
 #include "transport/RequestContext.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <new>
 #include <string_view>
@@ -226,8 +227,8 @@ void WebRequest::Connect(int flags) {
     InternetSetOptionA(m_session.get(), INTERNET_OPTION_SEND_TIMEOUT, &timeout, sizeof(timeout));
     InternetSetStatusCallback(m_session.get(), StatusCallback);
 
-    std::vector<wchar_t> host(kHostNameCapacity);
-    std::vector<wchar_t> path(kUrlPathCapacity);
+    std::array<wchar_t, kHostNameCapacity> host;
+    std::array<wchar_t, kUrlPathCapacity> path;
     URL_COMPONENTSW parts{};
     parts.dwStructSize = sizeof(parts);
     parts.lpszHostName = host.data();

@@ -3,11 +3,12 @@
 #include "brevint/IResponse.h"
 #include "brevint/XmlDocPtr.h"
 
-#include <map>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
+class XmlElementSink;
 struct _xmlNode;
 
 /// Common part of every response: keeps the reply, parses it and turns the server's message into an
@@ -44,33 +45,41 @@ protected:
         double code;
     };
 
-    /// Adds messages that must match as a whole. A message already held keeps its code.
-    void AddExactMessages(std::span<const ErrorRow> rows);
-    /// Adds beginnings of messages. A beginning already held keeps its code.
-    void AddMessagePrefixes(std::span<const ErrorRow> rows);
+    /// The messages that are recognised as a whole. The rows are not copied: they live as long as
+    /// the program.
+    void UseExactMessages(std::span<const ErrorRow> rows);
+    /// The beginnings by which other messages are recognised, likewise. Where several fit the
+    /// shortest counts.
+    void UseMessagePrefixes(std::span<const ErrorRow> rows);
 
     void SetErrorCode(double code);
     /// Stores a reply without judging it: appends the bytes and sets the status.
     void StoreReply(const std::vector<char>& bytes, unsigned long status);
-    /// Makes the text that belongs to the bytes held.
-    void ConvertReply();
+    /// Makes the bytes held count as the reply's text. They are converted when somebody asks.
+    void TakeReplyAsText();
+    /// Whether the reply's text is empty.
     bool IsReplyEmpty() const;
-    /// Parses the reply's text; null when it is not XML.
-    XmlDocPtr ParseReplyText() const;
+    /// Parses the reply's text; null when it is not XML. Elements that `path`, as in "/Name/Name",
+    /// selects go to the sink one by one and do not stay in the document: for replies with very
+    /// many of a kind. They count only if a document is returned.
+    XmlDocPtr ParseReplyText(const char* path = nullptr, XmlElementSink* sink = nullptr) const;
     /// The beginning of every parse: code 1102 and null for an empty reply, otherwise code 1104 and
-    /// the document, null when the reply is not XML.
-    XmlDocPtr ParseReply();
+    /// what ParseReplyText returns.
+    XmlDocPtr ParseReply(const char* path = nullptr, XmlElementSink* sink = nullptr);
     /// Success, unless the document holds a message of the server.
     void JudgeByMessage(_xmlDoc* document);
     /// Takes a node's text (empty for null) as the server's message and sets its code.
     void TakeServerMessage(_xmlNode* node);
 
 private:
+    /// The text as it came in, in UTF-8 if it is well-formed.
+    std::string_view ReplyText() const;
+
     std::wstring m_serverErrorMessage;
-    std::wstring m_replyText;
     double m_errorCode;
     unsigned long m_statusCode;
     std::vector<char> m_replyBytes;
-    std::map<std::wstring, double> m_exactMessages;
-    std::map<std::wstring, double> m_messagePrefixes;
+    bool m_replyIsText = false;
+    std::span<const ErrorRow> m_exactMessages;
+    std::span<const ErrorRow> m_messagePrefixes;
 };

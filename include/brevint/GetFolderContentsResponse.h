@@ -3,6 +3,10 @@
 #include "brevint/BaseResponse.h"
 #include "brevint/IGetFolderContentsResponse.h"
 
+#include <memory>
+
+class FolderListing;
+
 /// Outcome of listing a folder. Keeps the parsed reply until the next parse or its destruction.
 class BREVINT_API CGetFolderContentsResponse : public CBaseResponse,
                                                public IGetFolderContentsResponse {
@@ -20,5 +24,5 @@ public:
     std::wstring GetValueFromChildNode(_xmlNode* node, const char* name) const;
 
 private:
-    XmlDocPtr m_document;
+    std::unique_ptr<FolderListing> m_listing;
 };

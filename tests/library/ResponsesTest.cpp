@@ -229,9 +229,9 @@ public:
     TestResponse() {
         static constexpr ErrorRow kExact[] = {
             {L"authorization failed.", 1}, {L"authorization failed.", 2}, {L"ab exact", 3}};
-        AddExactMessages(kExact);
+        UseExactMessages(kExact);
         static constexpr ErrorRow kPrefixes[] = {{L"abc", 12}, {L"ab", 11}};
-        AddMessagePrefixes(kPrefixes);
+        UseMessagePrefixes(kPrefixes);
     }
 };
 

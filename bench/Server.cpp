@@ -1,0 +1,85 @@
+// The service that both sides of a comparison talk to. It answers at once and with fixed bodies, so
+// that little of what is measured is its own work: a file is called by its number of bytes.
+
+#include "service/Blob.h"
+#include "service/HttpServer.h"
+#include "service/StopSignal.h"
+
+#include <cstring>
+#include <exception>
+#include <iostream>
+#include <vector>
+
+namespace {
+
+using namespace brevint::service;
+
+/// The same block over and over.
+class RepeatedBlob final : public Blob {
+public:
+    explicit RepeatedBlob(std::uint64_t size) : m_size(size) {}
+
+    std::uint64_t Size() const override { return m_size; }
+
+    void Read(std::uint64_t, char* target, std::size_t count) const override {
+        std::memset(target, 'b', count);
+    }
+
+private:
+    std::uint64_t m_size;
+};
+
+HttpReply FileReply(const std::string& id) {
+    HttpReply reply;
+    reply.headers.emplace_back("Content-Type", "application/octet-stream");
+    reply.file = std::make_shared<RepeatedBlob>(std::stoull(id));
+    reply.chunked = id.ends_with("-chunked");
+    return reply;
+}
+
+HttpReply SignedInReply() {
+    HttpReply reply = HtmlReply(200, "<html><body>Dashboard</body></html>");
+    reply.headers.emplace_back("Set-Cookie", "FedAuth=77u/PD94bWwg; path=/");
+    reply.headers.emplace_back("Set-Cookie", "FedAuth1=dmVyc2lvbj0iMS4w; path=/");
+    return reply;
+}
+
+HttpReply Answer(const HttpRequest& request) {
+    const std::string url = "http://" + request.Header("Host") + "/";
+    const std::string name = request.path.substr(request.path.rfind('/') + 1);
+    if (name == "Path") {
+        return XmlReply("<ResponseData><Path>/Projects/Bridge/Notes.txt</Path></ResponseData>");
+    }
+    if (name == "Files") {
+        return XmlReply("<ResponseData><JobId>1</JobId></ResponseData>");
+    }
+    if (name.empty()) {
+        return RedirectReply(url + "portal?wa=wsignin1.0&mode=DB");
+    }
+    if (name == "portal") {
+        return HtmlReply(200, "<!DOCTYPE html><html><body><form method=\"post\" action=\"" + url +
+                                  "federation\"><input type=\"hidden\" name=\"wa\" "
+                                  "value=\"wsignin1.0\"><input type=\"hidden\" name=\"wresult\" "
+                                  "value=\"token\"></form></body></html>");
+    }
+    if (name == "federation") {
+        return SignedInReply();
+    }
+    return FileReply(name);
+}
+
+} // namespace
+
+int main() {
+    try {
+        StopSignal stop;
+        HttpServer server({}, Answer);
+        server.Start();
+        std::cout << "Listening on http://127.0.0.1:" << server.Port() << "/" << std::endl;
+        stop.Wait();
+        return 0;
+    } catch (const std::exception& failure) {
+        std::cerr << failure.what() << '\n';
+        return 1;
+    }
+}

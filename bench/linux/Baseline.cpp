@@ -1,0 +1,178 @@
+// The other side: the same work by the shortest path with libcurl and libxml2.
+
+#include "bench/BaselineParse.h"
+#include "bench/Task.h"
+
+#include <curl/curl.h>
+
+#include <cstdio>
+#include <memory>
+#include <vector>
+
+namespace {
+
+struct EasyCleanup {
+    void operator()(CURL* easy) const { curl_easy_cleanup(easy); }
+};
+struct MultiCleanup {
+    void operator()(CURLM* multi) const { curl_multi_cleanup(multi); }
+};
+struct ListCleanup {
+    void operator()(curl_slist* list) const { curl_slist_free_all(list); }
+};
+struct FileCleanup {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using Easy = std::unique_ptr<CURL, EasyCleanup>;
+using Multi = std::unique_ptr<CURLM, MultiCleanup>;
+using List = std::unique_ptr<curl_slist, ListCleanup>;
+using File = std::unique_ptr<std::FILE, FileCleanup>;
+
+constexpr long kBufferSize = 256 * 1024; // the same as the library asks for
+
+File OpenFile(const std::string& name, const char* mode) {
+    File file(std::fopen(name.c_str(), mode));
+    Require(file != nullptr, "a file cannot be opened");
+    return file;
+}
+
+std::size_t Ignore(char*, std::size_t, std::size_t size, void*) {
+    return size;
+}
+
+std::size_t WriteBlock(char* data, std::size_t, std::size_t size, void* file) {
+    return std::fwrite(data, 1, size, static_cast<std::FILE*>(file));
+}
+
+Easy NewEasy() {
+    Easy easy(curl_easy_init());
+    Require(easy != nullptr, "no handle");
+    curl_easy_setopt(easy.get(), CURLOPT_USERAGENT, "Velmora");
+    curl_easy_setopt(easy.get(), CURLOPT_BUFFERSIZE, kBufferSize);
+    curl_easy_setopt(easy.get(), CURLOPT_UPLOAD_BUFFERSIZE, kBufferSize);
+    curl_easy_setopt(easy.get(), CURLOPT_WRITEFUNCTION, Ignore);
+    return easy;
+}
+
+void Perform(CURL* easy, long expectedStatus) {
+    Require(curl_easy_perform(easy) == CURLE_OK, "the exchange failed");
+    long status = 0;
+    curl_easy_getinfo(easy, CURLINFO_RESPONSE_CODE, &status);
+    Require(status == expectedStatus, "unexpected status");
+}
+
+void Get(CURL* easy, const std::string& url, long expectedStatus) {
+    curl_easy_setopt(easy, CURLOPT_HTTPGET, 1L);
+    curl_easy_setopt(easy, CURLOPT_URL, url.c_str());
+    Perform(easy, expectedStatus);
+}
+
+void Post(CURL* easy, const std::string& url, const char* body, std::size_t size) {
+    curl_easy_setopt(easy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(size));
+    curl_easy_setopt(easy, CURLOPT_POSTFIELDS, body);
+    curl_easy_setopt(easy, CURLOPT_URL, url.c_str());
+    Perform(easy, 200);
+}
+
+void SmallCalls(const TaskArguments& arguments, Stopwatch& watch) {
+    watch.Start();
+    const List headers(curl_slist_append(nullptr, "Accept: text/xml"));
+    const Easy easy = NewEasy();
+    curl_easy_setopt(easy.get(), CURLOPT_HTTPHEADER, headers.get());
+    for (std::size_t i = 0; i < arguments.count; ++i) {
+        Get(easy.get(), arguments.url + "Repository/Items/1/Path", 200);
+    }
+    watch.Stop();
+}
+
+void SignIns(const TaskArguments& arguments, Stopwatch& watch) {
+    watch.Start();
+    const Easy easy = NewEasy();
+    curl_easy_setopt(easy.get(), CURLOPT_COOKIEFILE, "");
+    const std::string credentials = "userName=ada&password=ada-secret";
+    const std::string form = "wa=wsignin1.0&wresult=token&";
+    for (std::size_t i = 0; i < arguments.count; ++i) {
+        Get(easy.get(), arguments.url, 302);
+        char* portal = nullptr;
+        curl_easy_getinfo(easy.get(), CURLINFO_REDIRECT_URL, &portal);
+        Post(easy.get(), std::string(portal), credentials.data(), credentials.size());
+        Post(easy.get(), arguments.url + "federation", form.data(), form.size());
+    }
+    watch.Stop();
+}
+
+/// All downloads at once, through one multi handle.
+void Download(const TaskArguments& arguments, Stopwatch& watch, const std::string& suffix) {
+    const std::string url =
+        arguments.url + "Repository/Files/" + std::to_string(arguments.size) + suffix;
+    watch.Start();
+    std::vector<File> files;
+    std::vector<Easy> downloads;
+    const Multi multi(curl_multi_init());
+    for (std::size_t i = 0; i < arguments.count; ++i) {
+        files.push_back(OpenFile(arguments.file + std::to_string(i), "w+b"));
+        downloads.push_back(NewEasy());
+        CURL* easy = downloads.back().get();
+        curl_easy_setopt(easy, CURLOPT_URL, url.c_str());
+        curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, WriteBlock);
+        curl_easy_setopt(easy, CURLOPT_WRITEDATA, files.back().get());
+        curl_multi_add_handle(multi.get(), easy);
+    }
+    for (int running = 1; running > 0;) {
+        curl_multi_perform(multi.get(), &running);
+        curl_multi_poll(multi.get(), nullptr, 0, 1000, nullptr);
+    }
+    for (std::size_t i = 0; i < arguments.count; ++i) {
+        curl_multi_remove_handle(multi.get(), downloads[i].get());
+        Require(std::ftell(files[i].get()) == static_cast<long>(arguments.size),
+                "the download failed");
+        files[i].reset();
+    }
+    watch.Stop();
+}
+
+void DownloadWithLength(const TaskArguments& arguments, Stopwatch& watch) {
+    Download(arguments, watch, "");
+}
+
+void DownloadInChunks(const TaskArguments& arguments, Stopwatch& watch) {
+    Download(arguments, watch, "-chunked");
+}
+
+void Upload(const TaskArguments& arguments, Stopwatch& watch) {
+    const std::string boundary = "---------------------8cdfaf76df000f9";
+    const std::string head = "--" + boundary +
+                             "\r\nContent-Disposition: form-data; name=\"file\"; filename=\"f\"\r\n"
+                             "Content-Type: application/octet-stream\r\n\r\n";
+    const std::string tail = "\r\n--" + boundary + "--\r\n";
+    watch.Start();
+    const std::size_t size = head.size() + arguments.size + tail.size();
+    const std::unique_ptr<char[]> body(new char[size]);
+    char* content = std::copy(head.begin(), head.end(), body.get());
+    const File file = OpenFile(arguments.file, "rb");
+    Require(std::fread(content, 1, arguments.size, file.get()) == arguments.size, "short file");
+    std::copy(tail.begin(), tail.end(), content + arguments.size);
+    const List headers(
+        curl_slist_append(curl_slist_append(nullptr, "Expect:"),
+                          ("Content-Type: multipart/form-data; boundary=" + boundary).c_str()));
+    const Easy easy = NewEasy();
+    curl_easy_setopt(easy.get(), CURLOPT_HTTPHEADER, headers.get());
+    Post(easy.get(), arguments.url + "Repository/Items/1/Files", body.get(), size);
+    watch.Stop();
+}
+
+constexpr Task kTasks[] = {
+    {"listing", ParseListing},
+    {"error-reply", ParseErrorReply},
+    {"small-calls", SmallCalls},
+    {"sign-ins", SignIns},
+    {"download", DownloadWithLength},
+    {"download-chunked", DownloadInChunks},
+    {"upload", Upload},
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    return RunTask(kTasks, argc, argv);
+}

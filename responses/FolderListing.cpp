@@ -1,0 +1,87 @@
+#include "responses/FolderListing.h"
+
+#include "brevint/FolderItem.h"
+#include "support/Utf8.h"
+#include "support/Xml.h"
+
+#include <memory>
+#include <string_view>
+
+namespace {
+
+struct TextField {
+    const char* element;
+    void (CFolderItem::*set)(const std::wstring&);
+};
+
+constexpr TextField kTexts[] = {
+    {"UniqueId", &CFolderItem::SetUniqueId},
+    {"ParentId", &CFolderItem::SetParentId},
+    {"OwnerId", &CFolderItem::SetOwnerId},
+    {"Name", &CFolderItem::SetName},
+    {"Description", &CFolderItem::SetDescription},
+    {"DateCreated", &CFolderItem::SetCreated},
+    {"DateModified", &CFolderItem::SetModified},
+    {"Data/Size", &CFolderItem::SetSize},
+    {"LockedBy", &CFolderItem::SetLockedBy},
+    {"ItemType", &CFolderItem::SetItemType},
+    {"ItemTypeDescription", &CFolderItem::SetItemTypeDescription},
+};
+
+struct Flag {
+    const char* element;
+    void (CFolderItem::*set)(bool);
+};
+
+constexpr Flag kFlags[] = {
+    {"Locked", &CFolderItem::SetIsLocked},
+    {"IsPublic", &CFolderItem::SetIsPublic},
+};
+
+/// A flag is true unless its text holds an "f", so also when it is absent. That is deliberate.
+bool IsTrue(std::string_view text) {
+    return text.find('f') == std::string_view::npos;
+}
+
+/// Takes the first of the fields that are still there.
+std::string_view TakeField(std::string_view& fields) {
+    const std::string_view field = fields.substr(0, fields.find('\0'));
+    fields.remove_prefix(field.size() + 1);
+    return field;
+}
+
+} // namespace
+
+void FolderListing::Clear() {
+    m_count = 0;
+    m_fields = {};
+}
+
+void FolderListing::Take(_xmlNode* element) {
+    for (const TextField& text : kTexts) {
+        AppendNodeValue(FindChildNode(element, text.element), m_fields);
+        m_fields += '\0';
+    }
+    for (const Flag& flag : kFlags) {
+        AppendNodeValue(FindChildNode(element, flag.element), m_fields);
+        m_fields += '\0';
+    }
+    ++m_count;
+}
+
+void FolderListing::AppendTo(std::vector<CFolderItem*>& records) const {
+    records.reserve(records.size() + m_count);
+    std::string_view fields = m_fields;
+    std::wstring value;
+    for (std::size_t i = 0; i < m_count; ++i) {
+        auto record = std::make_unique<CFolderItem>();
+        for (const TextField& text : kTexts) {
+            Utf8::ToWide(TakeField(fields), value);
+            (record.get()->*text.set)(value);
+        }
+        for (const Flag& flag : kFlags) {
+            (record.get()->*flag.set)(IsTrue(TakeField(fields)));
+        }
+        records.push_back(record.release());
+    }
+}

@@ -1,0 +1,12 @@
+#pragma once
+
+struct _xmlNode;
+
+/// Receives elements of a document while it is read.
+class XmlElementSink {
+public:
+    virtual ~XmlElementSink() = default;
+
+    /// An element that is complete. It is freed when this returns.
+    virtual void Take(_xmlNode* element) = 0;
+};
