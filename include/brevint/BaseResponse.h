@@ -40,8 +40,8 @@ protected:
 
     /// A message of the server, in lower case, and the code it stands for.
     struct ErrorRow {
-        const wchar_t* message;
-        double code;
+        const wchar_t* message; ///< the whole message or its beginning
+        double code;            ///< one of ErrorCode
     };
 
     /// Adds messages that must match as a whole. A message already held keeps its code.
@@ -49,11 +49,13 @@ protected:
     /// Adds beginnings of messages. A beginning already held keeps its code.
     void AddMessagePrefixes(std::span<const ErrorRow> rows);
 
+    /// Judges the reply.
     void SetErrorCode(double code);
     /// Stores a reply without judging it: appends the bytes and sets the status.
     void StoreReply(const std::vector<char>& bytes, unsigned long status);
     /// Makes the text that belongs to the bytes held.
     void ConvertReply();
+    /// True when the reply's text is empty.
     bool IsReplyEmpty() const;
     /// Parses the reply's text; null when it is not XML.
     XmlDocPtr ParseReplyText() const;
