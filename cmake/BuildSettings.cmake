@@ -34,7 +34,7 @@ if(MINGW)
     list(APPEND BREVINT_RUNTIME_DLLS ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${name})
     if(NOT EXISTS ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${name})
       file(MAKE_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
-      execute_process(COMMAND ${CMAKE_STRIP} -o ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${name} ${path}
+      execute_process(COMMAND ${CMAKE_STRIP} --preserve-dates -o ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${name} ${path}
                       COMMAND_ERROR_IS_FATAL ANY)
     endif()
   endforeach()
