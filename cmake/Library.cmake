@@ -97,6 +97,7 @@ target_include_directories(brevint PUBLIC
 target_compile_features(brevint INTERFACE cxx_std_20)
 set_target_properties(brevint PROPERTIES
   EXPORT_NAME Brevint
+  OUTPUT_NAME brevint
   VERSION ${PROJECT_VERSION}
   SOVERSION ${PROJECT_VERSION_MAJOR})
 if(WIN32)

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Media types of replies.
+
 /// Media type that a request accepts. Every value without a row here stands for "text/html".
 enum AcceptType : int {
     AcceptTypeDefault = 0,     ///< "text/html"

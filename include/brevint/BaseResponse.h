@@ -41,8 +41,8 @@ protected:
 
     /// A message of the server, in lower case, and the code it stands for.
     struct ErrorRow {
-        const wchar_t* message;
-        double code;
+        const wchar_t* message; ///< the whole message or its beginning
+        double code;            ///< one of ErrorCode
     };
 
     /// The messages that are recognised as a whole. The rows are not copied: they live as long as
@@ -52,12 +52,13 @@ protected:
     /// shortest counts.
     void UseMessagePrefixes(std::span<const ErrorRow> rows);
 
+    /// Judges the reply.
     void SetErrorCode(double code);
     /// Stores a reply without judging it: appends the bytes and sets the status.
     void StoreReply(const std::vector<char>& bytes, unsigned long status);
     /// Makes the bytes held count as the reply's text. They are converted when somebody asks.
     void TakeReplyAsText();
-    /// Whether the reply's text is empty.
+    /// True when the reply's text is empty.
     bool IsReplyEmpty() const;
     /// Parses the reply's text; null when it is not XML. Elements that `path`, as in "/Name/Name",
     /// selects go to the sink one by one and do not stay in the document: for replies with very

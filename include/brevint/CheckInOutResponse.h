@@ -7,5 +7,6 @@ class BREVINT_API CCheckInOutResponse : public CBaseResponse {
 public:
     CCheckInOutResponse();
     ~CCheckInOutResponse() override;
+    /// Adds the messages that this response recognises. The constructor calls it.
     virtual void InitErrorMaps();
 };

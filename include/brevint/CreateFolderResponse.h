@@ -12,5 +12,6 @@ public:
     std::wstring GetFolderId() const override;
     bool GetSucceeded() const override;
     double GetErrorCode() const override;
+    /// Adds the messages that this response recognises. The constructor calls it.
     virtual void InitErrorMaps();
 };

@@ -7,5 +7,6 @@ class BREVINT_API CDeleteResponse : public CBaseResponse {
 public:
     CDeleteResponse();
     ~CDeleteResponse() override;
+    /// Adds the messages that this response recognises. The constructor calls it.
     virtual void InitErrorMaps();
 };

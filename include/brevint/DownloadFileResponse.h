@@ -27,6 +27,7 @@ public:
     bool GetSucceeded() const override;
     double GetErrorCode() const override;
     const std::vector<char>& GetServerResponse() const override;
+    /// Adds the messages that this response recognises. The constructor calls it.
     virtual void InitErrorMaps();
 
 private:

@@ -16,6 +16,7 @@ public:
 
     void ParseServerResponse() override;
     void GetFolderContents(std::vector<CFolderItem*>& items) override;
+    /// Adds the messages that this response recognises. The constructor calls it.
     virtual void InitErrorMaps();
 
     /// A new record from one item element; the caller deletes it.

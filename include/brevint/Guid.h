@@ -6,10 +6,14 @@
 // own headers use, so that either definition serves.
 #ifndef GUID_DEFINED
 #define GUID_DEFINED
+/// The identifier of an interface (brevint/InterfaceIds.h).
 typedef struct _GUID {
+    ///@{
+    /// A part, in the order in which an identifier is printed.
     std::uint32_t Data1;
     std::uint16_t Data2;
     std::uint16_t Data3;
     std::uint8_t Data4[8];
+    ///@}
 } GUID;
 #endif

@@ -11,13 +11,15 @@ public:
     void ParseServerResponse() override;
     /// 1: administrator. 2: user. 0: not known.
     int GetUserRole() const;
-    /// The following texts are valid while the response lives.
+    /// Address of the portal that vouches for the user. Valid while the response lives.
     const wchar_t* GetIdentifyingPartyUrl() const;
-    /// Text for the user, set when the service could not be asked.
+    /// Text for the user, set when the service could not be asked. Valid until it is set again.
     const wchar_t* GetErrorMessage() const;
+    /// The user's name. Valid while the response lives.
     const wchar_t* GetUsername() const;
     /// Stores a copy; null stands for an empty text.
     void SetErrorMessage(const wchar_t* message);
+    /// Adds the messages that this response recognises. The constructor calls it.
     virtual void InitErrorMaps();
 
 private:

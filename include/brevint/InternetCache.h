@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// The cookie jar.
+
 #include "brevint/IInternetCache.h"
 
 #include <map>

@@ -7,5 +7,6 @@ class BREVINT_API COverwriteFileResponse : public CJobResponse {
 public:
     COverwriteFileResponse();
     ~COverwriteFileResponse() override;
+    /// Adds the messages that this response recognises. The constructor calls it.
     virtual void InitErrorMaps();
 };

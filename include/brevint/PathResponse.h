@@ -12,6 +12,7 @@ public:
     void ParseServerResponse() override;
     /// The path; empty unless the call succeeded. Valid while the response lives.
     const wchar_t* GetPath() const;
+    /// Adds the messages that this response recognises. The constructor calls it.
     virtual void InitErrorMaps();
 
 private:

@@ -7,5 +7,6 @@ class BREVINT_API CPollOverwriteStatusResponse : public CPollStatusResponse {
 public:
     CPollOverwriteStatusResponse();
     ~CPollOverwriteStatusResponse() override;
+    /// Adds the messages that this response recognises. The constructor calls it.
     virtual void InitErrorMaps();
 };

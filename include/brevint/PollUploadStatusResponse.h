@@ -7,5 +7,6 @@ class BREVINT_API CPollUploadStatusResponse : public CPollStatusResponse {
 public:
     CPollUploadStatusResponse();
     ~CPollUploadStatusResponse() override;
+    /// Adds the messages that this response recognises. The constructor calls it.
     virtual void InitErrorMaps();
 };

@@ -17,11 +17,13 @@ public:
     /// CInternetCache::SetCookie takes it to go on with the session in another process. Valid until
     /// the record changes.
     const wchar_t* GetCookie() const;
+    /// True when the user is signed in.
     bool GetSucceeded() const;
     /// Stores a copy; null stands for an empty text.
     void SetErrorMessage(const wchar_t* message);
     /// Stores a copy; null stands for an empty text.
     void SetCookie(const wchar_t* cookie);
+    /// Stores the outcome.
     void SetSucceeded(bool succeeded);
 
 private:

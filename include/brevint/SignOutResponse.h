@@ -11,5 +11,6 @@ public:
     void ParseServerResponse() override;
     /// True exactly when the HTTP status is 200.
     bool GetSignOutResult() const;
+    /// Adds the messages that this response recognises. The constructor calls it.
     virtual void InitErrorMaps();
 };

@@ -7,5 +7,6 @@ class BREVINT_API CUploadFileResponse : public CJobResponse {
 public:
     CUploadFileResponse();
     ~CUploadFileResponse() override;
+    /// Adds the messages that this response recognises. The constructor calls it.
     virtual void InitErrorMaps();
 };

@@ -1,11 +1,15 @@
 #pragma once
 
+/// @file
+/// Ownership of parsed documents.
+
 #include <memory>
 
 struct _xmlDoc;
 
 /// Frees a parsed document and all its nodes.
 struct XmlDocDeleter {
+    /// Frees.
     void operator()(_xmlDoc* document) const noexcept;
 };
 

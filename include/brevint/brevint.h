@@ -1,6 +1,7 @@
 #pragma once
 
-// Everything that an application needs of the library.
+/// @file
+/// Everything that an application needs of the library.
 
 #include "brevint/AcceptType.h"
 #include "brevint/BaseResponse.h"

@@ -1,0 +1,36 @@
+# The packages that scripts/package makes: what they hold beyond an installation, and what they are
+# called. Everything here is for builds with BREVINT_PACKAGE, whose presets name the kind of package.
+
+# The licences of what is shipped or compiled in, as the Debian packages that it comes from state them.
+set(licence_packages libboost1.74-dev libcli11-dev libutfcpp-dev nlohmann-json3-dev)
+if(WIN32)
+  list(APPEND licence_packages
+    libxml2-dev gcc-mingw-w64-x86-64-posix-runtime mingw-w64-x86-64-dev)
+  # The runtime DLLs' licence refers to this text.
+  install(FILES /usr/share/common-licenses/GPL-3 DESTINATION ${CMAKE_INSTALL_DOCDIR}/licences
+    COMPONENT runtime)
+endif()
+foreach(package ${licence_packages})
+  install(FILES /usr/share/doc/${package}/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR}/licences
+    RENAME ${package}.txt COMPONENT runtime)
+endforeach()
+
+set(CPACK_PACKAGE_NAME brevint)
+set(CPACK_PACKAGE_VENDOR "the Brevint authors")
+# Package formats want an address; this one says that there is none.
+set(CPACK_PACKAGE_CONTACT "The Brevint authors <nobody@brevint.invalid>")
+set(CPACK_PACKAGE_DIRECTORY ${PROJECT_SOURCE_DIR}/build/packages)
+set(CPACK_RESOURCE_FILE_LICENSE ${PROJECT_SOURCE_DIR}/COPYRIGHT)
+set(CPACK_VERBATIM_VARIABLES ON)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_COMPONENTS_ALL runtime development)
+string(TOLOWER ${CMAKE_SYSTEM_NAME} target)
+set(CPACK_PACKAGE_FILE_NAME brevint-${PROJECT_VERSION}-${target}-${CMAKE_SYSTEM_PROCESSOR})
+
+if(BREVINT_PACKAGE STREQUAL "DEB")
+  include(DebianPackage)
+else()
+  install(FILES CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT runtime)
+endif()
+set(CPACK_GENERATOR ${BREVINT_PACKAGE})
+include(CPack)
