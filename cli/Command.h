@@ -27,6 +27,8 @@ public:
 struct CommandRow {
     const char* name;
     const char* summary;
+    const char* notes;    ///< What else there is to know, in lines of up to 80 characters; or "".
+    const char* examples; ///< One command line after the other.
     std::unique_ptr<Command> (*make)();
 };
 

@@ -11,8 +11,10 @@ class Job : public Command {
 public:
     void AddOptions(CLI::App& app) override {
         app.add_option("job", jobId_, "Identifier of the job, as put and replace print it")
+            ->type_name("JOB")
             ->required();
         app.add_option("--of", command_, "Command that the job came from")
+            ->type_name("COMMAND")
             ->check(CLI::IsMember({"put", "replace"}))
             ->capture_default_str();
         app.add_flag("--wait", wait_, "Wait until the job has ended");

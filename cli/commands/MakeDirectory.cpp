@@ -2,7 +2,6 @@
 #include "brevint/IRepositoryProxy.h"
 #include "cli/Command.h"
 #include "cli/Utf8.h"
-#include "cli/Verdict.h"
 
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
@@ -23,16 +22,18 @@ class MakeDirectory : public Command {
 public:
     void AddOptions(CLI::App& app) override {
         app.add_option("parent", parent_, "Folder to make it in, by identifier or path")
+            ->type_name("ITEM")
             ->required();
-        app.add_option("name", name_, "Name of the new folder")->required();
+        app.add_option("name", name_, "Name of the new folder")->type_name("NAME")->required();
     }
 
     ExitCode Run(Context& context) override {
         const std::wstring parentId = context.Items().Id(parent_);
-        Service& service = context.TheService();
-        const std::unique_ptr<ICreateFolderResponse> response(
-            service.Repository()->CreateFolder(service.Url(), parentId, EscapeName(name_)));
-        RequireSuccess(response.get(), "The folder \"" + name_ + "\" cannot be made.");
+        const auto response = context.TheService().Call(
+            "The folder \"" + name_ + "\" cannot be made.",
+            [parentId, name = EscapeName(name_)](Service& service) {
+                return service.Repository()->CreateFolder(service.Url(), parentId, name);
+            });
         const std::string id = ToUtf8(response->GetFolderId());
         context.Out().Line(id + "  " + name_);
         context.Out().Document({{"id", id}, {"parentId", ToUtf8(parentId)}, {"name", name_}});

@@ -3,7 +3,6 @@
 #include "brevint/WebRequestFactory.h"
 #include "cli/Command.h"
 #include "cli/Utf8.h"
-#include "cli/Verdict.h"
 
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
@@ -17,11 +16,11 @@ public:
     void AddOptions(CLI::App&) override {}
 
     ExitCode Run(Context& context) override {
-        Service& service = context.TheService();
-        WebRequestFactory factory;
-        const std::unique_ptr<CVersionInfoResponse> response(
-            CVersionProxy(&factory).GetVersionInfo(service.Url().c_str()));
-        RequireSuccess(response.get(), context.TheSession().url + " does not tell its version.");
+        const auto response = context.TheService().Call(
+            context.TheSession().url + " does not tell its version.", [](Service& service) {
+                WebRequestFactory factory;
+                return CVersionProxy(&factory).GetVersionInfo(service.Url().c_str());
+            });
         const std::string version = ToUtf8(response->GetSystemVersion());
         std::vector<std::string> lines = {"Service: " + version};
         nlohmann::json desktop = nlohmann::json::array();
