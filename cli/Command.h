@@ -2,13 +2,10 @@
 
 #include "cli/Context.h"
 #include "cli/ExitCode.h"
+#include "cli/OptionList.h"
 
 #include <memory>
 #include <span>
-
-namespace CLI {
-class App;
-}
 
 namespace brevint::cli {
 
@@ -18,7 +15,7 @@ public:
     virtual ~Command() = default;
 
     /// Declares the command's own options; their values are kept in this object.
-    virtual void AddOptions(CLI::App& app) = 0;
+    virtual void AddOptions(OptionList& options) = 0;
 
     /// Does the work and tells its outcome. Throws a Failure when it comes to nothing.
     virtual ExitCode Run(Context& context) = 0;

@@ -68,7 +68,8 @@ CommandLine::CommandLine()
     for (const CommandRow& row : AllCommands()) {
         CLI::App& command = *app_->add_subcommand(row.name, row.summary);
         commands_.push_back(row.make());
-        commands_.back()->AddOptions(command);
+        OptionList options(command);
+        commands_.back()->AddOptions(options);
         const std::string notes = row.notes;
         command.footer(notes + (notes.empty() ? "" : "\n") +
                        "Options of all commands: brevint --help\n\n" + Footer(row.examples));

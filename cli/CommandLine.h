@@ -9,11 +9,6 @@
 
 namespace brevint::cli {
 
-// What an option or argument takes, as help, manual and completions show it. The completions offer
-// files and folders where these stand.
-inline constexpr char kFileType[] = "FILE";
-inline constexpr char kFolderType[] = "FOLDER";
-
 /// A session from the beginning to the end, one command line after the other.
 extern const char kExamples[];
 

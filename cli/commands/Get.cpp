@@ -1,12 +1,10 @@
-#include "cli/CommandLine.h"
+#include "cli/Command.h"
 #include "cli/Download.h"
 #include "cli/Failure.h"
 #include "cli/Outcomes.h"
 #include "cli/SafeName.h"
 #include "cli/SizeText.h"
 #include "cli/Utf8.h"
-
-#include <CLI/CLI.hpp>
 
 #include <set>
 
@@ -16,17 +14,12 @@ namespace {
 
 class Get : public Command {
 public:
-    void AddOptions(CLI::App& app) override {
-        app.add_option("items", items_, "Files, by identifier or path")
-            ->type_name("ITEM")
-            ->required();
-        auto* const file = app.add_option("-o,--output", file_, "File to write, for one item only")
-                               ->type_name(kFileType);
-        app.add_option("-d,--directory", folder_,
-                       "Folder to write to; the files are called as on the service")
-            ->type_name(kFolderType)
-            ->excludes(file)
-            ->capture_default_str();
+    void AddOptions(OptionList& options) override {
+        options.Required("items", items_, kItemType, "Files, by identifier or path");
+        options.Optional("-o,--output", file_, kFileType, "File to write, for one item only");
+        options.Optional("-d,--directory", folder_, kFolderType,
+                         "Folder to write to; the files are called as on the service");
+        options.Exclude("--output", "--directory");
     }
 
     ExitCode Run(Context& context) override {

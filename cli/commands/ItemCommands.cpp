@@ -7,8 +7,6 @@
 #include "cli/Outcomes.h"
 #include "cli/Utf8.h"
 
-#include <CLI/CLI.hpp>
-
 namespace brevint::cli {
 
 namespace {
@@ -20,8 +18,8 @@ class ItemCommand : public Command {
 public:
     ItemCommand(const char* items, ItemCall call) : description_(items), call_(call) {}
 
-    void AddOptions(CLI::App& app) override {
-        app.add_option("items", items_, description_)->type_name("ITEM")->required();
+    void AddOptions(OptionList& options) override {
+        options.Required("items", items_, kItemType, description_);
     }
 
     ExitCode Run(Context& context) override {

@@ -3,7 +3,6 @@
 #include "cli/Table.h"
 #include "cli/Utf8.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 namespace brevint::cli {
@@ -77,10 +76,10 @@ nlohmann::json ToJson(const CFolderItem& item) {
 
 class List : public Command {
 public:
-    void AddOptions(CLI::App& app) override {
-        app.add_option("item", item_, "Folder, by identifier or path; the root folder if left out")
-            ->type_name("ITEM");
-        app.add_flag("-l", long_, "Show all that is known about each item");
+    void AddOptions(OptionList& options) override {
+        options.Optional("item", item_, kItemType,
+                         "Folder, by identifier or path; the root folder if left out");
+        options.Flag("-l", long_, "Show all that is known about each item");
     }
 
     ExitCode Run(Context& context) override {

@@ -3,7 +3,6 @@
 #include "cli/Command.h"
 #include "cli/Utf8.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 namespace brevint::cli {
@@ -20,11 +19,10 @@ std::wstring EscapeName(const std::string& name) {
 
 class MakeDirectory : public Command {
 public:
-    void AddOptions(CLI::App& app) override {
-        app.add_option("parent", parent_, "Folder to make it in, by identifier or path")
-            ->type_name("ITEM")
-            ->required();
-        app.add_option("name", name_, "Name of the new folder")->type_name("NAME")->required();
+    void AddOptions(OptionList& options) override {
+        options.Required("parent", parent_, kItemType,
+                         "Folder to make it in, by identifier or path");
+        options.Required("name", name_, "NAME", "Name of the new folder");
     }
 
     ExitCode Run(Context& context) override {

@@ -1,7 +1,5 @@
-#include "cli/CommandLine.h"
+#include "cli/Command.h"
 #include "cli/Jobs.h"
-
-#include <CLI/CLI.hpp>
 
 namespace brevint::cli {
 
@@ -9,12 +7,11 @@ namespace {
 
 class Put : public Command {
 public:
-    void AddOptions(CLI::App& app) override {
-        app.add_option("files", files_, "Local files")->type_name(kFileType)->required();
-        app.add_option("-t,--to", folder_, "Folder to put them in, by identifier or path")
-            ->type_name("ITEM")
-            ->required();
-        app.add_flag("--no-wait", noWait_,
+    void AddOptions(OptionList& options) override {
+        options.Required("files", files_, kFileType, "Local files");
+        options.Required("-t,--to", folder_, kItemType,
+                         "Folder to put them in, by identifier or path");
+        options.Flag("--no-wait", noWait_,
                      "Do not wait until the service has processed them: print the jobs instead");
     }
 

@@ -1,7 +1,5 @@
-#include "cli/CommandLine.h"
+#include "cli/Command.h"
 #include "cli/Jobs.h"
-
-#include <CLI/CLI.hpp>
 
 namespace brevint::cli {
 
@@ -9,14 +7,10 @@ namespace {
 
 class Replace : public Command {
 public:
-    void AddOptions(CLI::App& app) override {
-        app.add_option("item", item_, "File to replace, by identifier or path")
-            ->type_name("ITEM")
-            ->required();
-        app.add_option("file", file_, "Local file with the new content")
-            ->type_name(kFileType)
-            ->required();
-        app.add_flag("--no-wait", noWait_,
+    void AddOptions(OptionList& options) override {
+        options.Required("item", item_, kItemType, "File to replace, by identifier or path");
+        options.Required("file", file_, kFileType, "Local file with the new content");
+        options.Flag("--no-wait", noWait_,
                      "Do not wait until the service has processed it: print the job instead");
     }
 

@@ -9,7 +9,6 @@
 #include "cli/Terminal.h"
 #include "cli/Utf8.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include <iostream>
@@ -61,17 +60,17 @@ void ClearCookies(const std::wstring& url) {
 
 class SignIn : public Command {
 public:
-    void AddOptions(CLI::App& app) override {
-        app.add_option("--user", user_, "Name of the user")->type_name("NAME")->required();
+    void AddOptions(OptionList& options) override {
+        options.Required("--user", user_, "NAME", "Name of the user");
     }
 
     ExitCode Run(Context& context) override {
-        const Options& options = context.Settings();
-        if (options.url.empty()) {
+        const Options& settings = context.Settings();
+        if (settings.url.empty()) {
             throw Failure(ExitCode::Usage, "sign-in needs the address of the service.",
                           "Give it with --url URL.");
         }
-        Session session{CheckServiceUrl(options.url, options.insecureHttp), user_, {}};
+        Session session{CheckServiceUrl(settings.url, settings.insecureHttp), user_, {}};
         const auto service = std::make_shared<Service>(session, context.Timeout());
         ClearCookies(service->Url());
         const auto response = service->Call(

@@ -3,7 +3,6 @@
 #include "cli/Command.h"
 #include "cli/Failure.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 namespace brevint::cli {
@@ -12,7 +11,7 @@ namespace {
 
 class SignOut : public Command {
 public:
-    void AddOptions(CLI::App&) override {}
+    void AddOptions(OptionList&) override {}
 
     ExitCode Run(Context& context) override {
         const std::string url = context.TheSession().url;

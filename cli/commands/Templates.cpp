@@ -5,7 +5,6 @@
 #include "cli/Table.h"
 #include "cli/Utf8.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 namespace brevint::cli {
@@ -32,8 +31,8 @@ std::wstring PercentEncode(const std::string& text) {
 
 class Templates : public Command {
 public:
-    void AddOptions(CLI::App& app) override {
-        app.add_option("type", type_, "Type of the templates")->type_name("TYPE")->required();
+    void AddOptions(OptionList& options) override {
+        options.Required("type", type_, "TYPE", "Type of the templates");
     }
 
     ExitCode Run(Context& context) override {

@@ -4,7 +4,6 @@
 #include "cli/Command.h"
 #include "cli/Utf8.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 namespace brevint::cli {
@@ -13,7 +12,7 @@ namespace {
 
 class Versions : public Command {
 public:
-    void AddOptions(CLI::App&) override {}
+    void AddOptions(OptionList&) override {}
 
     ExitCode Run(Context& context) override {
         const auto response = context.TheService().Call(

@@ -3,7 +3,6 @@
 #include "cli/Command.h"
 #include "cli/Utf8.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 namespace brevint::cli {
@@ -14,7 +13,7 @@ constexpr int kAdministrator = 1;
 
 class WhoAmI : public Command {
 public:
-    void AddOptions(CLI::App&) override {}
+    void AddOptions(OptionList&) override {}
 
     ExitCode Run(Context& context) override {
         const std::string& url = context.TheSession().url;
