@@ -38,6 +38,24 @@ TEST_F(ClientHostileServiceTest, TransferBreaksOff) {
     EXPECT_EQ(4, Get());
 }
 
+TEST_F(ClientHostileServiceTest, FileIsShorterThanListed) {
+    const std::string root = "/Repository/Items/00000000-0000-0000-0000-000000000001";
+    server_.On(root + "/Path").Reply(200, {}, "<ResponseData><Path>/P</Path></ResponseData>");
+    server_.On(root + "/Items")
+        .Reply(200, {},
+               "<ResponseData><Item><Name>x</Name><UniqueId>abc</UniqueId><Size>4</Size></Item>"
+               "</ResponseData>");
+    OnFile().Reply(200, {}, "new");
+    EXPECT_EQ(4, Run({"get", "/P/x", "-o", "old"}).exitCode);
+    ExpectUntouched();
+}
+
+TEST_F(ClientHostileServiceTest, SilenceIsNotWaitedForWithoutEnd) {
+    server_.On("*").Wait("never");
+    EXPECT_EQ(6, Run({"ls", "--timeout", "1"}).exitCode);
+    EXPECT_EQ(6, Run({"put", "old", "--to", "abc", "--timeout", "1"}).exitCode);
+}
+
 TEST_F(ClientHostileServiceTest, NamesLeadNowhereElse) {
     OnFile().Reply(200, {}, "new");
     for (const char* path : {"", "/", "/a/..", "/a/..\\b", "/a/C:b", "/a/b&#10;c"}) {

@@ -4,6 +4,7 @@
 #include "cli/SafeName.h"
 #include "cli/SafeText.h"
 #include "cli/ServiceUrl.h"
+#include "cli/Session.h"
 
 #include <gtest/gtest.h>
 
@@ -18,6 +19,10 @@ TEST(SafeFileName, RefusesWhatLeadsElsewhere) {
           "/a/NUL.txt"s, "/a/Com1"s, "/a/lpt9 .x"s, "/a/what?"s}) {
         EXPECT_EQ(std::nullopt, SafeFileName(path)) << path;
     }
+    for (const std::string name :
+         {".bashrc", "conout$", "com¹", "b\xFF", "\xC2\x9B[2J", "fdp\xE2\x80\xAE.xe"}) {
+        EXPECT_EQ(std::nullopt, SafeFileName("/a/" + name)) << name;
+    }
 }
 
 TEST(Neutralise, LeavesNothingThatSteersATerminal) {
@@ -29,18 +34,20 @@ TEST(Neutralise, LeavesNothingThatSteersATerminal) {
                                      "b"));
 }
 
+TEST(Session, IsRefusedWhenDamaged) {
+    for (const std::string text : {"", "{}", "[1", R"({"url":"ftp://a","user":"a","cookies":"a"})",
+                                   R"({"url":1,"user":"a","cookies":"a"})"}) {
+        EXPECT_FALSE(ParseSession(text)) << text;
+    }
+}
+
 TEST(ServiceUrl, RefusesTheRest) {
-    constexpr const char* kRefused[] = {"",
-                                        "host",
-                                        "ftp://host",
-                                        "https:///app",
-                                        "http://host",
-                                        "http://127.0.0.1@host",
-                                        "https://host?x",
-                                        "https://host:65536",
-                                        "http://127.0.0.1.host",
-                                        "http://[::2]"};
-    for (const char* url : kRefused) {
+    for (const char* url :
+         {"", "host", "ftp://host", "https:///app", "http://host", "http://127.0.0.1@host",
+          "https://host?x", "https://host:65536", "http://127.0.0.1.host", "http://[::2]",
+          "http://localhost@host", "http://user:pw@localhost", "http://localhost:80:80",
+          "http://localhost\t", "http://localhost\\@host", "HTTP://127.0.0.1%2ehost",
+          "http://[::1]host"}) {
         try {
             CheckServiceUrl(url, false);
             ADD_FAILURE() << url;

@@ -1,9 +1,12 @@
 // Signing in and out, and what is kept in between.
 
 #include "cli/PrivateFile.h"
+#include "cli/Session.h"
 #include "service/ReferenceService.h"
 #include "tests/cli/ClientFixture.h"
 #include "tests/support/RefusedPort.h"
+
+#include <future>
 
 namespace brevint::test {
 namespace {
@@ -75,6 +78,20 @@ TEST_F(ClientSignInTest, RefusesASessionThatOthersMayKnow) {
     EXPECT_EQ(0, Run({"ls"}).exitCode);
 }
 
+// One program replaces the session while the other reads it.
+TEST_F(ClientTest, ReadsTheSessionWhole) {
+    const std::string cookies(50'000, 'c');
+    KeepSession("https://host", cookies);
+    const auto writer = std::async(std::launch::async, [&] {
+        for (int i = 0; i < 100; ++i) {
+            KeepSession("https://host", cookies);
+        }
+    });
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_EQ(cookies, cli::LoadSession().value().cookies);
+    }
+}
+
 TEST_F(ClientTest, WithoutAServiceSaysSo) {
     const RefusedPort port;
     const std::string url = "http://127.0.0.1:" + std::to_string(port.Port());
@@ -104,6 +121,7 @@ TEST_F(ClientTest, ExplainsItself) {
         EXPECT_EQ("", result.output);
         EXPECT_NE("", result.error);
     }
+    EXPECT_EQ(2, RunJson({"ls", "--frobnicate"}, 2)["error"]["exitCode"]);
 }
 
 } // namespace
