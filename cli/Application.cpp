@@ -2,32 +2,14 @@
 
 #include "cli/CommandLine.h"
 #include "cli/Failure.h"
-#include "cli/Utf8.h"
 
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <filesystem>
-#include <new>
 
 namespace brevint::cli {
 
 namespace {
-
-/// Turns whatever a command throws into a Failure.
-ExitCode RunCommand(Command& command, Context& context) {
-    try {
-        return command.Run(context);
-    } catch (const Failure&) {
-        throw;
-    } catch (const std::filesystem::filesystem_error& error) {
-        throw LocalFailure("\"" + PathToUtf8(error.path1()) + "\" cannot be used", error.code());
-    } catch (const std::system_error& error) {
-        throw LocalFailure("The system refused", error.code());
-    } catch (const std::bad_alloc&) {
-        throw Failure(ExitCode::LocalFile, "There is not enough memory.");
-    }
-}
 
 /// Whether JSON is wanted, as far as a command line tells that cannot be read.
 bool AsksForJson(const std::vector<std::string>& arguments) {
@@ -47,8 +29,9 @@ ExitCode RunApplication(const std::vector<std::string>& arguments) {
         }
         json = commandLine.Settings().json;
         Context context(commandLine.Settings());
-        return RunCommand(*command, context);
-    } catch (const Failure& failure) {
+        return command->Run(context);
+    } catch (...) {
+        const Failure failure = CurrentFailure();
         const Output output(json);
         output.Report(failure);
         output.Document({{"error", ToJson(failure)}});

@@ -23,14 +23,16 @@ void AwaitCall(std::function<void()> call, const std::string& doing, const std::
     std::future<void> end = task.get_future();
     Interrupt interrupt;
     Progress progress(doing);
-    std::thread(std::move(task)).detach();
+    std::thread thread(std::move(task));
     try {
         WaitUntil([&end] { return end.wait_for(0s) == std::future_status::ready; },
                   {2ms, 100ms, timeout}, interrupt, progress, summary);
     } catch (...) {
+        thread.detach();
         leftBehind = true;
         throw;
     }
+    thread.join();
     end.get();
 }
 
