@@ -8,6 +8,6 @@
 namespace brevint::cli {
 
 /// Runs the command that the arguments (UTF-8, without the program's name) ask for.
-ExitCode RunApplication(std::vector<std::string> arguments);
+ExitCode RunApplication(const std::vector<std::string>& arguments);
 
 } // namespace brevint::cli

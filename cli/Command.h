@@ -2,13 +2,10 @@
 
 #include "cli/Context.h"
 #include "cli/ExitCode.h"
+#include "cli/OptionList.h"
 
 #include <memory>
 #include <span>
-
-namespace CLI {
-class App;
-}
 
 namespace brevint::cli {
 
@@ -18,7 +15,7 @@ public:
     virtual ~Command() = default;
 
     /// Declares the command's own options; their values are kept in this object.
-    virtual void AddOptions(CLI::App& app) = 0;
+    virtual void AddOptions(OptionList& options) = 0;
 
     /// Does the work and tells its outcome. Throws a Failure when it comes to nothing.
     virtual ExitCode Run(Context& context) = 0;
@@ -27,6 +24,8 @@ public:
 struct CommandRow {
     const char* name;
     const char* summary;
+    const char* notes;    ///< What else there is to know, in lines of up to 80 characters; or "".
+    const char* examples; ///< One command line after the other.
     std::unique_ptr<Command> (*make)();
 };
 

@@ -39,7 +39,7 @@ const Session& Context::TheSession() {
 
 Service& Context::TheService() {
     if (!service_) {
-        service_ = std::make_unique<Service>(TheSession());
+        service_ = std::make_shared<Service>(TheSession(), Timeout());
     }
     return *service_;
 }

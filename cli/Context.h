@@ -47,7 +47,7 @@ private:
     const Options options_;
     const Output output_;
     std::optional<Session> session_;
-    std::unique_ptr<Service> service_;
+    std::shared_ptr<Service> service_; ///< Shared with calls that are left behind.
     std::unique_ptr<ItemResolver> items_;
 };
 

@@ -39,56 +39,55 @@ void MakeEmptyFile(const std::filesystem::path& path) {
     }
 }
 
-/// Whether the service lists the file as one without content. Its download is an empty reply, which
-/// looks like one that broke off.
-bool IsListedAsEmpty(Context& context, const std::wstring& fileId, const std::string& name) {
-    try {
-        const std::string path = AskPath(context.TheService(), fileId, name);
-        const CFolderItem item = context.Items().Find(path);
-        return item.GetUniqueId() == fileId && ParseSize(ToUtf8(item.GetSize())) == 0U;
-    } catch (const Failure&) {
-        return false; // the download's own failure is the one to tell
+std::string ProgressText(const RemoteFile& file) {
+    return file.name + ": downloading" + (file.size ? " " + FormatSize(*file.size) : "") + ",";
+}
+
+/// Throws a Failure unless the reply is the whole file. `summary` begins it.
+void RequireWhole(const IDownloadFileResponse& response, const RemoteFile& file,
+                  const std::filesystem::path& received, const std::string& summary) {
+    // The download of a file without content is an empty reply, which looks like one that broke
+    // off.
+    const bool isEmptyFile = response.GetErrorCode() == ErrorCode::EmptyReply &&
+                             StatusOf(response) == 200 && file.size == 0U;
+    if (!isEmptyFile) {
+        RequireSuccess(&response, summary);
+    }
+    const std::uintmax_t size = std::filesystem::file_size(received);
+    if (file.size && *file.size != size) {
+        throw Failure(ExitCode::NoConnection,
+                      summary + " Of " + std::to_string(*file.size) + " bytes listed, " +
+                          std::to_string(size) + " came.",
+                      "Try again: the transfer may have broken off, or the file have changed.");
     }
 }
 
 } // namespace
 
-std::uintmax_t Download(Context& context, const std::wstring& fileId, const std::string& name,
+std::uintmax_t Download(Context& context, const RemoteFile& file,
                         const std::filesystem::path& target) {
     RequireReplaceable(target);
-    const std::string summary = name + " cannot be downloaded.";
+    const std::string summary = file.name + " cannot be downloaded.";
     Service& service = context.TheService();
 
     // In this order, so that a transfer that is given up ends first, before its file is deleted.
     Interrupt interrupt;
-    TemporaryFile file(std::filesystem::absolute(target).parent_path());
+    TemporaryFile temporary(std::filesystem::absolute(target).parent_path());
     std::unique_ptr<IDownloadFileResponse> response;
     const std::unique_ptr<IRepositoryProxy> repository = service.Repository();
 
-    MakeEmptyFile(file.Path());
-    Progress progress("Downloading " + name);
+    MakeEmptyFile(temporary.Path());
+    Progress progress(ProgressText(file));
     response.reset(
-        repository->DownloadFile(service.Url(), fileId, ToWide(PathToUtf8(file.Path()))));
+        repository->DownloadFile(service.Url(), file.id, ToWide(PathToUtf8(temporary.Path()))));
     if (!response) {
         RequireSuccess(nullptr, summary);
     }
-    switch (WaitUntil([&response] { return response->IsComplete(); },
-                      {5ms, 500ms, context.Timeout()}, interrupt, progress)) {
-    case WaitResult::Done: break;
-    case WaitResult::TimedOut:
-        throw Failure(ExitCode::TimedOut,
-                      summary + " It is not there after " +
-                          std::to_string(context.Timeout().count()) + " seconds.",
-                      "Allow more time with --timeout.");
-    case WaitResult::Interrupted: throw Failure(ExitCode::Interrupted, summary + " Interrupted.");
-    }
-    const bool isEmptyFile = response->GetErrorCode() == ErrorCode::EmptyReply &&
-                             StatusOf(*response) == 200 && IsListedAsEmpty(context, fileId, name);
-    if (!isEmptyFile) {
-        RequireSuccess(response.get(), summary);
-    }
-    const std::uintmax_t size = std::filesystem::file_size(file.Path());
-    file.MoveTo(target);
+    WaitUntil([&response] { return response->IsComplete(); }, {2ms, 500ms, context.Timeout()},
+              interrupt, progress, summary);
+    RequireWhole(*response, file, temporary.Path(), summary);
+    const std::uintmax_t size = std::filesystem::file_size(temporary.Path());
+    temporary.MoveTo(target);
     return size;
 }
 

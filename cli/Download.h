@@ -4,14 +4,22 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 
 namespace brevint::cli {
 
-/// Downloads a file of the service to `target`, which is replaced in one step once all is there:
-/// whatever goes wrong, an old file stays as it was and nothing else is left behind. Returns the
-/// number of bytes; `name` is how the file is called in messages.
-std::uintmax_t Download(Context& context, const std::wstring& fileId, const std::string& name,
+/// A file of the service that is to be downloaded.
+struct RemoteFile {
+    std::wstring id;
+    std::string name;                  ///< How it is called in messages.
+    std::optional<std::uint64_t> size; ///< In bytes, as listed; nothing when that is not known.
+};
+
+/// Downloads a file to `target`, which is replaced in one step once all is there: whatever goes
+/// wrong, an old file stays as it was and nothing else is left behind. What has another size than
+/// listed counts as incomplete. Returns the number of bytes.
+std::uintmax_t Download(Context& context, const RemoteFile& file,
                         const std::filesystem::path& target);
 
 } // namespace brevint::cli

@@ -24,6 +24,9 @@ struct Failure : std::exception {
     std::string codeName;    ///< Its name in brevint/ErrorCodes.h.
 };
 
+/// The exception that is being handled, as a Failure. One that no command expects is thrown on.
+Failure CurrentFailure();
+
 /// Trouble with a local file: `summary`, without its full stop, is followed by the system's reason.
 inline Failure LocalFailure(const std::string& summary, const std::error_code& reason) {
     return Failure(ExitCode::LocalFile, summary + ": " + reason.message() + ".");

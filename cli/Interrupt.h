@@ -5,7 +5,7 @@
 namespace brevint::cli {
 
 /// While it lives, Ctrl-C and other requests to end are noted instead of ending the program, so
-/// that what was begun can be cleaned up. One at a time.
+/// that what was begun can be cleaned up. They nest, on one thread.
 class Interrupt {
 public:
     Interrupt();

@@ -5,7 +5,6 @@
 #include "brevint/PathResponse.h"
 #include "cli/Failure.h"
 #include "cli/Utf8.h"
-#include "cli/Verdict.h"
 
 #include <algorithm>
 #include <memory>
@@ -45,9 +44,9 @@ std::wstring CheckIdentifier(const std::string& text) {
 
 std::vector<CFolderItem> ListFolder(Service& service, const std::wstring& folderId,
                                     std::string_view name) {
-    const std::unique_ptr<IGetFolderContentsResponse> response(
-        service.Repository()->GetFolderContents(service.Url(), folderId));
-    RequireSuccess(response.get(), "The folder " + std::string(name) + " cannot be listed.");
+    const auto response = service.Call(
+        "The folder " + std::string(name) + " cannot be listed.",
+        [folderId](Service& at) { return at.Repository()->GetFolderContents(at.Url(), folderId); });
     std::vector<CFolderItem*> records;
     response->GetFolderContents(records);
     std::vector<CFolderItem> items;
@@ -60,9 +59,9 @@ std::vector<CFolderItem> ListFolder(Service& service, const std::wstring& folder
 }
 
 std::string AskPath(Service& service, const std::wstring& itemId, std::string_view name) {
-    const std::unique_ptr<CPathResponse> response(
-        service.Repository()->GetPath(service.Url(), itemId));
-    RequireSuccess(response.get(), "The path of " + std::string(name) + " cannot be told.");
+    const auto response =
+        service.Call("The path of " + std::string(name) + " cannot be told.",
+                     [itemId](Service& at) { return at.Repository()->GetPath(at.Url(), itemId); });
     return ToUtf8(response->GetPath());
 }
 

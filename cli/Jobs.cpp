@@ -2,9 +2,12 @@
 
 #include "brevint/IPollStatusResponse.h"
 #include "brevint/IRepositoryProxy.h"
+#include "brevint/OverwriteFileResponse.h"
+#include "brevint/UploadFileResponse.h"
 #include "cli/Failure.h"
+#include "cli/LocalFile.h"
+#include "cli/SizeText.h"
 #include "cli/Utf8.h"
-#include "cli/Verdict.h"
 #include "cli/Wait.h"
 
 #include <memory>
@@ -13,19 +16,31 @@ namespace brevint::cli {
 
 using namespace std::chrono_literals;
 
-std::optional<std::string> PollJob(Context& context, JobKind kind, const std::wstring& jobId,
-                                   const std::string& summary) {
+namespace {
+
+std::optional<std::string> Poll(Context& context, JobKind kind, const std::wstring& jobId,
+                                const std::string& doing, const std::string& summary) {
     constexpr int finished = 1;
-    Service& service = context.TheService();
-    const auto repository = service.Repository();
-    const std::unique_ptr<IPollStatusResponse> response(
-        kind == JobKind::Upload ? repository->PollUploadFileStatus(service.Url(), jobId)
-                                : repository->PollOverwriteFileStatus(service.Url(), jobId));
-    RequireSuccess(response.get(), summary);
+    const auto response = context.TheService().Call(
+        summary,
+        [kind, jobId](Service& service) {
+            const auto repository = service.Repository();
+            return kind == JobKind::Upload
+                       ? repository->PollUploadFileStatus(service.Url(), jobId)
+                       : repository->PollOverwriteFileStatus(service.Url(), jobId);
+        },
+        doing);
     if (response->GetStatus() != finished) {
         return std::nullopt;
     }
     return ToUtf8(response->GetItemId());
+}
+
+} // namespace
+
+std::optional<std::string> PollJob(Context& context, JobKind kind, const std::wstring& jobId,
+                                   const std::string& summary) {
+    return Poll(context, kind, jobId, "Asking for the job", summary);
 }
 
 std::string AwaitJob(Context& context, JobKind kind, const std::wstring& jobId,
@@ -33,35 +48,47 @@ std::string AwaitJob(Context& context, JobKind kind, const std::wstring& jobId,
     const std::string hint = "The job goes on; see how it stands with brevint job " +
                              ToUtf8(jobId) + (kind == JobKind::Overwrite ? " --of replace." : ".");
     Interrupt interrupt;
-    Progress progress("The service processes " + name);
+    Progress progress(name + ": sent, being processed,");
     std::optional<std::string> itemId;
     const auto poll = [&] {
-        itemId = PollJob(context, kind, jobId, summary);
+        itemId = Poll(context, kind, jobId, {}, summary);
         return itemId.has_value();
     };
-    switch (WaitUntil(poll, {100ms, 5s, context.Timeout()}, interrupt, progress)) {
-    case WaitResult::Done: break;
-    case WaitResult::TimedOut:
-        throw Failure(ExitCode::TimedOut,
-                      name + " is still being processed after " +
-                          std::to_string(context.Timeout().count()) + " seconds.",
-                      hint);
-    case WaitResult::Interrupted:
-        throw Failure(ExitCode::Interrupted, name + " is still being processed. Interrupted.",
-                      hint);
+    try {
+        WaitUntil(poll, {100ms, 5s, context.Timeout()}, interrupt, progress,
+                  name + " is still being processed.", hint);
+    } catch (Failure& failure) {
+        // What broke off is the connection, and not the job.
+        if (failure.exitCode == ExitCode::NoConnection || failure.exitCode == ExitCode::TimedOut) {
+            failure.hint = hint;
+        }
+        throw;
     }
     return *itemId;
 }
 
-Outcome FinishSending(Context& context, JobKind kind, const IJobResponse& sent, bool wait,
-                      const std::string& name, const std::string& summary) {
-    const std::wstring jobId = sent.GetJobId();
+Outcome SendFile(Context& context, JobKind kind, const std::wstring& target,
+                 const std::string& file, bool wait, const std::string& summary) {
+    const std::wstring path = CheckLocalFile(file);
+    const std::string doing =
+        file + ": sending " + FormatSize(std::filesystem::file_size(ToPath(file))) + ",";
+    const std::unique_ptr<IJobResponse> sent = context.TheService().Call(
+        summary,
+        [kind, target, path](Service& service) -> IJobResponse* {
+            const auto repository = service.Repository();
+            if (kind == JobKind::Upload) {
+                return repository->UploadFile(service.Url(), target, path);
+            }
+            return repository->OverwriteFile(service.Url(), target, path);
+        },
+        doing);
+    const std::wstring jobId = sent->GetJobId();
     const std::string jobText = ToUtf8(jobId);
     if (!wait) {
         return {jobText, {{"jobId", jobText}, {"finished", false}}};
     }
-    const std::string itemId = AwaitJob(context, kind, jobId, name, summary);
-    return {itemId + "  " + name, {{"jobId", jobText}, {"finished", true}, {"id", itemId}}};
+    const std::string itemId = AwaitJob(context, kind, jobId, file, summary);
+    return {itemId + "  " + file, {{"jobId", jobText}, {"finished", true}, {"id", itemId}}};
 }
 
 } // namespace brevint::cli

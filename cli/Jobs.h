@@ -1,6 +1,5 @@
 #pragma once
 
-#include "brevint/IJobResponse.h"
 #include "cli/Outcomes.h"
 
 #include <optional>
@@ -8,7 +7,7 @@
 
 namespace brevint::cli {
 
-/// Which call a job came from; it decides how the job's failures are read.
+/// Which call a job comes from; it decides how its failures are read.
 enum class JobKind { Upload, Overwrite };
 
 /// Asks once. The identifier of the item that a finished job has made; nothing while it goes on.
@@ -20,8 +19,10 @@ std::optional<std::string> PollJob(Context& context, JobKind kind, const std::ws
 std::string AwaitJob(Context& context, JobKind kind, const std::wstring& jobId,
                      const std::string& name, const std::string& summary);
 
-/// What comes of a file that has been sent: its job's end, or its identifier unless `wait`.
-Outcome FinishSending(Context& context, JobKind kind, const IJobResponse& sent, bool wait,
-                      const std::string& name, const std::string& summary);
+/// Sends a local file, for the folder or file with the identifier `target`, and tells what comes of
+/// it: the end of the service's job, or its identifier unless `wait`. Failures begin with
+/// `summary`.
+Outcome SendFile(Context& context, JobKind kind, const std::wstring& target,
+                 const std::string& file, bool wait, const std::string& summary);
 
 } // namespace brevint::cli

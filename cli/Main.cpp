@@ -1,13 +1,20 @@
 #include "cli/Application.h"
+#include "cli/BlockingCall.h"
 #include "cli/Terminal.h"
 
+#include <cstdlib>
 #include <exception>
 #include <iostream>
 
 int main(int argc, char** argv) {
     using namespace brevint::cli;
     try {
-        return static_cast<int>(RunApplication(Terminal::Arguments(argc, argv)));
+        Terminal::Prepare();
+        const ExitCode exitCode = RunApplication(Terminal::Arguments(argc, argv));
+        if (IsCallLeftBehind()) {
+            std::_Exit(static_cast<int>(exitCode));
+        }
+        return static_cast<int>(exitCode);
     } catch (const std::exception& error) {
         std::cerr << "brevint: " << error.what() << '\n';
         return static_cast<int>(ExitCode::LocalFile);

@@ -17,7 +17,8 @@ ExitCode ForEachItem(Context& context, const std::vector<std::string>& items,
             Outcome outcome = work(item);
             context.Out().Line(outcome.line);
             document.update(outcome.document);
-        } catch (const Failure& failure) {
+        } catch (...) {
+            const Failure failure = CurrentFailure();
             context.Out().Report(failure);
             exitCode = failure.exitCode;
             document["ok"] = false;

@@ -10,13 +10,22 @@ namespace brevint::cli {
 namespace {
 
 /// Standard output in the manner of every other file that cannot be written.
-void Print(const std::string& text) {
+void Write(const std::string& text) {
     try {
         Terminal::Write(Terminal::Stream::Output, text);
     } catch (const std::system_error& error) {
         throw LocalFailure("The output cannot be written", error.code());
     }
 }
+
+/// The text in the colour with that number (of ECMA-48), where the stream shows colours.
+std::string Colour(Terminal::Stream stream, const char* number, const std::string& text) {
+    return Terminal::HasColours(stream) ? "\x1b[" + std::string(number) + "m" + text + "\x1b[0m"
+                                        : text;
+}
+
+constexpr char kBold[] = "1";
+constexpr char kRed[] = "31";
 
 } // namespace
 
@@ -28,19 +37,29 @@ void Output::Lines(const std::vector<std::string>& lines) const {
     for (const std::string& line : lines) {
         text += Neutralise(line) + "\n";
     }
-    Print(text);
+    Write(text);
+}
+
+void Output::Print(const Table& table) const {
+    std::vector<std::string> lines = table.Lines();
+    if (!json_) {
+        Write(Colour(Terminal::Stream::Output, kBold, lines.front()) + "\n");
+    }
+    lines.erase(lines.begin());
+    Lines(lines);
 }
 
 void Output::Document(const nlohmann::json& document) const {
     if (json_) {
-        Print(
+        Write(
             NeutraliseJson(document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace)) +
             "\n");
     }
 }
 
 void Output::Report(const Failure& failure) const {
-    std::string text = "brevint: " + Neutralise(failure.summary) + "\n";
+    std::string text = Colour(Terminal::Stream::Error, kRed, "brevint:") + " " +
+                       Neutralise(failure.summary) + "\n";
     if (!failure.serverWords.empty()) {
         text += "  The service says: " + Neutralise(failure.serverWords) + "\n";
     }
@@ -50,7 +69,11 @@ void Output::Report(const Failure& failure) const {
     if (!failure.hint.empty()) {
         text += "  What to try: " + Neutralise(failure.hint) + "\n";
     }
-    Terminal::Write(Terminal::Stream::Error, text);
+    try {
+        Terminal::Write(Terminal::Stream::Error, text);
+    } catch (const std::system_error&) {
+        return; // nobody is there to be told
+    }
 }
 
 nlohmann::json ToJson(const Failure& failure) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/Failure.h"
+#include "cli/Table.h"
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -22,10 +23,14 @@ public:
     void Lines(const std::vector<std::string>& lines) const;
     void Line(const std::string& line) const { Lines({line}); }
 
+    /// The table, its heading set off where there are colours.
+    void Print(const Table& table) const;
+
     /// The run's only document; nothing happens in line mode.
     void Document(const nlohmann::json& document) const;
 
-    /// The failure's account on standard error, in both modes.
+    /// The failure's account on standard error, in both modes. Throws nothing when that is closed:
+    /// the exit code tells of the failure too.
     void Report(const Failure& failure) const;
 
 private:

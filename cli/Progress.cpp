@@ -1,38 +1,30 @@
 #include "cli/Progress.h"
 
+#include "cli/DisplayWidth.h"
 #include "cli/SafeText.h"
 #include "cli/Terminal.h"
 
-#include <utf8.h>
-
+#include <algorithm>
 #include <system_error>
 
 namespace brevint::cli {
 
 namespace {
 
-/// The text's end, when all of it would break the line on a narrow terminal.
-std::string Shorten(std::string text) {
-    constexpr std::size_t most = 68;
-    const std::size_t count = CharacterCount(text);
-    if (count <= most) {
-        return text;
-    }
-    auto rest = text.begin();
-    utf8::unchecked::advance(rest, count - most);
-    return "\u2026" + std::string(rest, text.end());
-}
+using namespace std::chrono_literals;
+
+constexpr Terminal::Stream kStream = Terminal::Stream::Error;
 
 } // namespace
 
 Progress::Progress(const std::string& text)
-    : text_(Shorten(Neutralise(text))), start_(std::chrono::steady_clock::now()),
-      visible_(Terminal::IsTerminal(Terminal::Stream::Error)) {}
+    : text_(Neutralise(text)), start_(std::chrono::steady_clock::now()),
+      visible_(!text.empty() && Terminal::IsCapable(kStream)) {}
 
 Progress::~Progress() {
     try {
         if (width_ > 0) {
-            Terminal::Write(Terminal::Stream::Error, "\r" + std::string(width_, ' ') + "\r");
+            Terminal::Write(kStream, "\r" + std::string(width_, ' ') + "\r");
         }
     } catch (const std::system_error&) {
         // A terminal that is gone needs no clean line.
@@ -40,14 +32,20 @@ Progress::~Progress() {
 }
 
 void Progress::Show() {
-    if (!visible_) {
+    const auto elapsed = std::chrono::steady_clock::now() - start_;
+    if (!visible_ || elapsed < 200ms) {
         return;
     }
-    const auto elapsed =
-        std::chrono::duration_cast<std::chrono::seconds>(std::chrono::steady_clock::now() - start_);
-    const std::string line = text_ + " " + std::to_string(elapsed.count()) + " s";
-    width_ = CharacterCount(line);
-    Terminal::Write(Terminal::Stream::Error, "\r" + line);
+    const std::string time =
+        " " + std::to_string(std::chrono::duration_cast<std::chrono::seconds>(elapsed).count()) +
+        " s";
+    // The line must not break: what has been broken cannot be taken back.
+    const std::size_t most = Terminal::Width(kStream) - 1;
+    const std::string line = ShortenFront(text_, most - std::min(most, time.size())) + time;
+    const std::size_t width = DisplayWidth(line);
+    const std::string rest(std::max(width_, width) - width, ' ');
+    width_ = width;
+    Terminal::Write(kStream, "\r" + line + rest + std::string(rest.size(), '\b'));
 }
 
 } // namespace brevint::cli

@@ -1,14 +1,16 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <string>
 
 namespace brevint::cli {
 
 /// One line on standard error that tells how long something has been going on. Shown on a terminal
-/// only, and gone with this object.
+/// only, once there is something to wait for, and gone with this object.
 class Progress {
 public:
+    /// `text` is followed by the time; without a text nothing is shown.
     explicit Progress(const std::string& text);
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
@@ -19,9 +21,9 @@ public:
 
 private:
     const std::string text_;
-    std::chrono::steady_clock::time_point start_;
-    bool visible_;
-    std::size_t width_ = 0; ///< Characters that the line covers now.
+    const std::chrono::steady_clock::time_point start_;
+    const bool visible_;
+    std::size_t width_ = 0; ///< Columns that the line covers now.
 };
 
 } // namespace brevint::cli

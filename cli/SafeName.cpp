@@ -1,17 +1,20 @@
 #include "cli/SafeName.h"
 
+#include "cli/SafeText.h"
+
 #include <algorithm>
 #include <array>
-#include <cctype>
 
 namespace brevint::cli {
 
 namespace {
 
 /// Names that Windows takes for devices, whatever extension they bear.
-constexpr std::array<std::string_view, 4> kDevices = {"con", "prn", "aux", "nul"};
-/// The same, when a digit follows.
+constexpr std::array<std::string_view, 6> kDevices = {"con", "prn",    "aux",
+                                                      "nul", "conin$", "conout$"};
+/// The same, when a digit follows, be it a raised one.
 constexpr std::array<std::string_view, 2> kNumberedDevices = {"com", "lpt"};
+constexpr std::array<std::string_view, 3> kRaisedDigits = {"\u00B9", "\u00B2", "\u00B3"};
 
 bool IsOneOf(std::string_view text, const auto& list) {
     return std::find(list.begin(), list.end(), text) != list.end();
@@ -23,26 +26,26 @@ bool IsDevice(std::string_view name) {
     std::transform(stem.begin(), stem.end(), stem.begin(), [](unsigned char c) {
         return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : static_cast<char>(c);
     });
-    return IsOneOf(stem, kDevices) ||
-           (stem.size() == 4 && std::isdigit(static_cast<unsigned char>(stem[3])) != 0 &&
-            IsOneOf(std::string_view(stem).substr(0, 3), kNumberedDevices));
+    if (!IsOneOf(std::string_view(stem).substr(0, 3), kNumberedDevices)) {
+        return IsOneOf(stem, kDevices);
+    }
+    const std::string_view number = std::string_view(stem).substr(3);
+    return (number.size() == 1 && number >= "0" && number <= "9") || IsOneOf(number, kRaisedDigits);
 }
 
 bool HasForbiddenCharacter(std::string_view name) {
-    return std::any_of(name.begin(), name.end(), [](char c) {
-        const auto byte = static_cast<unsigned char>(c);
-        return byte < 0x20 || byte == 0x7F ||
-               std::string_view("\\/:*?\"<>|").find(c) != std::string_view::npos;
-    });
+    // What would steer a terminal that lists the folder, or show the name as another one, too.
+    return name.find_first_of("\\/:*?\"<>|") != std::string_view::npos || Neutralise(name) != name;
 }
 
 } // namespace
 
 std::optional<std::string> SafeFileName(std::string_view itemPath) {
     const std::string_view name = itemPath.substr(itemPath.rfind('/') + 1);
-    // Windows drops blanks and dots at the end, "." and ".." among them.
-    if (name.empty() || name.back() == '.' || name.back() == ' ' || HasForbiddenCharacter(name) ||
-        IsDevice(name)) {
+    // Windows drops blanks and dots at the end. A dot in front hides the file, and is how the files
+    // are called that programs obey.
+    if (name.empty() || name.front() == '.' || name.back() == '.' || name.back() == ' ' ||
+        HasForbiddenCharacter(name) || IsDevice(name)) {
         return std::nullopt;
     }
     return std::string(name);

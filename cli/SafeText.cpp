@@ -2,7 +2,6 @@
 
 #include <utf8.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <iterator>
 
@@ -16,7 +15,7 @@ bool IsControl(char32_t c) {
 
 /// Line separators and the marks that override the direction of writing.
 bool IsLayoutControl(char32_t c) {
-    return c == 0x200E || c == 0x200F || (c >= 0x2028 && c <= 0x202E) ||
+    return c == 0x061C || c == 0x200E || c == 0x200F || (c >= 0x2028 && c <= 0x202E) ||
            (c >= 0x2066 && c <= 0x2069);
 }
 
@@ -53,13 +52,6 @@ std::string NeutraliseJson(std::string_view document) {
             std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(c) & 0xFFFFU);
             return std::string(escape);
         });
-}
-
-std::size_t CharacterCount(std::string_view text) {
-    // Every byte that does not continue a character begins one.
-    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
-        return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
-    }));
 }
 
 } // namespace brevint::cli

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -12,8 +11,5 @@ std::string Neutralise(std::string_view text);
 
 /// A JSON document with those characters, as far as JSON lets them stand, as \u escapes.
 std::string NeutraliseJson(std::string_view document);
-
-/// The number of characters in UTF-8 text. Wide and combining ones are not told apart.
-std::size_t CharacterCount(std::string_view text);
 
 } // namespace brevint::cli

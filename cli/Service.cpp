@@ -8,9 +8,12 @@
 #include "brevint/InternetCache.h"
 #include "cli/Utf8.h"
 
+#include <new>
+
 namespace brevint::cli {
 
-Service::Service(const Session& session) : url_(ToWide(session.url)) {
+Service::Service(const Session& session, std::chrono::seconds timeout)
+    : url_(ToWide(session.url)), timeout_(timeout) {
     if (!session.cookies.empty()) {
         CInternetCache().SetCookie(url_.c_str(), ToWide(session.cookies).c_str());
     }

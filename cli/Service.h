@@ -2,11 +2,15 @@
 
 #include "brevint/InterfaceIds.h"
 #include "brevint/ProxyFactory.h"
+#include "cli/BlockingCall.h"
 #include "cli/Session.h"
+#include "cli/Verdict.h"
 
+#include <chrono>
 #include <memory>
-#include <new>
 #include <string>
+#include <type_traits>
+#include <utility>
 
 class IIdentityProxy;
 class IRepositoryProxy;
@@ -17,10 +21,11 @@ class ITemplateProxy;
 namespace brevint::cli {
 
 /// The service at one address, reached through the library. Proxies must not outlive it.
-class Service {
+class Service : public std::enable_shared_from_this<Service> {
 public:
-    /// Puts the session's cookies, if there are any, into the process's jar.
-    explicit Service(const Session& session);
+    /// Puts the session's cookies, if there are any, into the process's jar. No call may take
+    /// longer than `timeout`.
+    Service(const Session& session, std::chrono::seconds timeout);
 
     const std::wstring& Url() const { return url_; }
 
@@ -30,11 +35,28 @@ public:
     std::unique_ptr<ISignOutProxy> SignOut();
     std::unique_ptr<ITemplateProxy> Templates();
 
+    /// The response of `call(Service&)`, which returns it for its caller to delete. Throws a
+    /// Failure that begins with `summary` when it comes to nothing. `call` must hold copies of what
+    /// it needs (see AwaitCall); `doing` is what is shown as progress.
+    template <class Function>
+    auto Call(const std::string& summary, Function call,
+              const std::string& doing = "Waiting for the service") {
+        using Response = std::remove_pointer_t<std::invoke_result_t<Function, Service&>>;
+        const auto response = std::make_shared<std::unique_ptr<Response>>();
+        AwaitCall([self = shared_from_this(), response, call] { response->reset(call(*self)); },
+                  doing, summary, timeout_);
+        if constexpr (std::is_convertible_v<Response*, const IReadOnlyResponse*>) {
+            RequireSuccess(response->get(), summary);
+        }
+        return std::move(*response);
+    }
+
 private:
     template <class Interface>
     std::unique_ptr<Interface> Make(const GUID& iid);
 
     std::wstring url_;
+    std::chrono::seconds timeout_;
     CProxyFactory factory_;
 };
 

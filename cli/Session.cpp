@@ -1,7 +1,9 @@
 #include "cli/Session.h"
 
 #include "cli/Failure.h"
+#include "cli/Interrupt.h"
 #include "cli/PrivateFile.h"
+#include "cli/ServiceUrl.h"
 #include "cli/TemporaryFile.h"
 #include "cli/Utf8.h"
 
@@ -33,6 +35,7 @@ std::optional<Session> LoadSession() {
 }
 
 void SaveSession(const Session& session) {
+    const Interrupt interrupt; // the temporary file holds a credential too
     const std::filesystem::path path = SessionFile();
     CreatePrivateFolder(path.parent_path());
     TemporaryFile file(path.parent_path());
@@ -58,10 +61,17 @@ std::string FormatSession(const Session& session) {
 std::optional<Session> ParseSession(std::string_view text) {
     const auto document = nlohmann::json::parse(text, nullptr, false);
     try {
-        return Session{document.at("url"), document.at("user"), document.at("cookies")};
+        Session session{document.at("url"), document.at("user"), document.at("cookies")};
+        // Whether the address may be http was settled at the sign-in.
+        if (session.url == CheckServiceUrl(session.url, true)) {
+            return session;
+        }
     } catch (const nlohmann::json::exception&) {
         return std::nullopt;
+    } catch (const Failure&) {
+        return std::nullopt;
     }
+    return std::nullopt;
 }
 
 } // namespace brevint::cli

@@ -1,5 +1,6 @@
 #include "cli/Table.h"
 
+#include "cli/DisplayWidth.h"
 #include "cli/SafeText.h"
 
 #include <algorithm>
@@ -27,14 +28,14 @@ std::vector<std::string> Table::Lines() const {
     std::vector<std::size_t> widths(columns_.size(), 0);
     for (const auto& row : rows_) {
         for (std::size_t i = 0; i < row.size(); ++i) {
-            widths[i] = std::max(widths[i], CharacterCount(row[i]));
+            widths[i] = std::max(widths[i], DisplayWidth(row[i]));
         }
     }
     std::vector<std::string> lines;
     for (const auto& row : rows_) {
         std::string line;
         for (std::size_t i = 0; i < row.size(); ++i) {
-            const std::string padding(widths[i] - CharacterCount(row[i]), ' ');
+            const std::string padding(widths[i] - DisplayWidth(row[i]), ' ');
             const bool right = columns_[i].align == Align::Right;
             line += (i == 0 ? "" : "  ") + (right ? padding + row[i] : row[i] + padding);
         }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,11 +11,24 @@ namespace brevint::cli::Terminal {
 
 enum class Stream { Input, Output, Error };
 
+/// Sees to it, before any file is opened, that none takes the place of a stream that the program
+/// was started without.
+void Prepare();
+
 /// The arguments that `main` was given, without the program's name.
 std::vector<std::string> Arguments(int argc, char** argv);
 
 /// Whether a person sits at the other end of the stream.
 bool IsTerminal(Stream stream);
+
+/// Whether it is a terminal that can take a line back: not one that TERM calls dumb.
+bool IsCapable(Stream stream);
+
+/// Whether it shows colours, and NO_COLOR does not forbid them.
+bool HasColours(Stream stream);
+
+/// How many columns a line of the terminal has; 80 where that is not known.
+std::size_t Width(Stream stream);
 
 /// Writes all of `text`. Throws std::system_error when it cannot be written.
 void Write(Stream stream, std::string_view text);

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <functional>
+#include <string>
 
 namespace brevint::cli {
 
@@ -15,10 +16,9 @@ struct Patience {
     std::chrono::seconds timeout;
 };
 
-enum class WaitResult { Done, TimedOut, Interrupted };
-
-/// Calls `done` until it says so, at least once.
-WaitResult WaitUntil(const std::function<bool()>& done, const Patience& patience,
-                     Interrupt& interrupt, Progress& progress);
+/// Calls `done` until it says so, at least once. Throws a Failure that begins with `summary` when
+/// patience ends or Ctrl-C comes first; `hint` is then what to try.
+void WaitUntil(const std::function<bool()>& done, const Patience& patience, Interrupt& interrupt,
+               Progress& progress, const std::string& summary, const std::string& hint = {});
 
 } // namespace brevint::cli

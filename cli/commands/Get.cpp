@@ -6,8 +6,6 @@
 #include "cli/SizeText.h"
 #include "cli/Utf8.h"
 
-#include <CLI/CLI.hpp>
-
 #include <set>
 
 namespace brevint::cli {
@@ -16,15 +14,12 @@ namespace {
 
 class Get : public Command {
 public:
-    void AddOptions(CLI::App& app) override {
-        app.add_option("items", items_, "Files, by identifier or path")->required();
-        auto* const file = app.add_option("-o,--output", file_, "File to write, for one item only");
-        app.add_option("-d,--directory", folder_,
-                       "Folder to write to; the files are called as on the service")
-            ->excludes(file)
-            ->capture_default_str();
-        app.footer("A file that is there already is replaced, but only once the download is "
-                   "complete.");
+    void AddOptions(OptionList& options) override {
+        options.Required("items", items_, kItemType, "Files, by identifier or path");
+        options.Optional("-o,--output", file_, kFileType, "File to write, for one item only");
+        options.Optional("-d,--directory", folder_, kFolderType,
+                         "Folder to write to; the files are called as on the service");
+        options.Exclude("--output", "--directory");
     }
 
     ExitCode Run(Context& context) override {
@@ -38,24 +33,49 @@ public:
 
 private:
     Outcome GetOne(Context& context, const std::string& item) {
-        const std::wstring id = context.Items().Id(item);
+        RemoteFile file{{}, item, {}};
+        std::string path = item;
+        if (item.starts_with('/')) {
+            const CFolderItem record = context.Items().Find(item);
+            file.id = record.GetUniqueId();
+            file.size = ParseSize(ToUtf8(record.GetSize()));
+        } else {
+            file.id = CheckIdentifier(item);
+            path = file_.empty() ? AskPath(context.TheService(), file.id, item) : std::string();
+            file.size = ListedSize(context, file.id, path);
+        }
         const std::filesystem::path target =
-            file_.empty() ? ToPath(folder_) / ToPath(LocalName(context, item, id)) : ToPath(file_);
+            file_.empty() ? (ToPath(folder_) / ToPath(LocalName(path))).lexically_normal()
+                          : ToPath(file_);
         // Two files of one name in one run: the second would take the place of the first.
         if (!written_.insert(std::filesystem::weakly_canonical(target)).second) {
             throw Failure(ExitCode::LocalFile,
                           "\"" + PathToUtf8(target) + "\" has been written by this very command.",
                           "Download the items one by one, with -o.");
         }
-        const std::uintmax_t size = Download(context, id, item, target);
+        const std::uintmax_t size = Download(context, file, target);
         return {PathToUtf8(target) + "  " + FormatSize(size),
-                {{"id", ToUtf8(id)}, {"file", PathToUtf8(target)}, {"size", size}}};
+                {{"id", ToUtf8(file.id)}, {"file", PathToUtf8(target)}, {"size", size}}};
     }
 
-    static std::string LocalName(Context& context, const std::string& item,
-                                 const std::wstring& id) {
-        const std::string path =
-            item.starts_with('/') ? item : AskPath(context.TheService(), id, item);
+    /// The size in the listing of the file's folder, where that can be had. `path` may be empty.
+    static std::optional<std::uint64_t> ListedSize(Context& context, const std::wstring& id,
+                                                   std::string path) {
+        try {
+            if (path.empty()) {
+                path = AskPath(context.TheService(), id, ToUtf8(id));
+            }
+            const CFolderItem record = context.Items().Find(path);
+            return record.GetUniqueId() == id ? ParseSize(ToUtf8(record.GetSize())) : std::nullopt;
+        } catch (const Failure& failure) {
+            if (failure.exitCode == ExitCode::Refused || failure.exitCode == ExitCode::Usage) {
+                return std::nullopt; // whether there is such a file, the download itself will tell
+            }
+            throw;
+        }
+    }
+
+    static std::string LocalName(const std::string& path) {
         const std::optional<std::string> name = SafeFileName(path);
         if (!name) {
             throw Failure(ExitCode::LocalFile,

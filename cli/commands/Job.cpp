@@ -1,21 +1,18 @@
 #include "cli/Command.h"
 #include "cli/Jobs.h"
 
-#include <CLI/CLI.hpp>
-
 namespace brevint::cli {
 
 namespace {
 
 class Job : public Command {
 public:
-    void AddOptions(CLI::App& app) override {
-        app.add_option("job", jobId_, "Identifier of the job, as put and replace print it")
-            ->required();
-        app.add_option("--of", command_, "Command that the job came from")
-            ->check(CLI::IsMember({"put", "replace"}))
-            ->capture_default_str();
-        app.add_flag("--wait", wait_, "Wait until the job has ended");
+    void AddOptions(OptionList& options) override {
+        options.Required("job", jobId_, "JOB",
+                         "Identifier of the job, as put and replace print it");
+        options.Choice("--of", command_, "COMMAND", {"put", "replace"},
+                       "Command that the job came from");
+        options.Flag("--wait", wait_, "Wait until the job has ended");
     }
 
     ExitCode Run(Context& context) override {

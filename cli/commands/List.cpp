@@ -3,7 +3,6 @@
 #include "cli/Table.h"
 #include "cli/Utf8.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 namespace brevint::cli {
@@ -27,13 +26,13 @@ std::string LockCell(const CFolderItem& item) {
     return item.GetLockedBy().empty() ? "yes" : Text(item.GetLockedBy());
 }
 
-std::vector<std::string> ShortLines(const std::vector<CFolderItem>& items) {
+Table ShortTable(const std::vector<CFolderItem>& items) {
     Table table({{"Type"}, {"Size", Table::Align::Right}, {"Modified"}, {"Locked by"}, {"Name"}});
     for (const CFolderItem& item : items) {
         table.AddRow({Text(item.GetItemTypeDescription()), SizeCell(item), Text(item.GetModified()),
                       LockCell(item), Text(item.GetName())});
     }
-    return table.Lines();
+    return table;
 }
 
 /// One block per item, with an empty line between two.
@@ -77,9 +76,10 @@ nlohmann::json ToJson(const CFolderItem& item) {
 
 class List : public Command {
 public:
-    void AddOptions(CLI::App& app) override {
-        app.add_option("item", item_, "Folder, by identifier or path; the root folder if left out");
-        app.add_flag("-l", long_, "Show all that is known about each item");
+    void AddOptions(OptionList& options) override {
+        options.Optional("item", item_, kItemType,
+                         "Folder, by identifier or path; the root folder if left out");
+        options.Flag("-l", long_, "Show all that is known about each item");
     }
 
     ExitCode Run(Context& context) override {
@@ -92,8 +92,10 @@ public:
                 records.push_back(ToJson(item));
             }
             context.Out().Document({{"folderId", Text(folderId)}, {"items", std::move(records)}});
+        } else if (long_) {
+            context.Out().Lines(LongLines(items));
         } else {
-            context.Out().Lines(long_ ? LongLines(items) : ShortLines(items));
+            context.Out().Print(ShortTable(items));
         }
         return ExitCode::Success;
     }

@@ -2,9 +2,7 @@
 #include "brevint/IRepositoryProxy.h"
 #include "cli/Command.h"
 #include "cli/Utf8.h"
-#include "cli/Verdict.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 namespace brevint::cli {
@@ -21,18 +19,19 @@ std::wstring EscapeName(const std::string& name) {
 
 class MakeDirectory : public Command {
 public:
-    void AddOptions(CLI::App& app) override {
-        app.add_option("parent", parent_, "Folder to make it in, by identifier or path")
-            ->required();
-        app.add_option("name", name_, "Name of the new folder")->required();
+    void AddOptions(OptionList& options) override {
+        options.Required("parent", parent_, kItemType,
+                         "Folder to make it in, by identifier or path");
+        options.Required("name", name_, "NAME", "Name of the new folder");
     }
 
     ExitCode Run(Context& context) override {
         const std::wstring parentId = context.Items().Id(parent_);
-        Service& service = context.TheService();
-        const std::unique_ptr<ICreateFolderResponse> response(
-            service.Repository()->CreateFolder(service.Url(), parentId, EscapeName(name_)));
-        RequireSuccess(response.get(), "The folder \"" + name_ + "\" cannot be made.");
+        const auto response = context.TheService().Call(
+            "The folder \"" + name_ + "\" cannot be made.",
+            [parentId, name = EscapeName(name_)](Service& service) {
+                return service.Repository()->CreateFolder(service.Url(), parentId, name);
+            });
         const std::string id = ToUtf8(response->GetFolderId());
         context.Out().Line(id + "  " + name_);
         context.Out().Document({{"id", id}, {"parentId", ToUtf8(parentId)}, {"name", name_}});

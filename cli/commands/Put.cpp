@@ -1,12 +1,5 @@
-#include "brevint/IRepositoryProxy.h"
-#include "brevint/UploadFileResponse.h"
 #include "cli/Command.h"
 #include "cli/Jobs.h"
-#include "cli/LocalFile.h"
-#include "cli/Progress.h"
-#include "cli/Verdict.h"
-
-#include <CLI/CLI.hpp>
 
 namespace brevint::cli {
 
@@ -14,28 +7,19 @@ namespace {
 
 class Put : public Command {
 public:
-    void AddOptions(CLI::App& app) override {
-        app.add_option("files", files_, "Local files")->required();
-        app.add_option("-t,--to", folder_, "Folder to put them in, by identifier or path")
-            ->required();
-        app.add_flag("--no-wait", noWait_,
+    void AddOptions(OptionList& options) override {
+        options.Required("files", files_, kFileType, "Local files");
+        options.Required("-t,--to", folder_, kItemType,
+                         "Folder to put them in, by identifier or path");
+        options.Flag("--no-wait", noWait_,
                      "Do not wait until the service has processed them: print the jobs instead");
     }
 
     ExitCode Run(Context& context) override {
         const std::wstring folderId = context.Items().Id(folder_);
         return ForEachItem(context, files_, [&](const std::string& file) {
-            const std::wstring path = CheckLocalFile(file);
-            const std::string summary = file + " cannot be put into " + folder_ + ".";
-            Service& service = context.TheService();
-            std::unique_ptr<CUploadFileResponse> response;
-            {
-                Progress progress("Sending " + file);
-                progress.Show();
-                response.reset(service.Repository()->UploadFile(service.Url(), folderId, path));
-            }
-            RequireSuccess(response.get(), summary);
-            return FinishSending(context, JobKind::Upload, *response, !noWait_, file, summary);
+            return SendFile(context, JobKind::Upload, folderId, file, !noWait_,
+                            file + " cannot be put into " + folder_ + ".");
         });
     }
 

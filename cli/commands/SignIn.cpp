@@ -9,7 +9,6 @@
 #include "cli/Terminal.h"
 #include "cli/Utf8.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include <iostream>
@@ -61,24 +60,24 @@ void ClearCookies(const std::wstring& url) {
 
 class SignIn : public Command {
 public:
-    void AddOptions(CLI::App& app) override {
-        app.add_option("--user", user_, "Name of the user")->type_name("NAME")->required();
-        app.footer(
-            "Needs --url. The password is asked for; without a terminal it is the first line "
-            "of standard input.");
+    void AddOptions(OptionList& options) override {
+        options.Required("--user", user_, "NAME", "Name of the user");
     }
 
     ExitCode Run(Context& context) override {
-        const Options& options = context.Settings();
-        if (options.url.empty()) {
+        const Options& settings = context.Settings();
+        if (settings.url.empty()) {
             throw Failure(ExitCode::Usage, "sign-in needs the address of the service.",
                           "Give it with --url URL.");
         }
-        Session session{CheckServiceUrl(options.url, options.insecureHttp), user_, {}};
-        Service service(session);
-        ClearCookies(service.Url());
-        const std::unique_ptr<SignInResponse> response(service.SignIn()->SignIn(
-            service.Url().c_str(), ToWide(user_).c_str(), ToWide(AskPassword(user_)).c_str()));
+        Session session{CheckServiceUrl(settings.url, settings.insecureHttp), user_, {}};
+        const auto service = std::make_shared<Service>(session, context.Timeout());
+        ClearCookies(service->Url());
+        const auto response = service->Call(
+            "The sign-in to " + session.url + " failed.",
+            [user = ToWide(user_), password = ToWide(AskPassword(user_))](Service& at) {
+                return at.SignIn()->SignIn(at.Url().c_str(), user.c_str(), password.c_str());
+            });
         if (!response->GetSucceeded()) {
             Fail(session.url, ToUtf8(response->GetErrorMessage()));
         }

@@ -2,9 +2,7 @@
 #include "brevint/SignOutResponse.h"
 #include "cli/Command.h"
 #include "cli/Failure.h"
-#include "cli/Verdict.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 namespace brevint::cli {
@@ -13,27 +11,25 @@ namespace {
 
 class SignOut : public Command {
 public:
-    void AddOptions(CLI::App& app) override {
-        app.footer("The session is forgotten here even if the service cannot be told.");
-    }
+    void AddOptions(OptionList&) override {}
 
     ExitCode Run(Context& context) override {
         const std::string url = context.TheSession().url;
         if (context.TheSession().cookies.empty()) {
             throw Failure(ExitCode::NotAuthorised, "You are not signed in to " + url + ".");
         }
-        Service& service = context.TheService();
-        const std::unique_ptr<CSignOutResponse> response(service.SignOut()->SignOut(service.Url()));
-        ForgetSession();
         try {
-            RequireSuccess(response.get(),
-                           "The session is forgotten here, but " + url + " was not told of it.");
+            context.TheService().Call(
+                "The session is forgotten here, but " + url + " was not told of it.",
+                [](Service& service) { return service.SignOut()->SignOut(service.Url()); });
         } catch (const Failure& failure) {
+            ForgetSession();
             // A session that the service knows no more is over, as it should be.
             if (failure.exitCode != ExitCode::NotAuthorised) {
                 throw;
             }
         }
+        ForgetSession();
         context.Out().Line("Signed out of " + url + ".");
         context.Out().Document({{"url", url}});
         return ExitCode::Success;

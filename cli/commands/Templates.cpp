@@ -4,9 +4,7 @@
 #include "cli/Command.h"
 #include "cli/Table.h"
 #include "cli/Utf8.h"
-#include "cli/Verdict.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 namespace brevint::cli {
@@ -33,16 +31,16 @@ std::wstring PercentEncode(const std::string& text) {
 
 class Templates : public Command {
 public:
-    void AddOptions(CLI::App& app) override {
-        app.add_option("type", type_, "Type of the templates")->required();
+    void AddOptions(OptionList& options) override {
+        options.Required("type", type_, "TYPE", "Type of the templates");
     }
 
     ExitCode Run(Context& context) override {
-        Service& service = context.TheService();
-        const std::unique_ptr<CTemplateResponse> response(
-            service.Templates()->GetTemplates(service.Url().c_str(), PercentEncode(type_).c_str()));
-        RequireSuccess(response.get(),
-                       "The templates of the type \"" + type_ + "\" cannot be listed.");
+        const auto response = context.TheService().Call(
+            "The templates of the type \"" + type_ + "\" cannot be listed.",
+            [type = PercentEncode(type_)](Service& service) {
+                return service.Templates()->GetTemplates(service.Url().c_str(), type.c_str());
+            });
         Table table({{"Category"}, {"Created"}, {"Created by"}, {"Name"}, {"Description"}});
         nlohmann::json documents = nlohmann::json::array();
         std::vector<CTemplateInfo*> records;
@@ -63,7 +61,7 @@ public:
                                  {"created", text(info->GetCreated())},
                                  {"createdBy", text(info->GetCreatedBy())}});
         }
-        context.Out().Lines(table.Lines());
+        context.Out().Print(table);
         context.Out().Document({{"templates", std::move(documents)}});
         return ExitCode::Success;
     }

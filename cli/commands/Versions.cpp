@@ -3,9 +3,7 @@
 #include "brevint/WebRequestFactory.h"
 #include "cli/Command.h"
 #include "cli/Utf8.h"
-#include "cli/Verdict.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 namespace brevint::cli {
@@ -14,14 +12,14 @@ namespace {
 
 class Versions : public Command {
 public:
-    void AddOptions(CLI::App&) override {}
+    void AddOptions(OptionList&) override {}
 
     ExitCode Run(Context& context) override {
-        Service& service = context.TheService();
-        WebRequestFactory factory;
-        const std::unique_ptr<CVersionInfoResponse> response(
-            CVersionProxy(&factory).GetVersionInfo(service.Url().c_str()));
-        RequireSuccess(response.get(), context.TheSession().url + " does not tell its version.");
+        const auto response = context.TheService().Call(
+            context.TheSession().url + " does not tell its version.", [](Service& service) {
+                WebRequestFactory factory;
+                return CVersionProxy(&factory).GetVersionInfo(service.Url().c_str());
+            });
         const std::string version = ToUtf8(response->GetSystemVersion());
         std::vector<std::string> lines = {"Service: " + version};
         nlohmann::json desktop = nlohmann::json::array();

@@ -2,9 +2,7 @@
 #include "brevint/IdentityResponse.h"
 #include "cli/Command.h"
 #include "cli/Utf8.h"
-#include "cli/Verdict.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 namespace brevint::cli {
@@ -15,14 +13,13 @@ constexpr int kAdministrator = 1;
 
 class WhoAmI : public Command {
 public:
-    void AddOptions(CLI::App&) override {}
+    void AddOptions(OptionList&) override {}
 
     ExitCode Run(Context& context) override {
-        Service& service = context.TheService();
-        const std::unique_ptr<CIdentityResponse> response(
-            service.Identity()->GetIdentity(service.Url()));
         const std::string& url = context.TheSession().url;
-        RequireSuccess(response.get(), url + " does not tell who is signed in.");
+        const auto response = context.TheService().Call(
+            url + " does not tell who is signed in.",
+            [](Service& service) { return service.Identity()->GetIdentity(service.Url()); });
         const std::string user = ToUtf8(response->GetUsername());
         const char* const role =
             response->GetUserRole() == kAdministrator ? "administrator" : "user";

@@ -17,6 +17,7 @@ constexpr std::array kSignals = {SIGINT, SIGTERM, SIGHUP};
 
 /// A byte in this pipe stands for a request; it stays there, so that every wait sees it.
 std::array<int, 2> requests = {-1, -1};
+int nesting = 0;
 std::array<struct sigaction, kSignals.size()> previous;
 
 void NoteRequest(int) {
@@ -29,6 +30,9 @@ void NoteRequest(int) {
 } // namespace
 
 Interrupt::Interrupt() {
+    if (nesting++ > 0) {
+        return;
+    }
     // Kept for the life of the process: the handler may be running on another thread at any time.
     if (requests[0] < 0 && pipe2(requests.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
         throw std::system_error(errno, std::generic_category());
@@ -45,6 +49,9 @@ Interrupt::Interrupt() {
 }
 
 Interrupt::~Interrupt() {
+    if (--nesting > 0) {
+        return;
+    }
     for (std::size_t i = 0; i < kSignals.size(); ++i) {
         sigaction(kSignals[i], &previous[i], nullptr);
     }

@@ -3,8 +3,11 @@
 #include "cli/Interrupt.h"
 
 #include <cerrno>
+#include <cstdlib>
 #include <system_error>
 
+#include <fcntl.h>
+#include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -40,12 +43,37 @@ private:
 
 } // namespace
 
+void Prepare() {
+    // Opened for reading only: what is written to such a stream must not seem to have arrived.
+    int lowestFree = open("/dev/null", O_RDONLY);
+    while (lowestFree >= STDIN_FILENO && lowestFree <= STDERR_FILENO) {
+        lowestFree = open("/dev/null", O_RDONLY);
+    }
+    close(lowestFree);
+}
+
 std::vector<std::string> Arguments(int argc, char** argv) {
     return argc > 0 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
 }
 
 bool IsTerminal(Stream stream) {
     return isatty(Descriptor(stream)) == 1;
+}
+
+bool IsCapable(Stream stream) {
+    const char* const kind = std::getenv("TERM");
+    return IsTerminal(stream) && kind && std::string_view(kind) != "dumb";
+}
+
+bool HasColours(Stream stream) {
+    const char* const forbidden = std::getenv("NO_COLOR");
+    return IsCapable(stream) && (!forbidden || *forbidden == '\0');
+}
+
+std::size_t Width(Stream stream) {
+    winsize size = {};
+    const bool known = ioctl(Descriptor(stream), TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+    return known ? size.ws_col : 80;
 }
 
 void Write(Stream stream, std::string_view text) {

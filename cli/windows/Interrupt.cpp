@@ -8,6 +8,8 @@ namespace brevint::cli {
 
 namespace {
 
+int nesting = 0;
+
 /// Stays set once a request has come.
 HANDLE requested = nullptr;
 
@@ -22,6 +24,9 @@ BOOL WINAPI NoteRequest(DWORD kind) {
 } // namespace
 
 Interrupt::Interrupt() {
+    if (nesting++ > 0) {
+        return;
+    }
     // Kept for the life of the process: the handler may run on its own thread at any time.
     if (!requested) {
         requested = CreateEventW(nullptr, TRUE, FALSE, nullptr);
@@ -32,7 +37,9 @@ Interrupt::Interrupt() {
 }
 
 Interrupt::~Interrupt() {
-    SetConsoleCtrlHandler(NoteRequest, FALSE);
+    if (--nesting == 0) {
+        SetConsoleCtrlHandler(NoteRequest, FALSE);
+    }
 }
 
 bool Interrupt::Wait(std::chrono::milliseconds time) {

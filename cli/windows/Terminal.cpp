@@ -46,6 +46,8 @@ private:
 
 } // namespace
 
+void Prepare() {}
+
 std::vector<std::string> Arguments(int, char**) {
     // Those of `main` have been forced into the system's 8-bit code page.
     int count = 0;
@@ -61,6 +63,24 @@ std::vector<std::string> Arguments(int, char**) {
 bool IsTerminal(Stream stream) {
     DWORD mode = 0;
     return GetConsoleMode(Handle(stream), &mode) != FALSE;
+}
+
+bool IsCapable(Stream stream) {
+    return IsTerminal(stream);
+}
+
+bool HasColours(Stream stream) {
+    const wchar_t* const forbidden = _wgetenv(L"NO_COLOR");
+    DWORD mode = 0;
+    return (!forbidden || *forbidden == L'\0') && GetConsoleMode(Handle(stream), &mode) &&
+           SetConsoleMode(Handle(stream),
+                          mode | ENABLE_PROCESSED_OUTPUT | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+}
+
+std::size_t Width(Stream stream) {
+    CONSOLE_SCREEN_BUFFER_INFO info = {};
+    const bool known = GetConsoleScreenBufferInfo(Handle(stream), &info) && info.dwSize.X > 0;
+    return known ? static_cast<std::size_t>(info.dwSize.X) : 80;
 }
 
 void Write(Stream stream, std::string_view text) {

@@ -38,6 +38,23 @@ TEST_F(ClientHostileServiceTest, TransferBreaksOff) {
     EXPECT_EQ(4, Get());
 }
 
+TEST_F(ClientHostileServiceTest, FileIsShorterThanListed) {
+    server_.On("/Repository/Items/r/Path")
+        .Reply(200, {}, "<ResponseData><Path>/P</Path></ResponseData>");
+    server_.On("/Repository/Items/r/Items")
+        .Reply(200, {},
+               "<ResponseData><Item><Name>x</Name><UniqueId>abc</UniqueId>"
+               "<Data><Size>4</Size></Data></Item></ResponseData>");
+    OnFile().Reply(200, {}, "new");
+    EXPECT_EQ(4, Run({"get", "/P/x", "-o", "old", "--root", "r"}).exitCode);
+    ExpectUntouched();
+}
+
+TEST_F(ClientHostileServiceTest, SilenceIsNotWaitedForWithoutEnd) {
+    server_.On("*").Wait("never");
+    EXPECT_EQ(6, Run({"put", "old", "--to", "abc", "--timeout", "1"}).exitCode);
+}
+
 TEST_F(ClientHostileServiceTest, NamesLeadNowhereElse) {
     OnFile().Reply(200, {}, "new");
     for (const char* path : {"", "/", "/a/..", "/a/..\\b", "/a/C:b", "/a/b&#10;c"}) {
@@ -62,6 +79,7 @@ TEST_F(ClientHostileServiceTest, TextsDoNotSteerTheTerminal) {
     EXPECT_EQ(0, listed.exitCode);
     const auto refused = Run({"ls", "abd"});
     EXPECT_EQ(1, refused.exitCode);
+    EXPECT_NE(std::string::npos, Run({"ls", "\x1b[2J\r"}).error.find("\"\uFFFD[2J\uFFFD\""));
     for (const std::string& text : {listed.output, refused.error}) {
         EXPECT_NE(std::string::npos, text.find("a\uFFFD2J\uFFFDb\uFFFDc")) << text;
     }

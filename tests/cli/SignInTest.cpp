@@ -1,9 +1,12 @@
 // Signing in and out, and what is kept in between.
 
 #include "cli/PrivateFile.h"
+#include "cli/Session.h"
 #include "service/ReferenceService.h"
 #include "tests/cli/ClientFixture.h"
 #include "tests/support/RefusedPort.h"
+
+#include <future>
 
 namespace brevint::test {
 namespace {
@@ -65,7 +68,7 @@ TEST_F(ClientSignInTest, IsOverAfterSignOut) {
     EXPECT_EQ(3, Run({"sign-out"}).exitCode);
 }
 
-TEST_F(ClientSignInTest, RefusesASessionThatOthersMayKnow) {
+TEST_F(ClientSignInTest, RefusesASessionThatIsDamagedOrOpenToOthers) {
     ASSERT_EQ(0, SignIn("ada", "ada-secret\n").exitCode);
     OpenToEverybody(SessionFile());
     const auto result = Run({"ls"});
@@ -73,6 +76,22 @@ TEST_F(ClientSignInTest, RefusesASessionThatOthersMayKnow) {
     EXPECT_NE(std::string::npos, result.error.find("session.json"));
     ASSERT_EQ(0, SignIn("ada", "ada-secret\n").exitCode);
     EXPECT_EQ(0, Run({"ls"}).exitCode);
+    std::filesystem::resize_file(SessionFile(), 40);
+    EXPECT_EQ(5, Run({"ls"}).exitCode);
+}
+
+// One program replaces the session while the other reads it.
+TEST_F(ClientTest, ReadsTheSessionWhole) {
+    const std::string cookies(50'000, 'c');
+    KeepSession("https://host", cookies);
+    const auto writer = std::async(std::launch::async, [&] {
+        for (int i = 0; i < 100; ++i) {
+            KeepSession("https://host", cookies);
+        }
+    });
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_EQ(cookies, cli::LoadSession().value().cookies);
+    }
 }
 
 TEST_F(ClientTest, WithoutAServiceSaysSo) {
@@ -95,7 +114,6 @@ TEST_F(ClientTest, ExplainsItself) {
     const auto help = Run({"--help"});
     EXPECT_EQ(0, help.exitCode);
     EXPECT_NE(std::string::npos, help.output.find("130  interrupted"));
-    EXPECT_EQ(0, Run({"get", "--help"}).exitCode);
     EXPECT_EQ(0U, Run({"--version"}).output.find("brevint "));
     for (const std::vector<std::string>& wrong : std::vector<std::vector<std::string>>{
              {}, {"frobnicate"}, {"ls", "--frobnicate"}, {"get"}, {"ls", "--timeout", "-1"}}) {
@@ -104,6 +122,7 @@ TEST_F(ClientTest, ExplainsItself) {
         EXPECT_EQ("", result.output);
         EXPECT_NE("", result.error);
     }
+    EXPECT_EQ(2, RunJson({"ls", "--frobnicate"}, 2)["error"]["exitCode"]);
 }
 
 } // namespace

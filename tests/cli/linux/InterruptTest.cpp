@@ -1,4 +1,4 @@
-// Ctrl-C during a download. Only here: a Windows program without a console cannot be sent one.
+// Ctrl-C during a transfer. Only here: a Windows program without a console cannot be sent one.
 
 #include "cli/Utf8.h"
 #include "tests/cli/ClientFixture.h"
@@ -17,12 +17,17 @@ TEST_F(ClientTest, LeavesNothingBehindWhenInterrupted) {
         .Wait("never");
     KeepSession(cli::ToUtf8(server.Url("")), "a=b");
     WriteFile(Work() / "old", "old");
-    ClientRun run = Start({"get", "abc", "-o", "old"});
-    ASSERT_TRUE(server.AwaitArrivalAt("never"));
-    kill(static_cast<pid_t>(run.ProcessId()), SIGINT);
-    EXPECT_EQ(130, run.Wait().exitCode);
-    EXPECT_EQ("old", ReadFile(Work() / "old"));
-    EXPECT_EQ(std::set<std::string>{"old"}, WorkNames());
+    server.On("/Repository/Items/abc/Files").Wait("silent");
+    for (const auto& [gate, arguments] :
+         {std::pair("never", std::vector<std::string>{"get", "abc", "-o", "old"}),
+          {"silent", {"put", "old", "--to", "abc"}}}) {
+        ClientRun run = Start(arguments);
+        ASSERT_TRUE(server.AwaitArrivalAt(gate));
+        kill(static_cast<pid_t>(run.ProcessId()), SIGINT);
+        EXPECT_EQ(130, run.Wait().exitCode);
+        EXPECT_EQ("old", ReadFile(Work() / "old"));
+        EXPECT_EQ(std::set<std::string>{"old"}, WorkNames());
+    }
 }
 
 } // namespace

@@ -1,0 +1,109 @@
+#include "cli/CommandLine.h"
+
+#include "cli/Failure.h"
+#include "cli/Terminal.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <sstream>
+#include <utility>
+
+namespace brevint::cli {
+
+const char kExamples[] = "brevint sign-in --url https://host/app --user ada\n"
+                         "brevint ls /Projects\n"
+                         "brevint get /Projects/2026/Plan.xlsx\n"
+                         "brevint put Report.pdf --to /Projects/2026\n"
+                         "brevint sign-out\n";
+
+namespace {
+
+/// The examples and what follows them in every help text.
+std::string Footer(std::string_view examples) {
+    std::string text = "Examples:\n";
+    std::istringstream lines{std::string(examples)};
+    for (std::string line; std::getline(lines, line);) {
+        text += "  " + line + "\n";
+    }
+    text += "\nExit codes:\n";
+    for (const ExitCodeRow& row : kExitCodes) {
+        const std::string code = std::to_string(static_cast<int>(row.code));
+        text += std::string(5 - code.size(), ' ') + code + "  " + row.meaning + "\n";
+    }
+    return text;
+}
+
+void AddGlobalOptions(CLI::App& app, Options& options) {
+    app.add_option("--url", options.url,
+                   "Address of the service; the one signed in to unless given")
+        ->type_name("URL");
+    app.add_option("--root", options.root, "Identifier of the folder that paths begin with")
+        ->type_name("ID")
+        ->capture_default_str();
+    app.add_option("--timeout", options.timeoutSeconds,
+                   "Longest time to wait for a call, a transfer or a job, in seconds")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(std::uint32_t{1}, std::numeric_limits<std::uint32_t>::max()))
+        ->capture_default_str();
+    app.add_flag("--json", options.json, "Print one JSON document instead of text");
+    app.add_flag("--insecure-http", options.insecureHttp,
+                 "Allow http:// to other machines: password and content travel unencrypted");
+}
+
+} // namespace
+
+CommandLine::CommandLine()
+    : app_(std::make_unique<CLI::App>("Works with a document repository on a Brevint service.",
+                                      "brevint")) {
+    app_->set_version_flag("--version", "brevint " BREVINT_VERSION, "Print the version and exit");
+    app_->set_help_flag("-h,--help", "Print a help text and exit");
+    app_->require_subcommand(1);
+    // Options may follow the command, and "/Projects" is a path on every target.
+    app_->fallthrough();
+    app_->allow_windows_style_options(false);
+    AddGlobalOptions(*app_, options_);
+    for (const CommandRow& row : AllCommands()) {
+        CLI::App& command = *app_->add_subcommand(row.name, row.summary);
+        commands_.push_back(row.make());
+        OptionList options(command);
+        commands_.back()->AddOptions(options);
+        const std::string notes = row.notes;
+        command.footer(notes + (notes.empty() ? "" : "\n") +
+                       "Options of all commands: brevint --help\n\n" + Footer(row.examples));
+    }
+    app_->footer("Options and examples of a command: brevint COMMAND --help\n\n" +
+                 Footer(kExamples));
+}
+
+CommandLine::~CommandLine() = default;
+
+Command* CommandLine::Parse(std::vector<std::string> arguments) {
+    try {
+        std::reverse(arguments.begin(), arguments.end()); // the order that CLI11 takes them in
+        app_->parse(std::move(arguments));
+    } catch (const CLI::ParseError& result) {
+        std::ostringstream out;
+        std::ostringstream error;
+        if (app_->exit(result, out, error) == 0) {
+            Terminal::Write(Terminal::Stream::Output, out.str());
+            return nullptr;
+        }
+        const auto chosen = app_->get_subcommands();
+        const std::string command = chosen.empty() ? "" : chosen.front()->get_name() + " ";
+        std::string summary = std::string(result.what()) + ".";
+        if (chosen.empty() && app_->remaining_size() > 0) {
+            summary = "There is no command or option \"" + app_->remaining().front() + "\".";
+        }
+        throw Failure(ExitCode::Usage, summary, "brevint " + command + "--help");
+    }
+    const auto rows = AllCommands();
+    const auto chosen = std::find_if(rows.begin(), rows.end(), [this](const CommandRow& row) {
+        return app_->got_subcommand(row.name);
+    });
+    return commands_[static_cast<std::size_t>(chosen - rows.begin())].get();
+}
+
+} // namespace brevint::cli

@@ -1,0 +1,87 @@
+// The commands that do one and the same thing with each of the items named.
+
+#include "brevint/CheckInOutResponse.h"
+#include "brevint/DeleteResponse.h"
+#include "brevint/IRepositoryProxy.h"
+#include "cli/Command.h"
+#include "cli/Outcomes.h"
+#include "cli/Utf8.h"
+
+namespace brevint::cli {
+
+namespace {
+
+/// Carries out one call for an item.
+using ItemCall = Outcome (*)(Service& service, const std::string& item, const std::wstring& id);
+
+class ItemCommand : public Command {
+public:
+    ItemCommand(const char* items, ItemCall call) : description_(items), call_(call) {}
+
+    void AddOptions(OptionList& options) override {
+        options.Required("items", items_, kItemType, description_);
+    }
+
+    ExitCode Run(Context& context) override {
+        return ForEachItem(context, items_, [this, &context](const std::string& item) {
+            const std::wstring id = context.Items().Id(item);
+            Outcome outcome = call_(context.TheService(), item, id);
+            outcome.document["id"] = ToUtf8(id);
+            return outcome;
+        });
+    }
+
+private:
+    const char* description_;
+    ItemCall call_;
+    std::vector<std::string> items_;
+};
+
+/// A call that changes the item, told in the past: "Deleted", "deleted".
+template <auto Operation>
+Outcome Change(Service& service, const std::string& item, const std::wstring& id,
+               const std::string& done, const std::string& undone) {
+    service.Call(item + " cannot be " + undone + ".",
+                 [id](Service& at) { return (at.Repository().get()->*Operation)(at.Url(), id); });
+    return {done + " " + item, nlohmann::json::object()};
+}
+
+Outcome CheckIn(Service& service, const std::string& item, const std::wstring& id) {
+    return Change<&IRepositoryProxy::CheckIn>(service, item, id, "Checked in", "checked in");
+}
+
+Outcome CheckOut(Service& service, const std::string& item, const std::wstring& id) {
+    return Change<&IRepositoryProxy::CheckOut>(service, item, id, "Checked out", "checked out");
+}
+
+Outcome Remove(Service& service, const std::string& item, const std::wstring& id) {
+    return Change<&IRepositoryProxy::Delete>(service, item, id, "Deleted", "deleted");
+}
+
+Outcome TellPath(Service& service, const std::string& item, const std::wstring& id) {
+    const std::string path = AskPath(service, id, item);
+    return {path, {{"path", path}}};
+}
+
+constexpr char kFiles[] = "Files, by identifier or path";
+constexpr char kAnyItems[] = "Files and folders, by identifier or path";
+
+} // namespace
+
+std::unique_ptr<Command> MakeCheckIn() {
+    return std::make_unique<ItemCommand>(kFiles, CheckIn);
+}
+
+std::unique_ptr<Command> MakeCheckOut() {
+    return std::make_unique<ItemCommand>(kFiles, CheckOut);
+}
+
+std::unique_ptr<Command> MakePath() {
+    return std::make_unique<ItemCommand>(kAnyItems, TellPath);
+}
+
+std::unique_ptr<Command> MakeRemove() {
+    return std::make_unique<ItemCommand>(kAnyItems, Remove);
+}
+
+} // namespace brevint::cli
