@@ -327,6 +327,9 @@ void Transfer::DriveUntil(Predicate satisfied) {
 void Transfer::End(DWORD error) noexcept {
     m_ended = true;
     m_error = error;
+    // libcurl keeps the buffers of an exchange that failed early, and then refuses the next one's
+    // settings for them.
+    m_channelSpent = m_channelSpent || error != ERROR_SUCCESS;
 }
 
 void Transfer::ReleaseChannel() noexcept {
