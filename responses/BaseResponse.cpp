@@ -5,6 +5,7 @@
 #include "support/Utf8.h"
 #include "support/Xml.h"
 
+#include <new>
 #include <string_view>
 
 CBaseResponse::CBaseResponse() : m_errorCode(ErrorCode::MessageNotRecognised), m_statusCode(200) {}
@@ -25,8 +26,12 @@ std::wstring CBaseResponse::GetServerResponseAsString() const {
 
 void CBaseResponse::SetServerResponse(const std::vector<char>& bytes, unsigned long status) {
     StoreReply(bytes, status);
-    ConvertReply();
-    ParseServerResponse();
+    try {
+        ConvertReply();
+        ParseServerResponse();
+    } catch (const std::bad_alloc&) {
+        DropReply();
+    }
 }
 
 std::wstring CBaseResponse::GetServerErrorMessage() const {
@@ -87,6 +92,12 @@ void CBaseResponse::SetErrorCode(double code) {
 void CBaseResponse::StoreReply(const std::vector<char>& bytes, unsigned long status) {
     m_replyBytes.insert(m_replyBytes.end(), bytes.begin(), bytes.end());
     m_statusCode = status;
+}
+
+void CBaseResponse::DropReply() {
+    std::vector<char>().swap(m_replyBytes);
+    std::wstring().swap(m_replyText);
+    ParseServerResponse();
 }
 
 void CBaseResponse::ConvertReply() {

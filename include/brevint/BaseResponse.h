@@ -52,6 +52,8 @@ protected:
     void SetErrorCode(double code);
     /// Stores a reply without judging it: appends the bytes and sets the status.
     void StoreReply(const std::vector<char>& bytes, unsigned long status);
+    /// Judges what StoreReply has stored as an empty reply: there is no memory for it.
+    void DropReply();
     /// Makes the text that belongs to the bytes held.
     void ConvertReply();
     bool IsReplyEmpty() const;
