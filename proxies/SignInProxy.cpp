@@ -11,6 +11,7 @@
 #include "transport/RequestFlags.h"
 
 #include <memory>
+#include <new>
 #include <string_view>
 
 namespace {
@@ -52,12 +53,17 @@ SignInResponse* CSignInProxy::SignIn(const wchar_t* url, const wchar_t* userName
                                      const wchar_t* password) {
     auto response = std::make_unique<SignInResponse>();
     m_dashboardUrl = url ? url : L"";
-    ConnectToDashboard(m_dashboardUrl.c_str(), response.get());
-    if (response->GetSucceeded()) {
-        SubmitUserDataToPortal(userName, password, response.get());
-    }
-    if (response->GetSucceeded()) {
-        GetFederatedAuthCookie(response.get());
+    try {
+        ConnectToDashboard(m_dashboardUrl.c_str(), response.get());
+        if (response->GetSucceeded()) {
+            SubmitUserDataToPortal(userName, password, response.get());
+        }
+        if (response->GetSucceeded()) {
+            GetFederatedAuthCookie(response.get());
+        }
+    } catch (const std::bad_alloc&) {
+        // A server can send more than memory holds.
+        FailToConnect(response.get());
     }
     return response.release();
 }
