@@ -99,6 +99,7 @@ public:
 
     std::mutex mutex; // guards what follows
     std::condition_variable changed;
+    Script greeting{mutex};
     std::map<std::string, Turn> turns;
     std::map<std::string, Gate> gates;
     std::vector<Request> requests;
@@ -109,6 +110,7 @@ private:
 
     asio::awaitable<void> Accept();
     asio::awaitable<void> Serve(tcp::socket socket);
+    std::vector<Step> Greeting();
     std::vector<Step> Arrived(Request request);
     asio::steady_timer& Reached(const std::string& gate);
 
@@ -125,7 +127,8 @@ asio::awaitable<void> ScriptedServer::Impl::Accept() {
     }
 }
 
-/// Reads a request, does the steps scripted for it, reads the next one. An error ends it.
+/// Does the steps for a new connection, then reads requests and does those for each. An error ends
+/// it.
 asio::awaitable<void> ScriptedServer::Impl::Serve(tcp::socket socket) {
     std::string input;
     const auto take = [&input](std::size_t size) {
@@ -133,18 +136,7 @@ asio::awaitable<void> ScriptedServer::Impl::Serve(tcp::socket socket) {
         input.erase(0, size);
         return bytes;
     };
-    for (;;) {
-        Request request;
-        request.head = take(co_await asio::async_read_until(socket, asio::dynamic_buffer(input),
-                                                            "\r\n\r\n", use_awaitable));
-        ParseHead(request);
-        const std::size_t length =
-            std::strtoull(request.Header("Content-Length").c_str(), nullptr, 10);
-        co_await asio::async_read(socket, asio::dynamic_buffer(input),
-                                  asio::transfer_exactly(length - std::min(length, input.size())),
-                                  use_awaitable);
-        request.body = take(length);
-        const auto steps = Arrived(std::move(request));
+    for (auto steps = Greeting();;) {
         for (const auto& step : steps) {
             boost::system::error_code ignored;
             switch (step.kind) {
@@ -167,7 +159,23 @@ asio::awaitable<void> ScriptedServer::Impl::Serve(tcp::socket socket) {
                 co_return;
             }
         }
+        Request request;
+        request.head = take(co_await asio::async_read_until(socket, asio::dynamic_buffer(input),
+                                                            "\r\n\r\n", use_awaitable));
+        ParseHead(request);
+        const std::size_t length =
+            std::strtoull(request.Header("Content-Length").c_str(), nullptr, 10);
+        co_await asio::async_read(socket, asio::dynamic_buffer(input),
+                                  asio::transfer_exactly(length - std::min(length, input.size())),
+                                  use_awaitable);
+        request.body = take(length);
+        steps = Arrived(std::move(request));
     }
+}
+
+std::vector<ScriptedServer::Script::Step> ScriptedServer::Impl::Greeting() {
+    const std::lock_guard lock(mutex);
+    return greeting.m_steps;
 }
 
 /// Notes a request and finds the script for it, the most exact name first.
@@ -267,6 +275,10 @@ ScriptedServer::~ScriptedServer() = default;
 ScriptedServer::Script& ScriptedServer::On(std::string_view target) {
     const std::lock_guard lock(m_impl->mutex);
     return m_impl->turns[std::string(target)].scripts.emplace_back(m_impl->mutex);
+}
+
+ScriptedServer::Script& ScriptedServer::OnConnect() {
+    return m_impl->greeting;
 }
 
 std::uint16_t ScriptedServer::Port() const {

@@ -95,6 +95,8 @@ public:
     ///
     /// A request without a script is answered with status 599.
     Script& On(std::string_view target);
+    /// Starts the script for connections: what the server does to each before it reads a request.
+    Script& OnConnect();
 
     std::uint16_t Port() const;
     /// The address of `target` on this server, under the given name of this machine.
