@@ -39,6 +39,13 @@ std::wstring Escape(const wchar_t* text) {
     return BaseHlpr::HttpEscapeW(value.data(), static_cast<unsigned>(value.size()));
 }
 
+/// Whether the way from one address to the next gives up TLS, and with it what is sent there.
+bool LeavesTls(const std::wstring& from, const std::wstring& to) {
+    constexpr const wchar_t* kScheme = L"https:";
+    return BaseHlpr::ToLower(from.c_str()).starts_with(kScheme) &&
+           !BaseHlpr::ToLower(to.c_str()).starts_with(kScheme);
+}
+
 bool Holds(const std::wstring& text, const wchar_t* part) {
     return text.find(part) != std::wstring::npos;
 }
@@ -78,6 +85,9 @@ void CSignInProxy::ConnectToDashboard(const wchar_t* url, SignInResponse* respon
     case kRedirectNeedsConfirmation:
         request->GetRedirectUrl(response->PortalUrl);
         SetClientMode(response->PortalUrl);
+        if (LeavesTls(m_dashboardUrl, response->PortalUrl)) {
+            FailToConnect(response);
+        }
         break;
     case kStatusOk: Fail(response, L"Already signed in."); break;
     default: FailToConnect(response); break;
@@ -106,6 +116,10 @@ void CSignInProxy::SubmitUserDataToPortal(const wchar_t* userName, const wchar_t
     if (action.empty() || fields.empty()) {
         GetErrorFromSubmitCredentialRequest(reply.c_str(), response->m_errorMessage);
         response->SetSucceeded(false);
+        return;
+    }
+    if (LeavesTls(response->PortalUrl, action)) {
+        FailToConnect(response);
         return;
     }
     response->FormActionUrl = action;
