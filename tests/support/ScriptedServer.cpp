@@ -109,7 +109,7 @@ private:
     using Step = Script::Step;
 
     asio::awaitable<void> Accept();
-    asio::awaitable<void> Serve(tcp::socket socket);
+    asio::awaitable<void> Serve(tcp::socket socket, std::size_t number);
     std::vector<Step> Greeting();
     std::vector<Step> Arrived(Request request);
     asio::steady_timer& Reached(const std::string& gate);
@@ -121,15 +121,16 @@ asio::awaitable<void> ScriptedServer::Impl::Accept() {
     for (;;) {
         auto socket = co_await acceptor.async_accept(use_awaitable);
         socket.set_option(tcp::no_delay(true));
-        asio::co_spawn(io, Serve(std::move(socket)), asio::detached);
-        const std::lock_guard lock(mutex);
-        ++connectionCount;
+        std::unique_lock lock(mutex);
+        const std::size_t number = ++connectionCount;
+        lock.unlock();
+        asio::co_spawn(io, Serve(std::move(socket), number), asio::detached);
     }
 }
 
 /// Does the steps for a new connection, then reads requests and does those for each. An error ends
 /// it.
-asio::awaitable<void> ScriptedServer::Impl::Serve(tcp::socket socket) {
+asio::awaitable<void> ScriptedServer::Impl::Serve(tcp::socket socket, std::size_t number) {
     std::string input;
     const auto take = [&input](std::size_t size) {
         auto bytes = input.substr(0, size);
@@ -160,6 +161,7 @@ asio::awaitable<void> ScriptedServer::Impl::Serve(tcp::socket socket) {
             }
         }
         Request request;
+        request.connection = number;
         request.head = take(co_await asio::async_read_until(socket, asio::dynamic_buffer(input),
                                                             "\r\n\r\n", use_awaitable));
         ParseHead(request);
