@@ -11,6 +11,7 @@
 #include "transport/RequestFlags.h"
 
 #include <memory>
+#include <new>
 #include <string_view>
 
 namespace {
@@ -38,6 +39,13 @@ std::wstring Escape(const wchar_t* text) {
     return BaseHlpr::HttpEscapeW(value.data(), static_cast<unsigned>(value.size()));
 }
 
+/// Whether the way from one address to the next gives up TLS, and with it what is sent there.
+bool LeavesTls(const std::wstring& from, const std::wstring& to) {
+    constexpr const wchar_t* kScheme = L"https:";
+    return BaseHlpr::ToLower(from.c_str()).starts_with(kScheme) &&
+           !BaseHlpr::ToLower(to.c_str()).starts_with(kScheme);
+}
+
 bool Holds(const std::wstring& text, const wchar_t* part) {
     return text.find(part) != std::wstring::npos;
 }
@@ -52,12 +60,17 @@ SignInResponse* CSignInProxy::SignIn(const wchar_t* url, const wchar_t* userName
                                      const wchar_t* password) {
     auto response = std::make_unique<SignInResponse>();
     m_dashboardUrl = url ? url : L"";
-    ConnectToDashboard(m_dashboardUrl.c_str(), response.get());
-    if (response->GetSucceeded()) {
-        SubmitUserDataToPortal(userName, password, response.get());
-    }
-    if (response->GetSucceeded()) {
-        GetFederatedAuthCookie(response.get());
+    try {
+        ConnectToDashboard(m_dashboardUrl.c_str(), response.get());
+        if (response->GetSucceeded()) {
+            SubmitUserDataToPortal(userName, password, response.get());
+        }
+        if (response->GetSucceeded()) {
+            GetFederatedAuthCookie(response.get());
+        }
+    } catch (const std::bad_alloc&) {
+        // A server can send more than memory holds.
+        FailToConnect(response.get());
     }
     return response.release();
 }
@@ -72,6 +85,9 @@ void CSignInProxy::ConnectToDashboard(const wchar_t* url, SignInResponse* respon
     case kRedirectNeedsConfirmation:
         request->GetRedirectUrl(response->PortalUrl);
         SetClientMode(response->PortalUrl);
+        if (LeavesTls(m_dashboardUrl, response->PortalUrl)) {
+            FailToConnect(response);
+        }
         break;
     case kStatusOk: Fail(response, L"Already signed in."); break;
     default: FailToConnect(response); break;
@@ -100,6 +116,10 @@ void CSignInProxy::SubmitUserDataToPortal(const wchar_t* userName, const wchar_t
     if (action.empty() || fields.empty()) {
         GetErrorFromSubmitCredentialRequest(reply.c_str(), response->m_errorMessage);
         response->SetSucceeded(false);
+        return;
+    }
+    if (LeavesTls(response->PortalUrl, action)) {
+        FailToConnect(response);
         return;
     }
     response->FormActionUrl = action;

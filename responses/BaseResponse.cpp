@@ -6,6 +6,7 @@
 #include "support/Xml.h"
 
 #include <cwchar>
+#include <new>
 
 namespace {
 
@@ -35,7 +36,11 @@ std::wstring CBaseResponse::GetServerResponseAsString() const {
 void CBaseResponse::SetServerResponse(const std::vector<char>& bytes, unsigned long status) {
     StoreReply(bytes, status);
     TakeReplyAsText();
-    ParseServerResponse();
+    try {
+        ParseServerResponse();
+    } catch (const std::bad_alloc&) {
+        DropReply();
+    }
 }
 
 std::wstring CBaseResponse::GetServerErrorMessage() const {
@@ -95,6 +100,11 @@ void CBaseResponse::SetErrorCode(double code) {
 void CBaseResponse::StoreReply(const std::vector<char>& bytes, unsigned long status) {
     m_replyBytes.insert(m_replyBytes.end(), bytes.begin(), bytes.end());
     m_statusCode = status;
+}
+
+void CBaseResponse::DropReply() {
+    std::vector<char>().swap(m_replyBytes);
+    ParseServerResponse();
 }
 
 void CBaseResponse::TakeReplyAsText() {

@@ -4,6 +4,8 @@
 #include "responses/ErrorMessages.h"
 #include "support/Files.h"
 
+#include <new>
+
 CDownloadFileResponse::CDownloadFileResponse() {
     InitErrorMaps();
 }
@@ -25,7 +27,11 @@ bool CDownloadFileResponse::IsComplete() const {
 void CDownloadFileResponse::SetServerResponse(const std::vector<char>& bytes,
                                               unsigned long status) {
     StoreReply(bytes, status);
-    ParseServerResponse();
+    try {
+        ParseServerResponse();
+    } catch (const std::bad_alloc&) {
+        DropReply();
+    }
 }
 
 void CDownloadFileResponse::ParseServerResponse() {

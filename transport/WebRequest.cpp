@@ -117,7 +117,11 @@ void WebRequest::GetRequestedData(std::wstring& out) {
     std::vector<char> bytes;
     ReadReply(bytes, true);
     const std::string_view text(bytes.data(), bytes.size());
-    out = Utf8::ToWide(text.substr(0, text.find('\0')));
+    try {
+        out = Utf8::ToWide(text.substr(0, text.find('\0')));
+    } catch (const std::bad_alloc&) {
+        out.clear();
+    }
 }
 
 void WebRequest::GetRequestedData(std::vector<char>& out) {

@@ -56,6 +56,8 @@ protected:
     void SetErrorCode(double code);
     /// Stores a reply without judging it: appends the bytes and sets the status.
     void StoreReply(const std::vector<char>& bytes, unsigned long status);
+    /// Judges what StoreReply has stored as an empty reply: there is no memory for it.
+    void DropReply();
     /// Makes the bytes held count as the reply's text. They are converted when somebody asks.
     void TakeReplyAsText();
     /// True when the reply's text is empty.

@@ -2,12 +2,21 @@
 
 #include "platform/linux/Ascii.h"
 
+#include <charconv>
+#include <cstdint>
+
 namespace platform {
 
 void Reply::AddHeader(std::string_view name, std::string_view value) {
     if (EqualNames(name, "Transfer-Encoding")) {
         hasTransferEncoding = true;
     } else if (EqualNames(name, "Content-Length")) {
+        std::int64_t length = 0;
+        const auto [end, error] =
+            std::from_chars(value.data(), value.data() + value.size(), length);
+        contradictsItself = contradictsItself || error != std::errc() ||
+                            end != value.data() + value.size() || length < 0 ||
+                            (contentLength && *contentLength != value);
         contentLength = value;
     } else if (EqualNames(name, "Location") && !location) {
         location = value;

@@ -11,6 +11,7 @@ struct Reply {
     long status = 0; // 0 while there is none
     bool hasTransferEncoding = false;
     std::optional<std::string> contentLength;
+    bool contradictsItself = false; // announces a length that is none, or two
     std::optional<std::string> location;
 
     void AddHeader(std::string_view name, std::string_view value);

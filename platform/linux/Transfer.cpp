@@ -101,6 +101,11 @@ DWORD Transfer::Send() {
         if (!m_headDone) {
             break;
         }
+        // Whichever end such a reply has, it may be the wrong one.
+        if (m_reply.contradictsItself && !m_reply.hasTransferEncoding) {
+            End(ERROR_HTTP_INVALID_SERVER_RESPONSE);
+            break;
+        }
         const auto target = RedirectTarget(m_exchange, m_reply);
         if (!target) {
             if (m_ended) {
@@ -264,7 +269,8 @@ void Transfer::AddHeaderLine(std::string_view line) {
         long status = 0;
         curl_easy_getinfo(m_channel->Easy(), CURLINFO_RESPONSE_CODE, &status);
         m_reply.status = status;
-        m_headDone = status >= 200; // not an interim reply
+        // Not an interim reply. Nobody asks to switch protocols, so that one is the last too.
+        m_headDone = status >= 200 || status == 101;
     } else if (line.starts_with("HTTP/")) {
         m_reply = {};
     } else if (const std::size_t colon = line.find(':'); colon != std::string_view::npos) {
@@ -327,6 +333,9 @@ void Transfer::DriveUntil(Predicate satisfied) {
 void Transfer::End(DWORD error) noexcept {
     m_ended = true;
     m_error = error;
+    // libcurl keeps the buffers of an exchange that failed early, and then refuses the next one's
+    // settings for them.
+    m_channelSpent = m_channelSpent || error != ERROR_SUCCESS;
 }
 
 void Transfer::ReleaseChannel() noexcept {

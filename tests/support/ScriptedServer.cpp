@@ -99,6 +99,7 @@ public:
 
     std::mutex mutex; // guards what follows
     std::condition_variable changed;
+    Script greeting{mutex};
     std::map<std::string, Turn> turns;
     std::map<std::string, Gate> gates;
     std::vector<Request> requests;
@@ -108,7 +109,8 @@ private:
     using Step = Script::Step;
 
     asio::awaitable<void> Accept();
-    asio::awaitable<void> Serve(tcp::socket socket);
+    asio::awaitable<void> Serve(tcp::socket socket, std::size_t number);
+    std::vector<Step> Greeting();
     std::vector<Step> Arrived(Request request);
     asio::steady_timer& Reached(const std::string& gate);
 
@@ -119,32 +121,23 @@ asio::awaitable<void> ScriptedServer::Impl::Accept() {
     for (;;) {
         auto socket = co_await acceptor.async_accept(use_awaitable);
         socket.set_option(tcp::no_delay(true));
-        asio::co_spawn(io, Serve(std::move(socket)), asio::detached);
-        const std::lock_guard lock(mutex);
-        ++connectionCount;
+        std::unique_lock lock(mutex);
+        const std::size_t number = ++connectionCount;
+        lock.unlock();
+        asio::co_spawn(io, Serve(std::move(socket), number), asio::detached);
     }
 }
 
-/// Reads a request, does the steps scripted for it, reads the next one. An error ends it.
-asio::awaitable<void> ScriptedServer::Impl::Serve(tcp::socket socket) {
+/// Does the steps for a new connection, then reads requests and does those for each. An error ends
+/// it.
+asio::awaitable<void> ScriptedServer::Impl::Serve(tcp::socket socket, std::size_t number) {
     std::string input;
     const auto take = [&input](std::size_t size) {
         auto bytes = input.substr(0, size);
         input.erase(0, size);
         return bytes;
     };
-    for (;;) {
-        Request request;
-        request.head = take(co_await asio::async_read_until(socket, asio::dynamic_buffer(input),
-                                                            "\r\n\r\n", use_awaitable));
-        ParseHead(request);
-        const std::size_t length =
-            std::strtoull(request.Header("Content-Length").c_str(), nullptr, 10);
-        co_await asio::async_read(socket, asio::dynamic_buffer(input),
-                                  asio::transfer_exactly(length - std::min(length, input.size())),
-                                  use_awaitable);
-        request.body = take(length);
-        const auto steps = Arrived(std::move(request));
+    for (auto steps = Greeting();;) {
         for (const auto& step : steps) {
             boost::system::error_code ignored;
             switch (step.kind) {
@@ -167,7 +160,24 @@ asio::awaitable<void> ScriptedServer::Impl::Serve(tcp::socket socket) {
                 co_return;
             }
         }
+        Request request;
+        request.connection = number;
+        request.head = take(co_await asio::async_read_until(socket, asio::dynamic_buffer(input),
+                                                            "\r\n\r\n", use_awaitable));
+        ParseHead(request);
+        const std::size_t length =
+            std::strtoull(request.Header("Content-Length").c_str(), nullptr, 10);
+        co_await asio::async_read(socket, asio::dynamic_buffer(input),
+                                  asio::transfer_exactly(length - std::min(length, input.size())),
+                                  use_awaitable);
+        request.body = take(length);
+        steps = Arrived(std::move(request));
     }
+}
+
+std::vector<ScriptedServer::Script::Step> ScriptedServer::Impl::Greeting() {
+    const std::lock_guard lock(mutex);
+    return greeting.m_steps;
 }
 
 /// Notes a request and finds the script for it, the most exact name first.
@@ -267,6 +277,10 @@ ScriptedServer::~ScriptedServer() = default;
 ScriptedServer::Script& ScriptedServer::On(std::string_view target) {
     const std::lock_guard lock(m_impl->mutex);
     return m_impl->turns[std::string(target)].scripts.emplace_back(m_impl->mutex);
+}
+
+ScriptedServer::Script& ScriptedServer::OnConnect() {
+    return m_impl->greeting;
 }
 
 std::uint16_t ScriptedServer::Port() const {

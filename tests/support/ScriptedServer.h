@@ -34,6 +34,7 @@ public:
         std::string head; ///< request line and headers, with every line end and the empty line
         Headers headers;  ///< in the order sent, names as spelled
         std::string body;
+        std::size_t connection = 0; ///< the number of the connection that it came over
 
         /// The value of the first header of that name (in any letter case), or empty.
         std::string Header(std::string_view name) const;
@@ -95,6 +96,8 @@ public:
     ///
     /// A request without a script is answered with status 599.
     Script& On(std::string_view target);
+    /// Starts the script for connections: what the server does to each before it reads a request.
+    Script& OnConnect();
 
     std::uint16_t Port() const;
     /// The address of `target` on this server, under the given name of this machine.

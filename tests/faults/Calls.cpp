@@ -1,0 +1,153 @@
+#include "tests/faults/Calls.h"
+
+#include "brevint/FolderItem.h"
+#include "brevint/IDownloadFileResponse.h"
+#include "brevint/IGetFolderContentsResponse.h"
+#include "brevint/IPollStatusResponse.h"
+#include "brevint/RepositoryProxy.h"
+#include "brevint/SignInProxy.h"
+#include "brevint/SignInResponse.h"
+#include "brevint/UploadFileResponse.h"
+#include "brevint/WebRequestFactory.h"
+#include "support/Utf8.h"
+#include "tests/library/Helpers.h"
+#include "tests/proxies/ConnectionFailure.h"
+#include "tests/support/AwaitComplete.h"
+
+#include <functional>
+#include <memory>
+#include <string_view>
+
+namespace brevint::test {
+
+namespace {
+
+std::string File() {
+    return ScriptedServer::Pattern(3000);
+}
+
+std::string Document(const std::string& content) {
+    return "<ResponseData>" + content + "</ResponseData>";
+}
+
+/// Code, and the server's words if there are any.
+template <class Response>
+std::string Verdict(const Response& response) {
+    const auto* all = dynamic_cast<const IResponse*>(&response);
+    const auto words = Utf8::ToNarrow(all ? all->GetServerErrorMessage() : L"");
+    return std::to_string(static_cast<int>(response.GetErrorCode())) +
+           (words.empty() ? "" : " \"" + words + '"');
+}
+
+/// Reads a response and deletes it, as a caller does. `result` is what the call is made for.
+template <class Response>
+Outcome Judge(Response* response, const std::function<std::string(Response&)>& result,
+              const char* healthy) {
+    const std::unique_ptr<Response> owner(response);
+    const bool succeeded = response->GetSucceeded();
+    return {succeeded, result(*response) == (succeeded ? healthy : ""), Verdict(*response)};
+}
+
+Outcome List(const std::wstring& service, const std::wstring&) {
+    WebRequestFactory factory;
+    return Judge<IGetFolderContentsResponse>(
+        CRepositoryProxy(&factory).GetFolderContents(service, L"id"),
+        [](auto& response) {
+            std::vector<CFolderItem*> items;
+            response.GetFolderContents(items);
+            std::wstring names;
+            for (CFolderItem* item : items) {
+                names += item->GetName();
+                delete item;
+            }
+            return Utf8::ToNarrow(names);
+        },
+        "ab");
+}
+
+Outcome Poll(const std::wstring& service, const std::wstring&) {
+    WebRequestFactory factory;
+    return Judge<IPollStatusResponse>(
+        CRepositoryProxy(&factory).PollUploadFileStatus(service, L"id"),
+        [](auto& response) { return Utf8::ToNarrow(response.GetItemId()); }, "item");
+}
+
+Outcome Upload(const std::wstring& service, const std::wstring& folder) {
+    WebRequestFactory factory;
+    return Judge<CUploadFileResponse>(
+        CRepositoryProxy(&factory).UploadFile(service, L"id", folder + L"/source"),
+        [](auto& response) { return Utf8::ToNarrow(response.GetJobId()); }, "job");
+}
+
+Outcome Download(const std::wstring& service, const std::wstring& folder) {
+    const auto destination = folder + L"/destination";
+    std::filesystem::remove(FilePath(destination));
+    WebRequestFactory factory;
+    CRepositoryProxy proxy(&factory);
+    const std::unique_ptr<IDownloadFileResponse> response(
+        proxy.DownloadFile(service, L"id", destination));
+    if (!AwaitComplete(*response)) {
+        return {false, false, "never complete"};
+    }
+    const bool exists = std::filesystem::exists(FilePath(destination));
+    const bool whole = exists && ReadFile(destination) == File();
+    const char* disk = whole ? ", whole file" : exists ? ", wrong file" : ", no file";
+    return {response->GetSucceeded(), response->GetSucceeded() ? whole : !exists,
+            Verdict(*response) + disk};
+}
+
+Outcome SignIn(const std::wstring& service, const std::wstring&) {
+    WebRequestFactory factory;
+    CSignInProxy proxy(&factory);
+    const std::unique_ptr<SignInResponse> response(proxy.SignIn(service.c_str(), L"u", L"p"));
+    const bool succeeded = response->GetSucceeded();
+    const std::wstring message = response->GetErrorMessage();
+    return {succeeded,
+            std::wstring_view(response->GetCookie()) ==
+                    (succeeded ? L"FedAuth=a; FedAuth1=b" : L"") &&
+                message.empty() == succeeded,
+            succeeded                               ? "signed in"
+            : message == ConnectionFailure(service) ? "cannot connect"
+                                                    : Utf8::ToNarrow(message)};
+}
+
+const Call kCalls[] = {
+    {"list", List,
+     [] {
+         return Document("<Item><Name>a</Name></Item><Item><Name>b</Name></Item>");
+     }},
+    {"poll", Poll,
+     [] {
+         return Document("<Status>2</Status><Details>item</Details>");
+     }},
+    {"upload", Upload,
+     [] {
+         return Document("<JobId>job</JobId>");
+     }},
+    {"download", Download, File},
+    {"sign-in: service", SignIn, nullptr, 0},
+    {"sign-in: portal", SignIn, nullptr, 1},
+    {"sign-in: cookies", SignIn, nullptr, 2},
+};
+
+} // namespace
+
+std::span<const Call> Calls() {
+    return kCalls;
+}
+
+Healthy HealthyReply(const Call& call, int step, const std::string& next, const std::string& path) {
+    if (call.body) {
+        return {.body = call.body()};
+    }
+    const std::string cookie = "Set-Cookie: FedAuth", scope = "; Path=" + path + '\n';
+    switch (step) {
+    case 0: return {"302 Found", "Location: " + next + "\n", "The portal is elsewhere."};
+    case 1:
+        return {.body = "<html><body><form action='" + next +
+                        "'><input type=hidden name=wa value=b></form></body></html>"};
+    default: return {"200 OK", cookie + "=a" + scope + cookie + "1=b" + scope, "<html>Welcome"};
+    }
+}
+
+} // namespace brevint::test

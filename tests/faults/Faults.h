@@ -1,0 +1,51 @@
+#pragma once
+
+#include "tests/support/ScriptedServer.h"
+
+#include <span>
+#include <string>
+
+namespace brevint::test {
+
+/// One way for a server to misbehave.
+struct Fault {
+    enum class Where {
+        refused, ///< nobody listens
+        unknown, ///< the name has no address
+        connect, ///< as soon as there is a connection
+        request, ///< when a request has come
+    };
+    enum class End { waits, closes, resets };
+    enum class Shows { everywhere, onLinux, nowhere };
+
+    const char* name; ///< goes on as "the server ..."
+    /// What it sends. Line feeds stand for CR LF, and these for parts of the call's healthy reply:
+    /// {head} status line and headers, {body}, {half} of the body, {size} of the body in bytes,
+    /// {more} and {less} a wrong one, {hex} the size as a chunk has it. {refused} is an address.
+    std::string reply;
+    End end = End::waits;
+    Where where = Where::request;
+    int times = 0; ///< after so many replies it ends; 0: never
+    /// Where it shows that what arrives is not the healthy reply. Elsewhere it passes for that.
+    Shows shows = Shows::everywhere;
+    std::size_t piece = 500'000; ///< sends so many bytes at a time
+};
+
+/// The whole and healthy reply to a call.
+struct Healthy {
+    std::string status = "200 OK";
+    std::string headers = {}; ///< lines that end in a line feed
+    std::string body;
+
+    std::string Text() const;
+};
+
+/// All of them.
+std::span<const Fault> Faults();
+
+/// Makes the server do that to a call, whose healthy reply is this. `refused` is an address where
+/// nobody listens.
+void Misbehave(ScriptedServer& server, const Fault& fault, const Healthy& healthy,
+               const std::string& refused);
+
+} // namespace brevint::test

@@ -1,0 +1,36 @@
+#include "tests/faults/Memory.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <limits>
+#include <new>
+
+namespace {
+
+constexpr std::size_t kNoLimit = std::numeric_limits<std::size_t>::max() - 1;
+std::atomic<std::size_t> g_largest = kNoLimit;
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    void* const memory = size <= g_largest ? std::malloc(size + 1) : nullptr;
+    return memory ? memory : throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+namespace brevint::test {
+
+MemoryLimit::MemoryLimit(std::size_t largestAllocation) {
+    g_largest = largestAllocation;
+}
+
+MemoryLimit::~MemoryLimit() {
+    g_largest = kNoLimit;
+}
+
+} // namespace brevint::test

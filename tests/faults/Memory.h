@@ -1,0 +1,14 @@
+#pragma once
+
+#include <cstddef>
+
+namespace brevint::test {
+
+/// Makes larger allocations of this process fail, as long as it lives.
+class MemoryLimit {
+public:
+    explicit MemoryLimit(std::size_t largestAllocation);
+    ~MemoryLimit();
+};
+
+} // namespace brevint::test

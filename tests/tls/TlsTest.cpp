@@ -1,0 +1,145 @@
+#include "tests/platform/Exchange.h"
+#include "tests/support/ScriptedServer.h"
+#include "tests/tls/Trust.h"
+
+#include "brevint/PathResponse.h"
+#include "brevint/RepositoryProxy.h"
+#include "brevint/SignInProxy.h"
+#include "brevint/SignInResponse.h"
+#include "brevint/WebRequestFactory.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace brevint::test {
+namespace {
+
+/// A scripted server behind the TLS fronts that this program is run with.
+class Tls : public testing::Test {
+protected:
+    Tls() { std::ofstream(folder / "port") << server.Port(); }
+
+    std::filesystem::path Certificate(const std::string& front) const {
+        return folder / (front + ".pem");
+    }
+    std::string Url(const std::string& target, const std::string& front = "good") const {
+        std::string port;
+        std::ifstream(folder / (front + ".port")) >> port;
+        return "https://localhost:" + port + target;
+    }
+    std::string PlainUrl(const std::string& target) const {
+        const auto url = server.Url(target, "localhost");
+        return {url.begin(), url.end()};
+    }
+    static std::wstring Wide(const std::string& ascii) { return {ascii.begin(), ascii.end()}; }
+
+    /// The code of a call to the service behind that front, which answers it.
+    double CallCode(const std::string& front = "good") {
+        server.On("/Repository/Items/id/Path")
+            .Reply(200, {}, "<ResponseData><Path>/</Path></ResponseData>");
+        WebRequestFactory factory;
+        return std::unique_ptr<CPathResponse>(
+                   CRepositoryProxy(&factory).GetPath(Wide(Url("", front)), L"id"))
+            ->GetErrorCode();
+    }
+    /// Whether sign-in to that service succeeds.
+    static bool SignsIn(const std::string& service) {
+        WebRequestFactory factory;
+        CSignInProxy proxy(&factory);
+        return std::unique_ptr<SignInResponse>(
+                   proxy.SignIn(Wide(service).c_str(), L"user", L"password"))
+            ->GetSucceeded();
+    }
+
+    const std::filesystem::path folder = std::getenv("BREVINT_TLS");
+    ScriptedServer server;
+};
+
+/// A front whose certificate is not good.
+struct BadFront {
+    const char* name;
+    bool trusted;
+    DWORD error;
+};
+
+class TlsRefuses : public Tls, public testing::WithParamInterface<BadFront> {};
+
+TEST_P(TlsRefuses, ToSendAnything) {
+    const std::string front = GetParam().name;
+    std::optional<Trust> trust;
+    if (GetParam().trusted) {
+        trust.emplace(Certificate(front));
+    }
+    Exchange exchange(Wide(Url("/", front)), {.verb = L"POST", .body = "credentials"});
+    EXPECT_FALSE(exchange.Send());
+    EXPECT_EQ(exchange.SendError(), GetParam().error);
+    EXPECT_EQ(exchange.Status(), 0u);
+    EXPECT_EQ(exchange.ReadAll(), "");
+    EXPECT_EQ(CallCode(front), 1102);
+    EXPECT_FALSE(SignsIn(Url("/app", front)));
+    EXPECT_TRUE(server.Requests().empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Certificate, TlsRefuses,
+    testing::Values(BadFront{"good", false, ERROR_INTERNET_INVALID_CA},
+                    BadFront{"expired", true, ERROR_INTERNET_SEC_CERT_DATE_INVALID},
+                    BadFront{"misnamed", true, ERROR_INTERNET_SEC_CERT_CN_INVALID}),
+    [](const auto& test) { return std::string(test.param.name); });
+
+TEST_F(Tls, IsTrustedAsLongAsItsCertificate) {
+    {
+        const Trust trust(Certificate("good"));
+        EXPECT_EQ(CallCode(), 1101);
+    }
+    EXPECT_EQ(CallCode(), target::kTrustEndsAtOnce ? 1102 : 1101);
+}
+
+TEST_F(Tls, ReachesATrustedServerAndIsNotLeftByARedirect) {
+    const Trust trust(Certificate("good"));
+    server.On("/in").Reply(302, {{"Location", Url("/to")}});
+    server.On("/out").Reply(302, {{"Location", PlainUrl("/plain")}});
+    server.On("/plain").Reply(200);
+    server.On("/to").Reply(200, {}, "private");
+    const auto body = ScriptedServer::Pattern(200000);
+    for (const auto& url : {Url("/to"), Url("/to"), PlainUrl("/in")}) {
+        Exchange exchange(Wide(url), {.verb = L"POST", .body = body});
+        ASSERT_TRUE(exchange.Send());
+        EXPECT_EQ(exchange.ReadAll(), "private");
+    }
+    const auto requests = server.RequestsFor("/to");
+    ASSERT_EQ(requests.size(), 3u);
+    EXPECT_TRUE(requests[1].body == body);
+    EXPECT_EQ(requests[1].connection, requests[0].connection);
+
+    Exchange out(Wide(Url("/out")));
+    EXPECT_EQ(out.Send(), target::kRedirectsLeaveTls);
+    EXPECT_EQ(server.RequestsFor("/plain").size(), target::kRedirectsLeaveTls ? 1u : 0u);
+}
+
+TEST_F(Tls, IsNotLeftBySignIn) {
+    const Trust trust(Certificate("good"));
+    const auto page = [](const std::string& action) {
+        return "<form action='" + action + "'><input type=hidden name=token value=t></form>";
+    };
+    server.On("POST /finish")
+        .Reply(200, {{"Set-Cookie", "FedAuth=a; Path=/"}, {"Set-Cookie", "FedAuth1=b; Path=/"}});
+    server.On("/app").Reply(302, {{"Location", Url("/portal")}});
+    server.On("/portal").Reply(200, {}, page(Url("/finish")));
+    EXPECT_TRUE(SignsIn(Url("/app")));
+    server.On("/to-plain-portal").Reply(302, {{"Location", PlainUrl("/portal")}});
+    server.On("/to-plain-form").Reply(302, {{"Location", Url("/plain-form")}});
+    server.On("/plain-form").Reply(200, {}, page(PlainUrl("/finish")));
+    EXPECT_FALSE(SignsIn(Url("/to-plain-portal")));
+    EXPECT_FALSE(SignsIn(Url("/to-plain-form")));
+    EXPECT_EQ(server.RequestsFor("/finish").size(), 1u);
+    EXPECT_EQ(server.RequestsFor("/portal?mode=VX").size(), 1u);
+}
+
+} // namespace
+} // namespace brevint::test
