@@ -1,5 +1,6 @@
 #include "brevint/brevint.h"
 
+#include "tests/library/Details.h"
 #include "tests/library/Helpers.h"
 
 #include <gtest/gtest.h>
@@ -12,56 +13,6 @@
 
 namespace brevint::test {
 namespace {
-
-// What a caller reads from each response, as one text.
-
-std::wstring Detail(CIdentityResponse& response) {
-    return std::to_wstring(response.GetUserRole()) + L'|' + response.GetUsername() + L'|' +
-           response.GetIdentifyingPartyUrl();
-}
-
-std::wstring Detail(CTemplateResponse& response) {
-    std::vector<CTemplateInfo*> infos;
-    response.GetTemplateMetadata(infos);
-    std::wstring text;
-    for (CTemplateInfo* raw : infos) {
-        const std::unique_ptr<CTemplateInfo> info(raw);
-        text += info->GetName() + L'|' + info->GetId() + L'|' + info->GetKey() + L'|' +
-                info->GetCreated() + L'|' + info->GetCreatedBy() + L'|' + info->GetDescription() +
-                L'|' + info->GetCategory() + L';';
-    }
-    return text;
-}
-
-std::wstring Detail(CGetFolderContentsResponse& response) {
-    std::vector<CFolderItem*> items = {nullptr};
-    response.GetFolderContents(items); // appends
-    std::wstring text;
-    for (CFolderItem* raw : std::span(items).subspan(1)) {
-        const std::unique_ptr<CFolderItem> item(raw);
-        for (const std::wstring& field :
-             {item->GetUniqueId(), item->GetParentId(), item->GetOwnerId(), item->GetName(),
-              item->GetDescription(), item->GetCreated(), item->GetModified(), item->GetSize(),
-              item->GetLockedBy(), item->GetItemType(), item->GetItemTypeDescription()}) {
-            text += field + L'|';
-        }
-        text += item->GetIsLocked() ? L"locked" : L"";
-        text += item->GetIsPublic() ? L"public;" : L";";
-    }
-    return text;
-}
-
-std::wstring Detail(CPathResponse& response) {
-    return response.GetPath();
-}
-
-std::wstring Detail(CJobResponse& response) {
-    return response.GetJobId() + (L'|' + response.GetServerErrorMessage());
-}
-
-std::wstring Detail(CPollStatusResponse& response) {
-    return std::to_wstring(response.GetStatus()) + L'|' + response.GetItemId();
-}
 
 struct Case {
     unsigned long status;
