@@ -1,5 +1,6 @@
 #include "support/Xml.h"
 
+#include "support/MarkupGuard.h"
 #include "support/SimpleXPathHelper.h"
 #include "support/Utf8.h"
 
@@ -41,11 +42,17 @@ void RefuseEntity(void* context, const xmlChar*, int, const xmlChar*, const xmlC
 }
 
 XmlDocPtr ParseStrictly(std::string_view text) {
+    if (!IsProportionate(text, MarkupMode::Strict)) {
+        return nullptr;
+    }
     const std::unique_ptr<xmlParserCtxt, XmlParserFree> context(xmlNewParserCtxt());
     if (!context) {
         return nullptr;
     }
     context->sax->entityDecl = RefuseEntity;
+    // What libxml2 says about declarations goes past the options below.
+    context->vctxt.error = nullptr;
+    context->vctxt.warning = nullptr;
     constexpr int kOptions = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING |
                              XML_PARSE_IGNORE_ENC | XML_PARSE_COMPACT;
     return XmlDocPtr(xmlCtxtReadMemory(context.get(), text.data(), static_cast<int>(text.size()),
@@ -53,6 +60,9 @@ XmlDocPtr ParseStrictly(std::string_view text) {
 }
 
 XmlDocPtr ParseAsHtml(std::string_view text) {
+    if (!IsProportionate(text, MarkupMode::Tolerant)) {
+        return nullptr;
+    }
     constexpr int kOptions = HTML_PARSE_RECOVER | HTML_PARSE_NONET | HTML_PARSE_NOERROR |
                              HTML_PARSE_NOWARNING | HTML_PARSE_IGNORE_ENC;
     return XmlDocPtr(

@@ -7,6 +7,15 @@
 namespace brevint::test {
 namespace {
 
+/// That many times the text, each with its number.
+std::string Numbered(std::size_t count, const std::string& text) {
+    std::string all;
+    for (std::size_t i = 0; i < count; ++i) {
+        all += text + std::to_string(i);
+    }
+    return all;
+}
+
 TEST(PortalForm, IsReadFromEveryPageThatABrowserWouldPost) {
     // Most pages hold this field, and nothing else to post.
     const std::string field = "<input type=hidden name=a value=1>";
@@ -64,6 +73,13 @@ TEST(PortalForm, IsReadFromEveryPageThatABrowserWouldPost) {
         {"<form>" + field + "</form><form action=second>", L""},
         {"<html><body><form action='u'><input type=text name=a><br></form></html>", L"u", L""},
         {"", L"", L""},
+        // Pages that would cost more than they are worth.
+        {"<br><form action='u'" + Numbered(20'000, " a") + "><input type=hidden name=a>", L"", L""},
+        {"<br>" + Numbered(20'000, "<body a") + "<form action='u'>", L"", L""},
+        // Pages that only look so.
+        {"<script>if (a<b" + Numbered(20'000, " && c") + ");</script><form action=u>" + field,
+         L"u"},
+        {"<!-- <a" + Numbered(20'000, " b") + " --><form action=u>" + field, L"u"},
         {"<<<>>&#;<!<!--<?\x01\xFF</<form<input type=", L"", L""},
     };
     for (const auto& test : cases) {

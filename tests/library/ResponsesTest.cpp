@@ -198,14 +198,9 @@ TEST(BaseResponse, JudgesTheReplyByItsTextAlone) {
     } cases[] = {
         {"", 1102},
         {std::string("\0<ResponseData/>", 16), 1102},
-        {"<!DOCTYPE html><html><head><title>502</title></head><body><hr></body></html>", 1104},
-        {"<!DOCTYPE r [<!ENTITY e 'x'>]><ResponseData/>", 1104},
-        {std::string(100'000, '<'), 1104},
         {"<html><body><form/></body></html>", 1101}, // XML is all that is asked
         {"<Other><Message>authorization failed.</Message></Other>", 1101},
         {"<ResponseData/>" + std::string("\0 garbage", 9), 1101},
-        {"\xEF\xBB\xBF<ResponseData/>", 1101},
-        {"<?xml version=\"1.0\" encoding=\"utf-16\"?><ResponseData/>", 1101},
         {"<ResponseData>\xFF\xC3</ResponseData>", 1101}, // U+FFFD by now
         {Reply(""), 1100},
         {Reply("<![CDATA[authorization]]><!-- c --> failed&#46;"), 1, L"authorization failed."},
