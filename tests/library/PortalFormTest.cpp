@@ -1,4 +1,5 @@
 #include "proxies/PortalForm.h"
+#include "tests/library/Helpers.h"
 
 #include <gtest/gtest.h>
 
@@ -6,15 +7,6 @@
 
 namespace brevint::test {
 namespace {
-
-/// That many times the text, each with its number.
-std::string Numbered(std::size_t count, const std::string& text) {
-    std::string all;
-    for (std::size_t i = 0; i < count; ++i) {
-        all += text + std::to_string(i);
-    }
-    return all;
-}
 
 TEST(PortalForm, IsReadFromEveryPageThatABrowserWouldPost) {
     // Most pages hold this field, and nothing else to post.
