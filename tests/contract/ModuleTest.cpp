@@ -1,8 +1,8 @@
-#include "tests/support/Module.h"
 #include "brevint/IDownloadFileResponse.h"
 #include "brevint/IRepositoryProxy.h"
 #include "brevint/InterfaceIds.h"
 #include "brevint/ProxyFactory.h"
+#include "tests/support/Environment.h"
 #include "tests/support/ScriptedServer.h"
 #include "tests/support/TempFolder.h"
 
@@ -44,13 +44,13 @@ TEST(Module, IsLoadedAndFreedOverAndOver) {
         factory->~IProxyFactory();
         UnloadModule(module);
         server.Open(gate); // the platform goes on with what it was doing
-        before = round == 20 ? ThreadsAndHandles() : before;
+        before = round == 20 ? CountHandles() : before;
     }
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(1);
-    while (ThreadsAndHandles() > before && std::chrono::steady_clock::now() < deadline) {
+    while (CountHandles() > before && std::chrono::steady_clock::now() < deadline) {
         std::this_thread::yield();
     }
-    EXPECT_LE(ThreadsAndHandles(), before);
+    EXPECT_LE(CountHandles(), before);
 }
 
 } // namespace
