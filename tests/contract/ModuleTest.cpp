@@ -46,11 +46,13 @@ TEST(Module, IsLoadedAndFreedOverAndOver) {
         server.Open(gate); // the platform goes on with what it was doing
         before = round == 20 ? CountHandles() : before;
     }
+    // Connections that are kept for the next exchange come and go. One left in each round would
+    // be 80.
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(1);
-    while (CountHandles() > before && std::chrono::steady_clock::now() < deadline) {
+    while (CountHandles() > before + 40 && std::chrono::steady_clock::now() < deadline) {
         std::this_thread::yield();
     }
-    EXPECT_LE(CountHandles(), before);
+    EXPECT_LE(CountHandles(), before + 40);
 }
 
 } // namespace
