@@ -58,6 +58,7 @@ set(BREVINT_SOURCES
   support/Files.cpp
   support/HtmlUnescape.cpp
   support/HttpEscape.cpp
+  support/MarkupGuard.cpp
   support/PlatformCookies.cpp
   support/ResourceString.cpp
   support/SimpleXPathHelper.cpp

@@ -1,5 +1,6 @@
 #include "support/Xml.h"
 
+#include "support/MarkupGuard.h"
 #include "support/SimpleXPathHelper.h"
 #include "support/Utf8.h"
 #include "support/XmlElementSink.h"
@@ -89,6 +90,9 @@ void EndElement(void* context, const xmlChar* name, const xmlChar* prefix, const
 }
 
 XmlDocPtr ParseStrictly(std::string_view text, Taking* taking = nullptr) {
+    if (!IsProportionate(text, MarkupMode::Strict)) {
+        return nullptr;
+    }
     const std::unique_ptr<xmlParserCtxt, XmlParserFree> context(xmlNewParserCtxt());
     if (!context) {
         return nullptr;
@@ -98,6 +102,9 @@ XmlDocPtr ParseStrictly(std::string_view text, Taking* taking = nullptr) {
         context->_private = taking;
         context->sax->endElementNs = EndElement;
     }
+    // What libxml2 says about declarations goes past the options below.
+    context->vctxt.error = nullptr;
+    context->vctxt.warning = nullptr;
     constexpr int kOptions = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING |
                              XML_PARSE_IGNORE_ENC | XML_PARSE_COMPACT;
     return XmlDocPtr(
@@ -105,6 +112,9 @@ XmlDocPtr ParseStrictly(std::string_view text, Taking* taking = nullptr) {
 }
 
 XmlDocPtr ParseAsHtml(std::string_view text) {
+    if (!IsProportionate(text, MarkupMode::Tolerant)) {
+        return nullptr;
+    }
     constexpr int kOptions = HTML_PARSE_RECOVER | HTML_PARSE_NONET | HTML_PARSE_NOERROR |
                              HTML_PARSE_NOWARNING | HTML_PARSE_IGNORE_ENC;
     return XmlDocPtr(

@@ -31,6 +31,15 @@ constexpr bool IsDigit(wchar_t c) {
     return c >= L'0' && c <= L'9';
 }
 
+// A control character would end the cookie's line in which the host is a field. An escape would be
+// another host to libcurl, and to its cookies, than to whoever compares names.
+bool IsHost(wstring_view host) {
+    const bool isAddress = host.starts_with(L'[');
+    return !host.empty() && std::ranges::none_of(host, [isAddress](wchar_t c) {
+        return c <= L' ' || c == L'\x7F' || (c == L'%' && !isAddress);
+    });
+}
+
 bool IsSchemeName(wstring_view text) {
     return !text.empty() && IsLetter(text.front()) && std::ranges::all_of(text, [](wchar_t c) {
         return IsLetter(c) || IsDigit(c) || c == L'+' || c == L'-' || c == L'.';
@@ -82,7 +91,7 @@ DWORD CrackUrl(wstring_view url, UrlParts& parts) noexcept {
     const std::size_t hostLength = authority.starts_with(L'[') ? hostEnd + 1 : hostEnd;
     parts.host = authority.substr(0, hostLength);
     authority.remove_prefix(parts.host.size());
-    if (parts.host.empty()) {
+    if (!IsHost(parts.host)) {
         return ERROR_INTERNET_INVALID_URL;
     }
     if (authority.empty() || authority == L":") {

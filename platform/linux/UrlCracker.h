@@ -16,7 +16,8 @@ struct UrlParts {
 };
 
 // Returns ERROR_SUCCESS, ERROR_INTERNET_UNRECOGNIZED_SCHEME for a text without a scheme or
-// ERROR_INTERNET_INVALID_URL for one without a host or with a port that is none.
+// ERROR_INTERNET_INVALID_URL for one without a host, with blanks, controls or escapes in its host,
+// or with a port that is none.
 DWORD CrackUrl(std::wstring_view url, UrlParts& parts) noexcept;
 
 } // namespace platform

@@ -34,6 +34,15 @@ inline std::vector<char> Bytes(std::string_view text) {
     return {text.begin(), text.end()};
 }
 
+/// That many times the text, each with its number and what follows it.
+inline std::string Numbered(int count, const std::string& text, const std::string& after = {}) {
+    std::string all;
+    for (int i = 0; i < count; ++i) {
+        all += text + std::to_string(i) + after;
+    }
+    return all;
+}
+
 /// Gives a response a reply as the transport does.
 inline void Fill(IResponse& response, std::string_view body, unsigned long status = 200) {
     response.SetServerResponse(Bytes(body), status);

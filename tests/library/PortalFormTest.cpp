@@ -1,4 +1,5 @@
 #include "proxies/PortalForm.h"
+#include "tests/library/Helpers.h"
 
 #include <gtest/gtest.h>
 
@@ -64,6 +65,13 @@ TEST(PortalForm, IsReadFromEveryPageThatABrowserWouldPost) {
         {"<form>" + field + "</form><form action=second>", L""},
         {"<html><body><form action='u'><input type=text name=a><br></form></html>", L"u", L""},
         {"", L"", L""},
+        // Pages that would cost more than they are worth.
+        {"<br><form action='u'" + Numbered(20'000, " a") + "><input type=hidden name=a>", L"", L""},
+        {"<br>" + Numbered(20'000, "<body a") + "<form action='u'>", L"", L""},
+        // Pages that only look so.
+        {"<script>if (a<b" + Numbered(20'000, " && c") + ");</script><form action=u>" + field,
+         L"u"},
+        {"<!-- <a" + Numbered(20'000, " b") + " --><form action=u>" + field, L"u"},
         {"<<<>>&#;<!<!--<?\x01\xFF</<form<input type=", L"", L""},
     };
     for (const auto& test : cases) {

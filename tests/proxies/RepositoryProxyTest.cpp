@@ -9,6 +9,7 @@
 #include "brevint/OverwriteFileResponse.h"
 #include "brevint/PathResponse.h"
 #include "brevint/UploadFileResponse.h"
+#include "brevint/WebRequest.h"
 #include "brevint/WebRequestFactory.h"
 #include "support/Utf8.h"
 #include "tests/support/AwaitComplete.h"
@@ -18,9 +19,12 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <map>
 #include <memory>
 
 namespace brevint::test {
@@ -225,6 +229,65 @@ TEST(RepositoryProxy, EndOfTheProxyEndsItsDownloads) {
     EXPECT_EQ(ReadFile(folder.Path(L"done")), "file");
     EXPECT_FALSE(begun->IsComplete() || waiting->IsComplete());
     EXPECT_EQ(ReadFile(folder.Path(L"running")), "(no file)");
+}
+
+TEST(RepositoryProxy, DownloadsManyFilesAtOnce) {
+    const TempFolder folder;
+    const auto content = ScriptedServer::Pattern(200'000);
+    ScriptedServer server;
+    WebRequestFactory factory;
+    CRepositoryProxy proxy(&factory);
+    std::map<std::wstring, std::unique_ptr<IDownloadFileResponse>> files;
+    for (int number = 0; number < 64; ++number) {
+        const auto id = std::to_string(number);
+        server.On("/Repository/Files/" + id).Wait("go").Reply(200, {}, id + content);
+        const auto path = folder.Path(Utf8::ToWide(id));
+        files[path].reset(proxy.DownloadFile(server.Url(""), Utf8::ToWide(id), path));
+    }
+    server.Open("go");
+    for (const auto& [path, response] : files) {
+        ASSERT_TRUE(AwaitComplete(*response));
+        EXPECT_TRUE(ReadFile(path) == ToPath(path).filename().string() + content);
+    }
+}
+
+/// Handle numbers are used again as soon as they are free, so a request that closed a number which
+/// is not its own any more would hurt a request of another thread.
+TEST(RepositoryProxy, ServesEachOfManyThreads) {
+    const TempFolder folder;
+    ScriptedServer server;
+    std::atomic<int> wrong = 0;
+    const auto work = [&](const std::wstring& id) {
+        const auto url = server.Url("");
+        const auto path = folder.Path(id);
+        WebRequestFactory factory;
+        CRepositoryProxy proxy(&factory);
+        for (int round = 0; round < 125; ++round) {
+            wrong += Read(proxy.GetPath(url, id), &CPathResponse::GetPath).detail != id;
+            const std::unique_ptr<IDownloadFileResponse> file(proxy.DownloadFile(url, id, path));
+            wrong += !AwaitComplete(*file) || Utf8::ToWide(ReadFile(path)) != id;
+            wrong += Read(proxy.OverwriteFile(url, id, path), &IJobResponse::GetJobId).detail != id;
+            wrong += Read(proxy.PollUploadFileStatus(url, id), JobState).detail != L"1 " + id;
+            // Handles that come and go without traffic make numbers change hands quickly.
+            for (int opening = 0; opening < 20; ++opening) {
+                WebRequest(url.c_str(), WebRequestTypeGet).Connect(0);
+            }
+        }
+    };
+    std::vector<std::jthread> threads;
+    for (const std::string id : {"a", "b", "c", "d", "e", "f", "g", "h"}) {
+        server.On("GET /Repository/Files/" + id).Reply(200, {}, id);
+        const auto reply = Document("<Path>" + id + "</Path><JobId>" + id +
+                                    "</JobId><Status>2</Status><Details>" + id + "</Details>");
+        for (const auto* target : {"/Items/%/Path", "/Jobs/%", "/Files/%"}) {
+            std::string text = target;
+            server.On("/Repository" + text.replace(text.find('%'), 1, id)).Reply(200, {}, reply);
+        }
+        threads.emplace_back(work, Utf8::ToWide(id));
+    }
+    threads.clear();
+    EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(server.Requests().size(), 8u * 500u);
 }
 
 TEST(RepositoryProxy, CallsInARowShareOneConnection) {

@@ -1,6 +1,7 @@
 #include "tests/support/Environment.h"
 
 #include <cstdlib>
+#include <windows.h>
 
 namespace brevint::test {
 
@@ -11,6 +12,24 @@ void SetVariable(const std::string& name, const std::string& value) {
 // The C runtime takes a variable out when it is set to nothing.
 void ClearVariable(const std::string& name) {
     _putenv_s(name.c_str(), "");
+}
+
+void* LoadModule(const char* name) {
+    return LoadLibraryA(name);
+}
+
+void* FindSymbol(void* module, const char* name) {
+    return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(module), name));
+}
+
+void UnloadModule(void* module) {
+    FreeLibrary(static_cast<HMODULE>(module));
+}
+
+std::size_t CountHandles() {
+    DWORD count = 0;
+    GetProcessHandleCount(GetCurrentProcess(), &count);
+    return count;
 }
 
 } // namespace brevint::test

@@ -1,0 +1,13 @@
+#include "fuzz/Fuzz.h"
+#include "platform/linux/Ascii.h"
+#include "platform/linux/HeaderList.h"
+#include "support/Utf8.h"
+
+void Fuzz(std::string_view input) {
+    platform::HeaderList headers;
+    headers.SetBlock(Utf8::ToWide(input));
+    for (const auto& [name, value] : headers) {
+        Require(!name.empty() && name.find(':') == name.npos && headers.Find(name)->value == value);
+        Require(!platform::HasControls(name + value));
+    }
+}

@@ -1,0 +1,23 @@
+#include "fuzz/Fuzz.h"
+#include "requests/UploadFileRequestInfo.h"
+#include "service/MultipartFile.h"
+#include "tests/library/Helpers.h"
+#include "tests/support/TempFolder.h"
+
+using namespace brevint;
+
+/// A file's name and, on the next lines, its content: what the library sends, the service reads.
+void Fuzz(std::string_view input) {
+    static const test::TempFolder folder;
+    std::wstring name = L"f" + Utf8::ToWide(TakeLine(input).substr(0, 80));
+    std::erase_if(name, [](wchar_t c) { return c < L' ' || c == L'/' || c == L'"'; });
+    const std::wstring path = test::WriteFile(folder.Path(name), input);
+    const CUploadFileRequestInfo info(L"http://host", name, path);
+    std::filesystem::remove(test::FilePath(path));
+    if (input.find("8cdfaf76df000f9") == input.npos) { // the boundary's own letters
+        const std::string type = Utf8::ToNarrow(info.GetHeaders()).substr(14);
+        const std::string_view body(info.GetUploadData().data(), info.GetUploadData().size());
+        const auto file = service::ReadMultipartFile(type.substr(0, type.size() - 2), body);
+        Require(file.name == Utf8::ToNarrow(name) && body.substr(file.offset, file.size) == input);
+    }
+}

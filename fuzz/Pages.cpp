@@ -1,0 +1,11 @@
+#include "fuzz/Fuzz.h"
+#include "proxies/PortalForm.h"
+
+void Fuzz(std::string_view input) {
+    const std::string page(input);
+    GetFormAction(page.c_str());
+    const std::wstring fields = GetHiddenFormData(page.c_str());
+    Require(fields.empty() || (fields.ends_with(L'&') && fields.find(L'=') != std::wstring::npos));
+    std::wstring message = L"unchanged";
+    Require(GetFailureMessage(page.c_str(), message) || message == L"unchanged");
+}

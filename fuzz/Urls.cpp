@@ -1,0 +1,47 @@
+#include "fuzz/Fuzz.h"
+#include "platform/linux/Ascii.h"
+#include "platform/linux/Connection.h"
+#include "platform/linux/Redirect.h"
+#include "platform/linux/RequestTarget.h"
+#include "platform/linux/Url.h"
+#include "platform/linux/UrlCracker.h"
+#include "support/UrlBuilder.h"
+#include "support/Utf8.h"
+
+using namespace platform;
+
+/// What a reply to a request for the URL may lead to.
+static void Redirect(const std::string& url, std::string_view location) {
+    Exchange exchange;
+    exchange.url = url;
+    exchange.headers.Set("Authorization", "secret");
+    Reply reply{302, false, {}, std::string(location)};
+    if (const auto target = RedirectTarget(exchange, reply)) {
+        Require(!HasControls(*target) && target->find_first_of(" #") == target->npos);
+        const bool refused = FollowRedirect(exchange, *target, reply.status) != ERROR_SUCCESS;
+        Require(refused == (url.starts_with("https:") && target->starts_with("http:")));
+        Require(refused || target->starts_with("http://") || target->starts_with("https://"));
+        Require(refused || Origin(url) == Origin(*target) ||
+                !exchange.headers.Find("Authorization"));
+    }
+}
+
+/// A service's address and, on the next line, a path, which is also the Location of a reply.
+void Fuzz(std::string_view input) {
+    const std::wstring base = Utf8::ToWide(TakeLine(input));
+    const std::wstring url = BaseHlpr::BuildUrl(base, Utf8::ToWide(input));
+    UrlParts parts;
+    if (CrackUrl(url, parts) == ERROR_SUCCESS) {
+        const std::string host = Utf8::ToNarrow(parts.host);
+        const std::string target = RequestTarget(parts.path);
+        Require(target.starts_with('/') && !HasControls(target) && target.find(' ') == target.npos);
+        // What is connected to is what was cracked, in libcurl's eyes too, but for addresses.
+        const std::string whole = Connection({}, 0, host, parts.port).Url(true, target);
+        if (Url seen; seen.Resolve(whole)) {
+            const std::string name = seen.Part(CURLUPART_HOST);
+            Require(EqualNames(name, host) || name.find_first_not_of("[:].0123456789abcdef") > 63);
+            Require(seen.Part(CURLUPART_USER).empty());
+            Redirect(whole, TakeLine(input));
+        }
+    }
+}
