@@ -336,6 +336,9 @@ void WebRequest::ReadChunks(std::vector<char>& out, bool asText) {
         DWORD bytesRead = 0;
         const BOOL succeeded =
             InternetReadFile(m_request.get(), out.data() + before, kChunkSize, &bytesRead);
+        if (!succeeded && GetLastError() == ERROR_NOT_ENOUGH_MEMORY) {
+            throw std::bad_alloc(); // the rest has no room there, as it might have had none here
+        }
         if (!succeeded || bytesRead == 0) {
             out.resize(before);
             return;
