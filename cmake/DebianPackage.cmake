@@ -55,10 +55,14 @@ add_custom_target(brevint-service-manual ALL DEPENDS ${folder}/brevint-service.1
 install(FILES ${folder}/brevint-service.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
   COMPONENT runtime)
 
-# Debian compresses manuals, whoever installs them.
+# Debian compresses manuals, whoever installs them, and its zsh looks for completions elsewhere.
 install(CODE [[
-  file(GLOB manuals "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}/share/man/man*/*.[1-9]")
+  set(share "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}/share")
+  file(GLOB manuals "${share}/man/man*/*.[1-9]")
   foreach(manual IN LISTS manuals)
     execute_process(COMMAND gzip -9nf ${manual} COMMAND_ERROR_IS_FATAL ANY)
   endforeach()
+  if(EXISTS ${share}/zsh/site-functions)
+    file(RENAME ${share}/zsh/site-functions ${share}/zsh/vendor-completions)
+  endif()
 ]] COMPONENT runtime)
