@@ -46,7 +46,8 @@ void AddGlobalOptions(CLI::App& app, Options& options) {
     app.add_option("--timeout", options.timeoutSeconds,
                    "Longest time to wait for a call, a transfer or a job, in seconds")
         ->type_name("SECONDS")
-        ->check(CLI::Range(std::uint32_t{1}, std::numeric_limits<std::uint32_t>::max()))
+        ->check(
+            CLI::Range(std::uint32_t{1}, std::numeric_limits<std::uint32_t>::max()).description(""))
         ->capture_default_str();
     app.add_flag("--json", options.json, "Print one JSON document instead of text");
     app.add_flag("--insecure-http", options.insecureHttp,

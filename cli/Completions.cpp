@@ -71,7 +71,7 @@ std::string BashValueCases(const CommandEntry& command, const std::string& patte
 
 // zsh
 
-/// Text within the specification of an option, where brackets and colons mean something.
+/// Text within what _arguments takes for an option, where brackets and colons mean something.
 std::string ZshText(std::string_view text) {
     std::string escaped;
     for (const char c : text) {
@@ -162,7 +162,7 @@ std::string BashCompletion(const std::vector<CommandEntry>& table) {
                      (TakesFiles(command) ? "; compopt -o default" : "") + " ;;\n";
     }
     return kNote + std::string(R"(_brevint() {
-    local word=${COMP_WORDS[COMP_CWORD]} option=${COMP_WORDS[COMP_CWORD - 1]} command= i
+    local word=${COMP_WORDS[COMP_CWORD]} option=${COMP_WORDS[COMP_CWORD - 1]} command='' i
     # Readline takes "=" and ":" for words of their own.
     if [[ $word == = ]]; then
         word=
