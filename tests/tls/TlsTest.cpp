@@ -67,6 +67,10 @@ struct BadFront {
     DWORD error;
 };
 
+void PrintTo(const BadFront& front, std::ostream* out) {
+    *out << front.name;
+}
+
 class TlsRefuses : public Tls, public testing::WithParamInterface<BadFront> {};
 
 TEST_P(TlsRefuses, ToSendAnything) {

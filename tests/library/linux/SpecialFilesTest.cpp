@@ -1,4 +1,5 @@
 #include "brevint/DownloadFileResponse.h"
+#include "requests/UploadFileRequestInfo.h"
 #include "support/Files.h"
 
 #include "tests/library/Helpers.h"
@@ -7,9 +8,11 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <filesystem>
 #include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace brevint::test {
 namespace {
@@ -59,6 +62,52 @@ TEST(SpecialFiles, ThatEndTooEarlyFailTheDownload) {
         EXPECT_EQ(response.GetErrorCode(), 1302);
         EXPECT_EQ(ReadFile(folder.Path(L"file")), std::string(100, 'x'));
     }
+}
+
+std::string Upload(const std::wstring& path) {
+    const auto& body = CUploadFileRequestInfo(L"http://h", L"parent", path).GetUploadData();
+    return {body.begin(), body.end()};
+}
+
+// The kernel tells a size for this file that its content does not have.
+TEST(SpecialFiles, ThatShrinkWhileTheyAreReadAreFilledUp) {
+    const std::wstring path = L"/sys/devices/system/cpu/online";
+    std::string content = ReadFile(path);
+    content.resize(std::filesystem::file_size(FilePath(path)));
+    EXPECT_NE(Upload(path).find("\r\n\r\n" + content + "\r\n--"), std::string::npos);
+}
+
+/// Takes this process's privileges away, if it has any, as long as it lives.
+class Unprivileged {
+public:
+    Unprivileged() { static_cast<void>(seteuid(m_before == 0 ? 65534 : m_before)); }
+    ~Unprivileged() { static_cast<void>(seteuid(m_before)); }
+
+private:
+    const uid_t m_before = geteuid();
+};
+
+TEST(SpecialFiles, ThatTheUserMayNotTouchAreLeftAlone) {
+    const TempFolder folder;
+    const std::wstring kept = WriteFile(folder.Path(L"kept"), "before");
+    namespace fs = std::filesystem;
+    fs::permissions(FilePath(kept), fs::perms::none);
+    fs::permissions(folder.Folder(), fs::perms::owner_read | fs::perms::owner_exec |
+                                         fs::perms::others_read | fs::perms::others_exec);
+    {
+        const Unprivileged user;
+        EXPECT_EQ(Upload(kept), "");
+        for (const std::wstring& path : {kept, folder.Path(L"new")}) {
+            CDownloadFileResponse response;
+            response.SetFileDestination(path);
+            Fill(response, "content");
+            EXPECT_EQ(response.GetErrorCode(), 1302);
+        }
+    }
+    fs::permissions(folder.Folder(), fs::perms::owner_all);
+    fs::permissions(FilePath(kept), fs::perms::owner_read);
+    EXPECT_EQ(ReadFile(kept), "before");
+    EXPECT_FALSE(fs::exists(FilePath(folder.Path(L"new"))));
 }
 
 } // namespace
