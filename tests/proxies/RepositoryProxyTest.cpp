@@ -264,22 +264,27 @@ TEST(RepositoryProxy, ServesEachOfManyThreads) {
         CRepositoryProxy proxy(&factory);
         for (int round = 0; round < 125; ++round) {
             wrong += Read(proxy.GetPath(url, id), &CPathResponse::GetPath).detail != id;
-            const std::unique_ptr<IDownloadFileResponse> file(proxy.DownloadFile(url, id, path));
-            wrong += !AwaitComplete(*file) || Utf8::ToWide(ReadFile(path)) != id;
+            wrong += Read(proxy.GetFolderContents(url, id), ItemNames).detail != id + L';';
             wrong += Read(proxy.OverwriteFile(url, id, path), &IJobResponse::GetJobId).detail != id;
             wrong += Read(proxy.PollUploadFileStatus(url, id), JobState).detail != L"1 " + id;
             // Handles that come and go without traffic make numbers change hands quickly.
-            for (int opening = 0; opening < 20; ++opening) {
+            for (int opening = 0; opening < 5; ++opening) {
                 WebRequest(url.c_str(), WebRequestTypeGet).Connect(0);
+            }
+            if (round % 25 == 0) {
+                const std::unique_ptr<IDownloadFileResponse> file(
+                    proxy.DownloadFile(url, id, path));
+                wrong += !AwaitComplete(*file) || Utf8::ToWide(ReadFile(path)) != id;
             }
         }
     };
     std::vector<std::jthread> threads;
     for (const std::string id : {"a", "b", "c", "d", "e", "f", "g", "h"}) {
         server.On("GET /Repository/Files/" + id).Reply(200, {}, id);
-        const auto reply = Document("<Path>" + id + "</Path><JobId>" + id +
-                                    "</JobId><Status>2</Status><Details>" + id + "</Details>");
-        for (const auto* target : {"/Items/%/Path", "/Jobs/%", "/Files/%"}) {
+        const auto reply =
+            Document("<Path>" + id + "</Path><JobId>" + id + "</JobId><Status>2</Status><Details>" +
+                     id + "</Details><Item><Name>" + id + "</Name></Item>");
+        for (const auto* target : {"/Items/%/Path", "/Items/%/Items", "/Jobs/%", "/Files/%"}) {
             std::string text = target;
             server.On("/Repository" + text.replace(text.find('%'), 1, id)).Reply(200, {}, reply);
         }
@@ -287,7 +292,7 @@ TEST(RepositoryProxy, ServesEachOfManyThreads) {
     }
     threads.clear();
     EXPECT_EQ(wrong, 0);
-    EXPECT_EQ(server.Requests().size(), 8u * 500u);
+    EXPECT_EQ(server.Requests().size(), 8u * (500u + 5u));
 }
 
 TEST(RepositoryProxy, CallsInARowShareOneConnection) {
