@@ -7,6 +7,8 @@ namespace {
 using std::string_view;
 
 constexpr std::size_t kMostAttributes = 256;
+/// A tag that is shorter has fewer attributes: each takes a name, "=" and two quotes at least.
+constexpr std::size_t kShortTag = 4 * kMostAttributes;
 constexpr std::size_t kLongestSubset = 1024;
 /// Where libxml2's HTML parser cuts a name, and takes the rest for the next one.
 constexpr std::size_t kLongestName = 100;
@@ -118,6 +120,9 @@ bool IsProportionate(string_view text, MarkupMode mode) {
             if (!SkipDocumentType(text)) {
                 return false;
             }
+        } else if (strict && text.substr(0, kShortTag).find('<') != string_view::npos) {
+            // Well-formed, a "<" stands behind the tag and not within it.
+            continue;
         } else if (IsLetter(text.front()) || (strict && IsNameCharacter(text.front()))) {
             const auto isTagOf = [=](string_view a, string_view b) {
                 return !strict && (StartsWithWord(text, a) || StartsWithWord(text, b));
