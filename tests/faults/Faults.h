@@ -24,10 +24,9 @@ struct Fault {
     /// {more} and {less} a wrong one, {hex} the size as a chunk has it. {refused} is an address.
     std::string reply;
     End end = End::waits;
-    Where where = Where::request;
-    int times = 0; ///< after so many replies it ends; 0: never
     /// Where it shows that what arrives is not the healthy reply. Elsewhere it passes for that.
     Shows shows = Shows::everywhere;
+    Where where = Where::request;
     std::size_t piece = 500'000; ///< sends so many bytes at a time
 };
 

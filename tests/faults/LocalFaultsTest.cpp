@@ -1,11 +1,10 @@
-#include "tests/faults/Memory.h"
-
 #include "brevint/IDownloadFileResponse.h"
 #include "brevint/RepositoryProxy.h"
 #include "brevint/UploadFileResponse.h"
 #include "brevint/WebRequestFactory.h"
 #include "tests/library/Helpers.h"
 #include "tests/support/AwaitComplete.h"
+#include "tests/support/MemoryLimit.h"
 #include "tests/support/ScriptedServer.h"
 #include "tests/support/TempFolder.h"
 

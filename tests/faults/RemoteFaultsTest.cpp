@@ -1,12 +1,12 @@
 #include "tests/faults/Calls.h"
 #include "tests/faults/Faults.h"
-#include "tests/faults/Memory.h"
 #include "tests/faults/OutcomeTable.h"
 
 #include "brevint/PathResponse.h"
 #include "brevint/RepositoryProxy.h"
 #include "brevint/WebRequestFactory.h"
 #include "tests/library/Helpers.h"
+#include "tests/support/MemoryLimit.h"
 #include "tests/support/RefusedPort.h"
 #include "tests/support/TempFolder.h"
 

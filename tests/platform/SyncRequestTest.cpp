@@ -51,18 +51,6 @@ TEST(SyncRequest, TellsStatusLengthAndBody) {
     }
 }
 
-TEST(SyncRequest, TellsNothingWithoutAReply) {
-    ScriptedServer server;
-    server.On("/fin").Close();
-    server.On("/rst").Reset();
-    for (const auto* target : {"/fin", "/rst"}) {
-        Exchange exchange(server.Url(target));
-        exchange.Send();
-        EXPECT_EQ(exchange.Status(), 0u);
-        EXPECT_EQ(exchange.ReadAll(), "");
-    }
-}
-
 TEST(SyncRequest, FillsEveryReadButTheLast) {
     for (const std::size_t total : {0, 1, 100000, 250000}) {
         SCOPED_TRACE(total);

@@ -1,5 +1,6 @@
 #include "brevint/IRequestInfo.h"
 #include "brevint/WebRequest.h"
+#include "tests/support/MemoryLimit.h"
 #include "tests/transport/RecordingResponse.h"
 #include "tests/transport/fake/FakeInternet.h"
 #include "transport/RequestContext.h"
@@ -284,7 +285,7 @@ TEST(Calls, ReplyLargerThanMemoryIsAnEmptyOne) {
         fake.contentLength = chunks ? std::nullopt : std::optional<DWORD>(4'294'967'295);
         fake.reads.assign(chunks, Pends(kChunk));
         fake.Send();
-        FakeInternet::largestAllocation = 1'000'000;
+        const MemoryLimit limit(1'000'000);
         fake.Run();
         EXPECT_EQ(fake.response->Fillings(), 1);
         EXPECT_EQ(fake.response->Bytes(), "");

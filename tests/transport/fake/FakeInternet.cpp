@@ -3,8 +3,6 @@
 #include "transport/RequestContext.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <new>
 #include <sstream>
 #include <string_view>
 #include <thread>
@@ -105,17 +103,6 @@ void FakeInternet::Tell(DWORD_PTR itsContext, DWORD statusCode, bool succeeded) 
 } // namespace brevint::test
 
 using namespace brevint::test;
-
-void* operator new(std::size_t size) {
-    void* const memory = size <= FakeInternet::largestAllocation ? std::malloc(size + 1) : nullptr;
-    return memory ? memory : throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 DWORD GetLastError() noexcept {
     return t_lastError;

@@ -2,7 +2,6 @@
 
 #include "platform/WinInet.h"
 
-#include <atomic>
 #include <cstdint>
 #include <deque>
 #include <optional>
@@ -30,7 +29,6 @@ public:
     };
 
     FakeInternet() { current = this; }
-    ~FakeInternet() { largestAllocation = SIZE_MAX; }
     FakeInternet(const FakeInternet&) = delete;
 
     // The script.
@@ -58,9 +56,6 @@ public:
     void Complete();
     /// Makes the callback run on this thread, with success as what it tells.
     void Notify(DWORD_PTR itsContext, DWORD statusCode) { Tell(itsContext, statusCode, true); }
-
-    /// operator new of this program fails for more.
-    static inline std::atomic<std::size_t> largestAllocation = SIZE_MAX;
 
     // The platform's side.
     static inline FakeInternet* current = nullptr;

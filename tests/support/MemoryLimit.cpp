@@ -1,4 +1,4 @@
-#include "tests/faults/Memory.h"
+#include "tests/support/MemoryLimit.h"
 
 #include <atomic>
 #include <cstdlib>
@@ -12,8 +12,11 @@ std::atomic<std::size_t> g_largest = kNoLimit;
 
 } // namespace
 
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return size <= g_largest ? std::malloc(size + 1) : nullptr;
+}
 void* operator new(std::size_t size) {
-    void* const memory = size <= g_largest ? std::malloc(size + 1) : nullptr;
+    void* const memory = operator new(size, std::nothrow);
     return memory ? memory : throw std::bad_alloc();
 }
 void operator delete(void* memory) noexcept {
