@@ -65,8 +65,8 @@ TEST(SpecialFiles, ThatEndTooEarlyFailTheDownload) {
 }
 
 std::string Upload(const std::wstring& path) {
-    const auto& body = CUploadFileRequestInfo(L"http://h", L"parent", path).GetUploadData();
-    return {body.begin(), body.end()};
+    const CUploadFileRequestInfo info(L"http://h", L"parent", path);
+    return {info.GetUploadData().begin(), info.GetUploadData().end()};
 }
 
 // The kernel tells a size for this file that its content does not have.
