@@ -20,10 +20,6 @@ namespace {
 
 constexpr std::size_t kLargestAllocation = 1'000'000;
 
-std::string Narrow(const std::wstring& ascii) {
-    return {ascii.begin(), ascii.end()};
-}
-
 /// Whether the fault can be told from a healthy reply on this target.
 bool Shows(const Fault& fault) {
     const bool isLinux = std::string_view(BREVINT_TARGET) == "Linux";

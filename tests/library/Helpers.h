@@ -43,6 +43,11 @@ inline std::string Numbered(int count, const std::string& text, const std::strin
     return all;
 }
 
+/// A reply of the service with that content.
+inline std::string Document(const std::string& content) {
+    return "<ResponseData>" + content + "</ResponseData>";
+}
+
 /// Gives a response a reply as the transport does.
 inline void Fill(IResponse& response, std::string_view body, unsigned long status = 200) {
     response.SetServerResponse(Bytes(body), status);

@@ -15,10 +15,6 @@ namespace {
 using Headers = ScriptedServer::Headers;
 using Response = std::unique_ptr<SignInResponse>;
 
-std::string Narrow(const std::wstring& ascii) {
-    return {ascii.begin(), ascii.end()};
-}
-
 /// Makes requests that touch no network: each is answered with the same redirect.
 struct RedirectingRequests final : IRequestFactory {
     struct Request : WebRequest {
