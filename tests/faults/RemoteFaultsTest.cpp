@@ -2,9 +2,7 @@
 #include "tests/faults/Faults.h"
 #include "tests/faults/OutcomeTable.h"
 
-#include "brevint/PathResponse.h"
-#include "brevint/RepositoryProxy.h"
-#include "brevint/WebRequestFactory.h"
+#include "brevint/brevint.h"
 #include "tests/library/Helpers.h"
 #include "tests/support/MemoryLimit.h"
 #include "tests/support/RefusedPort.h"

@@ -5,12 +5,9 @@
 
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace brevint::test {
 namespace {
-
-using Headers = ScriptedServer::Headers;
 
 TEST(SyncRequest, TellsStatusLengthAndBody) {
     struct Case {

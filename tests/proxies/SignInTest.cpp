@@ -1,7 +1,4 @@
-#include "brevint/SignInProxy.h"
-#include "brevint/SignInResponse.h"
-#include "brevint/WebRequest.h"
-#include "brevint/WebRequestFactory.h"
+#include "brevint/brevint.h"
 #include "tests/proxies/ConnectionFailure.h"
 #include "tests/support/ScriptedServer.h"
 
