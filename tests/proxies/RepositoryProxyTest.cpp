@@ -130,9 +130,9 @@ TEST(RepositoryProxy, OperationsOnTheWireAndTheirReplies) {
 
             EXPECT_EQ(test.call(proxy, server.Url("/app/"), wideId).code, 1103);
             EXPECT_EQ(server.Requests().at(1).target, request.target) << "one slash in between";
+            EXPECT_EQ(server.ConnectionCount(), 1u) << "calls in a row share it";
             test.call(proxy, server.Url("/app"), wideId);
             EXPECT_EQ(server.RequestsFor("/elsewhere").size(), test.followsRedirects ? 1u : 0u);
-            EXPECT_EQ(server.ConnectionCount(), 1u) << "calls in a row share it";
             for (const std::wstring& nowhere : {refused.Url(), std::wstring()}) {
                 EXPECT_EQ(test.call(proxy, nowhere, wideId).code, 1102);
             }
