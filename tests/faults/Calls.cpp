@@ -1,15 +1,7 @@
 #include "tests/faults/Calls.h"
 
-#include "brevint/FolderItem.h"
-#include "brevint/IDownloadFileResponse.h"
-#include "brevint/IGetFolderContentsResponse.h"
-#include "brevint/IPollStatusResponse.h"
-#include "brevint/RepositoryProxy.h"
-#include "brevint/SignInProxy.h"
-#include "brevint/SignInResponse.h"
-#include "brevint/UploadFileResponse.h"
-#include "brevint/WebRequestFactory.h"
-#include "support/Utf8.h"
+#include "brevint/brevint.h"
+#include "tests/library/Details.h"
 #include "tests/library/Helpers.h"
 #include "tests/proxies/ConnectionFailure.h"
 #include "tests/support/AwaitComplete.h"
@@ -22,17 +14,10 @@ namespace brevint::test {
 
 namespace {
 
-std::string File() {
-    return ScriptedServer::Pattern(3000);
-}
-
-std::string Document(const std::string& content) {
-    return "<ResponseData>" + content + "</ResponseData>";
-}
+const std::string kFile = ScriptedServer::Pattern(3000);
 
 /// Code, and the server's words if there are any.
-template <class Response>
-std::string Verdict(const Response& response) {
+std::string Verdict(const IReadOnlyResponse& response) {
     const auto* all = dynamic_cast<const IResponse*>(&response);
     const auto words = Utf8::ToNarrow(all ? all->GetServerErrorMessage() : L"");
     return std::to_string(static_cast<int>(response.GetErrorCode())) +
@@ -40,43 +25,29 @@ std::string Verdict(const Response& response) {
 }
 
 /// Reads a response and deletes it, as a caller does. `result` is what the call is made for.
-template <class Response>
-Outcome Judge(Response* response, const std::function<std::string(Response&)>& result,
-              const char* healthy) {
+template <class Response, class Result>
+Outcome Judge(Response* response, Result result, const wchar_t* healthy) {
     const std::unique_ptr<Response> owner(response);
     const bool succeeded = response->GetSucceeded();
-    return {succeeded, result(*response) == (succeeded ? healthy : ""), Verdict(*response)};
+    const std::wstring brought = std::invoke(result, *response);
+    return {succeeded, brought == (succeeded ? healthy : L""), Verdict(*response)};
 }
 
 Outcome List(const std::wstring& service, const std::wstring&) {
     WebRequestFactory factory;
-    return Judge<IGetFolderContentsResponse>(
-        CRepositoryProxy(&factory).GetFolderContents(service, L"id"),
-        [](auto& response) {
-            std::vector<CFolderItem*> items;
-            response.GetFolderContents(items);
-            std::wstring names;
-            for (CFolderItem* item : items) {
-                names += item->GetName();
-                delete item;
-            }
-            return Utf8::ToNarrow(names);
-        },
-        "ab");
+    return Judge(CRepositoryProxy(&factory).GetFolderContents(service, L"id"), ItemNames, L"a;b;");
 }
 
 Outcome Poll(const std::wstring& service, const std::wstring&) {
     WebRequestFactory factory;
-    return Judge<IPollStatusResponse>(
-        CRepositoryProxy(&factory).PollUploadFileStatus(service, L"id"),
-        [](auto& response) { return Utf8::ToNarrow(response.GetItemId()); }, "item");
+    return Judge(CRepositoryProxy(&factory).PollUploadFileStatus(service, L"id"),
+                 &IPollStatusResponse::GetItemId, L"item");
 }
 
 Outcome Upload(const std::wstring& service, const std::wstring& folder) {
     WebRequestFactory factory;
-    return Judge<CUploadFileResponse>(
-        CRepositoryProxy(&factory).UploadFile(service, L"id", folder + L"/source"),
-        [](auto& response) { return Utf8::ToNarrow(response.GetJobId()); }, "job");
+    return Judge(CRepositoryProxy(&factory).UploadFile(service, L"id", folder + L"/source"),
+                 &IJobResponse::GetJobId, L"job");
 }
 
 Outcome Download(const std::wstring& service, const std::wstring& folder) {
@@ -90,7 +61,7 @@ Outcome Download(const std::wstring& service, const std::wstring& folder) {
         return {false, false, "never complete"};
     }
     const bool exists = std::filesystem::exists(FilePath(destination));
-    const bool whole = exists && ReadFile(destination) == File();
+    const bool whole = exists && ReadFile(destination) == kFile;
     const char* disk = whole ? ", whole file" : exists ? ", wrong file" : ", no file";
     return {response->GetSucceeded(), response->GetSucceeded() ? whole : !exists,
             Verdict(*response) + disk};
@@ -111,23 +82,15 @@ Outcome SignIn(const std::wstring& service, const std::wstring&) {
                                                     : Utf8::ToNarrow(message)};
 }
 
+const std::string kItems = "<Item><Name>a</Name></Item><Item><Name>b</Name></Item>";
 const Call kCalls[] = {
-    {"list", List,
-     [] {
-         return Document("<Item><Name>a</Name></Item><Item><Name>b</Name></Item>");
-     }},
-    {"poll", Poll,
-     [] {
-         return Document("<Status>2</Status><Details>item</Details>");
-     }},
-    {"upload", Upload,
-     [] {
-         return Document("<JobId>job</JobId>");
-     }},
-    {"download", Download, File},
-    {"sign-in: service", SignIn, nullptr, 0},
-    {"sign-in: portal", SignIn, nullptr, 1},
-    {"sign-in: cookies", SignIn, nullptr, 2},
+    {"list", List, Document(kItems)},
+    {"poll", Poll, Document("<Status>2</Status><Details>item</Details>")},
+    {"upload", Upload, Document("<JobId>job</JobId>")},
+    {"download", Download, kFile},
+    {"sign-in: service", SignIn, "", 0},
+    {"sign-in: portal", SignIn, "", 1},
+    {"sign-in: cookies", SignIn, "", 2},
 };
 
 } // namespace
@@ -137,8 +100,8 @@ std::span<const Call> Calls() {
 }
 
 Healthy HealthyReply(const Call& call, int step, const std::string& next, const std::string& path) {
-    if (call.body) {
-        return {.body = call.body()};
+    if (!call.body.empty()) {
+        return {.body = call.body};
     }
     const std::string cookie = "Set-Cookie: FedAuth", scope = "; Path=" + path + '\n';
     switch (step) {

@@ -20,8 +20,8 @@ struct Call {
     const char* name;
     /// Makes the call to a service at that address. `folder` holds a file "source".
     Outcome (*make)(const std::wstring& service, const std::wstring& folder);
-    /// The body of its healthy reply. Null for the steps of sign-in.
-    std::string (*body)();
+    /// The body of its healthy reply. Empty for the steps of sign-in.
+    std::string body;
     /// Which exchange of the call the fault is in.
     int step = 0;
 };

@@ -1,7 +1,4 @@
-#include "brevint/IDownloadFileResponse.h"
-#include "brevint/RepositoryProxy.h"
-#include "brevint/UploadFileResponse.h"
-#include "brevint/WebRequestFactory.h"
+#include "brevint/brevint.h"
 #include "tests/library/Helpers.h"
 #include "tests/support/AwaitComplete.h"
 #include "tests/support/MemoryLimit.h"

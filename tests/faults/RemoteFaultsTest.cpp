@@ -2,9 +2,7 @@
 #include "tests/faults/Faults.h"
 #include "tests/faults/OutcomeTable.h"
 
-#include "brevint/PathResponse.h"
-#include "brevint/RepositoryProxy.h"
-#include "brevint/WebRequestFactory.h"
+#include "brevint/brevint.h"
 #include "tests/library/Helpers.h"
 #include "tests/support/MemoryLimit.h"
 #include "tests/support/RefusedPort.h"
@@ -19,10 +17,6 @@ namespace brevint::test {
 namespace {
 
 constexpr std::size_t kLargestAllocation = 1'000'000;
-
-std::string Narrow(const std::wstring& ascii) {
-    return {ascii.begin(), ascii.end()};
-}
 
 /// Whether the fault can be told from a healthy reply on this target.
 bool Shows(const Fault& fault) {

@@ -79,4 +79,16 @@ inline std::wstring Detail(CPollStatusResponse& response) {
     return std::to_wstring(response.GetStatus()) + L'|' + response.GetItemId();
 }
 
+/// The names of the listed items, each with a semicolon.
+inline std::wstring ItemNames(IGetFolderContentsResponse& response) {
+    std::vector<CFolderItem*> items;
+    response.GetFolderContents(items);
+    std::wstring names;
+    for (CFolderItem* item : items) {
+        names += item->GetName() + L';';
+        delete item;
+    }
+    return names;
+}
+
 } // namespace brevint::test

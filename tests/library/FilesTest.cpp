@@ -1,9 +1,5 @@
 #include "support/Files.h"
-#include "brevint/DownloadFileResponse.h"
-#include "brevint/LocalDownloadFileResponse.h"
-#include "brevint/LocalResponse.h"
-#include "brevint/RepositoryProxy.h"
-#include "brevint/WebRequestFactory.h"
+#include "brevint/brevint.h"
 #include "requests/OverwriteFileRequestInfo.h"
 #include "requests/UploadFileRequestInfo.h"
 
@@ -70,11 +66,7 @@ TEST_F(Files, AreUploadedByteForByte) {
     for (const auto& test : cases) {
         SCOPED_TRACE(test.name);
         const std::wstring path = WriteFile(folder.Path(test.name), test.content);
-        ExpectBody(path, "-----------------------8cdfaf76df000f9\r\n"
-                         "Content-Disposition: form-data; name=\"file\"; filename=\"" +
-                             test.sentName +
-                             "\"\r\nContent-Type: application/octet-stream\r\n\r\n" + test.content +
-                             "\r\n-----------------------8cdfaf76df000f9--\r\n");
+        ExpectBody(path, Multipart(test.sentName, test.content));
         EXPECT_TRUE(std::filesystem::remove(FilePath(path))); // closed, so that Windows lets it go
     }
     const std::wstring large = WriteFile(folder.Path(L"large"), "x");

@@ -43,6 +43,20 @@ inline std::string Numbered(int count, const std::string& text, const std::strin
     return all;
 }
 
+/// A reply of the service with that content.
+inline std::string Document(const std::string& content) {
+    return "<ResponseData>" + content + "</ResponseData>";
+}
+
+inline const std::string kBoundary = "---------------------8cdfaf76df000f9";
+
+/// The body that brings the service a file.
+inline std::string Multipart(const std::string& name, const std::string& content) {
+    return "--" + kBoundary + "\r\nContent-Disposition: form-data; name=\"file\"; filename=\"" +
+           name + "\"\r\nContent-Type: application/octet-stream\r\n\r\n" + content + "\r\n--" +
+           kBoundary + "--\r\n";
+}
+
 /// Gives a response a reply as the transport does.
 inline void Fill(IResponse& response, std::string_view body, unsigned long status = 200) {
     response.SetServerResponse(Bytes(body), status);

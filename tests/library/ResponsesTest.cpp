@@ -6,10 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <initializer_list>
-#include <memory>
 #include <span>
 #include <string>
-#include <vector>
 
 namespace brevint::test {
 namespace {

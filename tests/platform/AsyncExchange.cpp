@@ -100,7 +100,7 @@ void AsyncExchange::Completed(const INTERNET_ASYNC_RESULT& result) {
     bool goesOn = false;
     if (!m_closing) {
         if (completions == 1) {
-            m_result.status = QueryStatus(m_request);
+            m_result.status = QueryNumber(m_request, HTTP_QUERY_STATUS_CODE).value_or(0);
         }
         goesOn = (completions == 1 ? succeeded : TakeBytes(succeeded)) && Read();
     }
@@ -115,12 +115,9 @@ void AsyncExchange::Completed(const INTERNET_ASYNC_RESULT& result) {
 /// one is pending, whose completion may already be at work elsewhere.
 bool AsyncExchange::Read() {
     do {
-        auto size = m_readSize;
-        if (size == 0) {
-            DWORD length = sizeof size;
-            HttpQueryInfoW(m_request, HTTP_QUERY_CONTENT_LENGTH | HTTP_QUERY_FLAG_NUMBER, &size,
-                           &length, nullptr);
-        }
+        const DWORD size = m_readSize != 0
+                               ? m_readSize
+                               : QueryNumber(m_request, HTTP_QUERY_CONTENT_LENGTH).value_or(0);
         m_buffer.resize(size);
         m_count = 0;
         if (!InternetReadFile(m_request, m_buffer.data(), size, &m_count)) {

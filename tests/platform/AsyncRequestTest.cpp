@@ -71,31 +71,7 @@ TEST(AsyncRequest, ReadOfWhatIsThereMayFinishAtOnce) {
     EXPECT_EQ(exchange.AwaitEnd().readsAtOnce > 0, target::kReadsMayFinishAtOnce);
 }
 
-TEST(AsyncRequest, BrokenExchangeEndsWithWhatItHas) {
-    ScriptedServer server;
-    server.On("/hang-up").Close();
-    server.On("/break").Reset();
-    server.On("/short").Head(200, {{"Content-Length", "1000"}}).SendPattern(300).Close();
-    server.On("/broken")
-        .Head(200, {{"Content-Length", "1000"}})
-        .SendPattern(300)
-        .Wait("go")
-        .Reset();
-    const struct {
-        const char* target;
-        DWORD status;
-    } cases[] = {{"/hang-up", 0}, {"/break", 0}, {"/short", 200}, {"/broken", 200}};
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.target);
-        AsyncExchange exchange(server.Url(test.target), {}, 100000);
-        exchange.onCompletion = [&](std::size_t) {
-            server.Open("go");
-        };
-        exchange.Send();
-        EXPECT_EQ(exchange.AwaitEnd().status, test.status);
-        EXPECT_TRUE(exchange.AwaitEnd().body ==
-                    ScriptedServer::Pattern(test.status == 0 ? 0 : 300));
-    }
+TEST(AsyncRequest, RefusedConnectionIsToldByTheCompletion) {
     const RefusedPort port;
     AsyncExchange refused(port.Url());
     EXPECT_FALSE(refused.Send());

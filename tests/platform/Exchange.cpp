@@ -52,12 +52,12 @@ bool SendRequest(HINTERNET request, RequestSetup& setup) {
                             static_cast<DWORD>(setup.body.size())) != FALSE;
 }
 
-DWORD QueryStatus(HINTERNET request) {
-    DWORD status = 0;
-    DWORD size = sizeof status;
-    HttpQueryInfoW(request, HTTP_QUERY_STATUS_CODE | HTTP_QUERY_FLAG_NUMBER, &status, &size,
-                   nullptr);
-    return status;
+std::optional<DWORD> QueryNumber(HINTERNET request, DWORD header) {
+    DWORD number = 0;
+    DWORD size = sizeof number;
+    const bool found =
+        HttpQueryInfoW(request, header | HTTP_QUERY_FLAG_NUMBER, &number, &size, nullptr) != FALSE;
+    return found ? std::optional(number) : std::nullopt;
 }
 
 std::vector<std::string> Chunks(const std::string& body, std::size_t size) {
@@ -75,16 +75,6 @@ bool Exchange::Send() {
     const auto sent = SendRequest(Request(), m_setup);
     m_sendError = sent ? 0 : GetLastError();
     return sent;
-}
-
-std::optional<DWORD> Exchange::Length() const {
-    DWORD length = 0;
-    DWORD size = sizeof length;
-    if (!HttpQueryInfoW(Request(), HTTP_QUERY_CONTENT_LENGTH | HTTP_QUERY_FLAG_NUMBER, &length,
-                        &size, nullptr)) {
-        return std::nullopt;
-    }
-    return length;
 }
 
 Exchange::ReadResult Exchange::Read(DWORD size) const {

@@ -49,8 +49,8 @@ RequestHandles OpenRequest(const std::wstring& url, const RequestSetup& setup,
 /// HttpSendRequestW with the setup's headers and body, which must live until the send completes.
 bool SendRequest(HINTERNET request, RequestSetup& setup);
 
-/// The reply's status, 0 when there is none.
-DWORD QueryStatus(HINTERNET request);
+/// A header of the reply that is a number; nothing when the query fails.
+std::optional<DWORD> QueryNumber(HINTERNET request, DWORD header);
 
 /// The body cut into chunks of that size.
 std::vector<std::string> Chunks(const std::string& body, std::size_t size);
@@ -72,9 +72,8 @@ public:
     /// The last error of a failed Send.
     DWORD SendError() const { return m_sendError; }
 
-    DWORD Status() const { return QueryStatus(Request()); }
-    /// The announced length; nothing when the query fails.
-    std::optional<DWORD> Length() const;
+    /// The reply's status, 0 when there is none.
+    DWORD Status() const { return QueryNumber(Request(), HTTP_QUERY_STATUS_CODE).value_or(0); }
 
     ReadResult Read(DWORD size) const;
     /// Reads in calls of 100000 bytes until one fails or brings nothing.

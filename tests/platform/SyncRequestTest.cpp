@@ -5,12 +5,9 @@
 
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace brevint::test {
 namespace {
-
-using Headers = ScriptedServer::Headers;
 
 TEST(SyncRequest, TellsStatusLengthAndBody) {
     struct Case {
@@ -29,15 +26,10 @@ TEST(SyncRequest, TellsStatusLengthAndBody) {
         {"unauthorized",
          "401 No\r\nWWW-Authenticate: Basic realm=\"r\"\r\nContent-Length: 2\r\n\r\nno", 401, 2,
          "no"},
-        {"interim reply", "100 Continue\r\n\r\nHTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\nhello",
-         200, 5, "hello"},
         {"largest length", "200 OK\r\nContent-Length: 4294967295\r\n\r\n", 200, 4294967295, "",
          L"HEAD"},
         {"length past 32 bits", "200 OK\r\nContent-Length: 4294967301\r\n\r\n", 200, std::nullopt,
          "", L"HEAD"},
-        // What is compressed stays so.
-        {"encoded", "200 OK\r\nContent-Encoding: gzip\r\nContent-Length: 4\r\n\r\n\x1f\x8b!!", 200,
-         4, "\x1f\x8b!!"},
     };
     for (const auto& test : cases) {
         SCOPED_TRACE(test.name);
@@ -46,7 +38,7 @@ TEST(SyncRequest, TellsStatusLengthAndBody) {
         Exchange exchange(server.Url("/"), {.verb = test.verb});
         EXPECT_TRUE(exchange.Send());
         EXPECT_EQ(exchange.Status(), test.status);
-        EXPECT_EQ(exchange.Length(), test.length);
+        EXPECT_EQ(QueryNumber(exchange.Request(), HTTP_QUERY_CONTENT_LENGTH), test.length);
         EXPECT_EQ(exchange.ReadAll(), test.body);
     }
 }

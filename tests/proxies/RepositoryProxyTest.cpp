@@ -1,28 +1,15 @@
-#include "brevint/RepositoryProxy.h"
-#include "brevint/CheckInOutResponse.h"
-#include "brevint/DeleteResponse.h"
-#include "brevint/DownloadFileResponse.h"
-#include "brevint/FolderItem.h"
-#include "brevint/ICreateFolderResponse.h"
-#include "brevint/IGetFolderContentsResponse.h"
-#include "brevint/IPollStatusResponse.h"
-#include "brevint/OverwriteFileResponse.h"
-#include "brevint/PathResponse.h"
-#include "brevint/UploadFileResponse.h"
-#include "brevint/WebRequest.h"
-#include "brevint/WebRequestFactory.h"
-#include "support/Utf8.h"
+#include "brevint/brevint.h"
+#include "tests/library/Details.h"
+#include "tests/library/Helpers.h"
 #include "tests/support/AwaitComplete.h"
 #include "tests/support/RefusedPort.h"
 #include "tests/support/ScriptedServer.h"
 #include "tests/support/TempFolder.h"
 
+#include <boost/algorithm/string/replace.hpp>
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <chrono>
-#include <filesystem>
-#include <fstream>
 #include <functional>
 #include <map>
 #include <memory>
@@ -33,23 +20,6 @@ namespace {
 constexpr const wchar_t* kFileName = L"\u00DCberblick \u2014 \u6982\u8981.txt";
 constexpr const char* kFileNameUtf8 = "\xC3\x9C"
                                       "berblick \xE2\x80\x94 \xE6\xA6\x82\xE8\xA6\x81.txt";
-constexpr const char* kMultipart =
-    "multipart/form-data; boundary=---------------------8cdfaf76df000f9";
-
-std::filesystem::path ToPath(const std::wstring& path) {
-    const auto utf8 = Utf8::ToNarrow(path);
-    return std::u8string(utf8.begin(), utf8.end());
-}
-
-std::wstring WriteFile(const std::wstring& path, const std::string& content) {
-    std::ofstream(ToPath(path), std::ios::binary) << content;
-    return path;
-}
-
-std::string ReadFile(const std::wstring& path) {
-    std::ifstream file(ToPath(path), std::ios::binary);
-    return file ? std::string(std::istreambuf_iterator<char>(file), {}) : "(no file)";
-}
 
 /// What a caller reads from a response.
 struct Result {
@@ -74,127 +44,125 @@ std::wstring JobState(IPollStatusResponse& response) {
     return std::to_wstring(response.GetStatus()) + L' ' + response.GetItemId();
 }
 
-std::wstring ItemNames(IGetFolderContentsResponse& response) {
-    std::vector<CFolderItem*> items;
-    response.GetFolderContents(items);
-    std::wstring names;
-    for (CFolderItem* item : items) {
-        names += item->GetName() + L';';
-        delete item;
-    }
-    return names;
-}
-
-std::string Document(const std::string& content) {
-    return "<ResponseData>" + content + "</ResponseData>";
-}
-
-std::string Multipart(const std::string& content) {
-    const std::string boundary = "---------------------8cdfaf76df000f9";
-    return "--" + boundary + "\r\nContent-Disposition: form-data; name=\"file\"; filename=\"" +
-           kFileNameUtf8 + "\"\r\nContent-Type: application/octet-stream\r\n\r\n" + content +
-           "\r\n--" + boundary + "--\r\n";
-}
-
 TEST(RepositoryProxy, OperationsOnTheWireAndTheirReplies) {
     const TempFolder folder;
     const std::string content("file\0\r\n\xFF content", 16);
     const auto path = WriteFile(folder.Path(kFileName), content);
+    const auto file = Multipart(kFileNameUtf8, content);
     using Proxy = CRepositoryProxy;
-    using Url = const std::wstring&;
+    using Text = const std::wstring&;
     struct Case {
-        std::function<Result(Proxy&, Url)> call;
-        const char* request; ///< verb and target
+        std::function<Result(Proxy&, Text url, Text id)> call;
+        std::string request; ///< verb and target, in which "$" stands for the identifier
         std::string body;
         std::string reply;
         std::wstring detail; ///< what the success brings
+        bool followsRedirects = false;
     };
     const Case cases[] = {
-        {[](Proxy& to, Url url) { return Read(to.CheckOut(url, L"i/1?")); },
-         "PUT /app/Repository/Items/i/1?/Locked", R"({"ItemId":"i/1?","Locked":true})", "", L""},
-        {[](Proxy& to, Url url) { return Read(to.CheckIn(url, L"i1")); },
-         "PUT /app/Repository/Items/i1/Locked", R"({"ItemId":"i1","Locked":false})",
+        {[](Proxy& p, Text url, Text id) { return Read(p.CheckOut(url, id)); },
+         "PUT /app/Repository/Items/$/Locked", R"({"ItemId":"$","Locked":true})", "", L""},
+        {[](Proxy& p, Text url, Text id) { return Read(p.CheckIn(url, id)); },
+         "PUT /app/Repository/Items/$/Locked", R"({"ItemId":"$","Locked":false})",
          "<Message>Item already checked in.</Message>", L""},
-        {[&](Proxy& to, Url url) {
-             return Read(to.OverwriteFile(url, L"f1", path), &IJobResponse::GetJobId);
+        {[&](Proxy& p, Text url, Text id) {
+             return Read(p.OverwriteFile(url, id, path), &IJobResponse::GetJobId);
          },
-         "PUT /app/Repository/Files/f1", Multipart(content), "<JobId>j1</JobId>", L"j1"},
-        {[&](Proxy& to, Url url) {
-             return Read(to.UploadFile(url, L"p1", path), &IJobResponse::GetJobId);
+         "PUT /app/Repository/Files/$", file, "<JobId>j1</JobId>", L"j1"},
+        {[&](Proxy& p, Text url, Text id) {
+             return Read(p.UploadFile(url, id, path), &IJobResponse::GetJobId);
          },
-         "POST /app/Repository/Items/p1/Files", Multipart(content), "<JobId>j2</JobId>", L"j2"},
-        {[](Proxy& to, Url url) { return Read(to.GetFolderContents(url, L"p1"), ItemNames); },
-         "GET /app/Repository/Items/p1/Items", "",
+         "POST /app/Repository/Items/$/Files", file, "<JobId>j2</JobId>", L"j2"},
+        {[](Proxy& p, Text url, Text id) { return Read(p.GetFolderContents(url, id), ItemNames); },
+         "GET /app/Repository/Items/$/Items", "",
          "<Item><Name>a</Name></Item><Item><Name>\xC3\xBC</Name></Item>", L"a;\u00FC;"},
-        {[](Proxy& to, Url url) { return Read(to.GetPath(url, L"i1"), &CPathResponse::GetPath); },
-         "GET /app/Repository/Items/i1/Path", "", "<Path>/a/b</Path>", L"/a/b"},
-        {[](Proxy& to, Url url) {
-             return Read(to.CreateFolder(url, L"p1", L"\u00FC \"x\""),
+        {[](Proxy& p, Text url, Text id) {
+             return Read(p.GetPath(url, id), &CPathResponse::GetPath);
+         },
+         "GET /app/Repository/Items/$/Path", "", "<Path>/a/b</Path>", L"/a/b"},
+        {[](Proxy& p, Text url, Text id) {
+             return Read(p.CreateFolder(url, id, L"\u00FC \"\\%ITEMID%"),
                          &ICreateFolderResponse::GetFolderId);
          },
-         "POST /app/Repository/Items/p1/Items", "{\"ItemType\":0,\"Name\":\"\xC3\xBC \"x\"\"}",
-         "<UniqueId>n1</UniqueId>", L"n1"},
-        {[](Proxy& to, Url url) { return Read(to.Delete(url, L"i1")); },
-         "DELETE /app/Repository/Items", R"({"ItemIds":["i1"]})", "", L""},
-        {[](Proxy& to, Url url) { return Read(to.PollUploadFileStatus(url, L"j1"), JobState); },
-         "GET /app/Repository/Jobs/j1", "", "<Status>2</Status><Details>n2</Details>", L"1 n2"},
-        {[](Proxy& to, Url url) { return Read(to.PollOverwriteFileStatus(url, L"j1"), JobState); },
-         "GET /app/Repository/Jobs/j1", "", "<Status>0</Status>", L"0 "},
+         "POST /app/Repository/Items/$/Items",
+         "{\"ItemType\":0,\"Name\":\"\xC3\xBC \"\\%ITEMID%\"}", "<UniqueId>n1</UniqueId>", L"n1"},
+        {[](Proxy& p, Text url, Text id) { return Read(p.Delete(url, id)); },
+         "DELETE /app/Repository/Items", R"({"ItemIds":["$"]})", "", L""},
+        {[](Proxy& p, Text url, Text id) {
+             return Read(p.PollUploadFileStatus(url, id), JobState);
+         },
+         "GET /app/Repository/Jobs/$", "", "<Status>2</Status><Details>n2</Details>", L"1 n2",
+         true},
+        {[](Proxy& p, Text url, Text id) {
+             return Read(p.PollOverwriteFileStatus(url, id), JobState);
+         },
+         "GET /app/Repository/Jobs/$", "", "<Status>0</Status>", L"0 ", true},
     };
     WebRequestFactory factory;
     const RefusedPort refused;
     for (const auto& test : cases) {
         SCOPED_TRACE(test.request);
-        ScriptedServer server;
-        server.On("*").Reply(200, {}, Document(test.reply));
-        server.On("*").Reply(401, {}, Document("<Message>Authorization failed.</Message>"));
-        CRepositoryProxy proxy(&factory);
+        for (const std::string id :
+             {"6f9619ff-8b86-d011-b42d-00c04fc964ff", "i/1?",
+              "%ITEMID%%PARENTID%%FILEID%%FOLDERID%%JOBID%%PARENTFOLDERID%"}) {
+            SCOPED_TRACE(id);
+            const auto filledIn = [&id](const std::string& text) {
+                return boost::replace_all_copy(text, "$", id);
+            };
+            const std::wstring wideId(id.begin(), id.end());
+            ScriptedServer server;
+            server.On("*").Reply(200, {}, Document(std::string(250'000, ' ') + test.reply));
+            server.On("*").Reply(401, {}, Document("<Message>Authorization failed.</Message>"));
+            server.On("*").Reply(302, {{"Location", "/elsewhere"}}, "moved");
+            server.On("/elsewhere").Reply(401, {}, Document("<Message>Elsewhere.</Message>"));
+            CRepositoryProxy proxy(&factory);
 
-        const auto success = test.call(proxy, server.Url("/app"));
-        EXPECT_TRUE(success.succeeded);
-        EXPECT_EQ(success.code, 1101);
-        EXPECT_EQ(success.detail, test.detail);
-        const auto request = server.Requests().at(0);
-        EXPECT_EQ(request.method + ' ' + request.target, test.request);
-        EXPECT_EQ(request.Header("Accept"), "text/xml");
-        const bool hasFile = test.body.starts_with("--");
-        EXPECT_EQ(request.Header("Content-Type"), hasFile ? kMultipart : "");
-        EXPECT_EQ(request.body, test.body);
+            const auto success = test.call(proxy, server.Url("/app"), wideId);
+            EXPECT_TRUE(success.succeeded);
+            EXPECT_EQ(success.code, 1101);
+            EXPECT_EQ(success.detail, test.detail);
+            const auto request = server.Requests().at(0);
+            EXPECT_EQ(request.method + ' ' + request.target, filledIn(test.request));
+            EXPECT_EQ(request.Header("Accept"), "text/xml");
+            EXPECT_EQ(request.Header("Content-Type"),
+                      test.body == file ? "multipart/form-data; boundary=" + kBoundary : "");
+            EXPECT_EQ(request.body, filledIn(test.body));
 
-        EXPECT_EQ(test.call(proxy, server.Url("/app/")).code, 1103);
-        EXPECT_EQ(server.Requests().at(1).target, request.target) << "one slash between both parts";
-        EXPECT_EQ(test.call(proxy, refused.Url()).code, 1102);
+            EXPECT_EQ(test.call(proxy, server.Url("/app/"), wideId).code, 1103);
+            EXPECT_EQ(server.Requests().at(1).target, request.target) << "one slash in between";
+            EXPECT_EQ(server.ConnectionCount(), 1u) << "calls in a row share it";
+            test.call(proxy, server.Url("/app"), wideId);
+            EXPECT_EQ(server.RequestsFor("/elsewhere").size(), test.followsRedirects ? 1u : 0u);
+            for (const std::wstring& nowhere : {refused.Url(), std::wstring()}) {
+                EXPECT_EQ(test.call(proxy, nowhere, wideId).code, 1102);
+            }
+        }
     }
 }
 
 TEST(RepositoryProxy, Downloads) {
     const auto pattern = ScriptedServer::Pattern(3'000'000);
     const std::string kept = "what was there, and is longer than some of the replies";
-    const std::string small("a\0b\r\n", 5);
     const auto document = Document("<Message>x</Message>");
     const auto notFound = Document("<Message>Requested item not found.</Message>");
-    const std::vector<std::string> pieces{small, "c"};
+    const std::vector<std::string> pieces{std::string("a\0b\r\n", 5), "c"};
     using Script = ScriptedServer::Script;
     struct Case {
         const char* name;
         std::function<void(Script&)> script;
         double code;
         std::string content; ///< of the destination afterwards
-        bool folderExists = true;
     };
     const Case cases[] = {
-        {"length", [&](Script& to) { to.Reply(200, {}, small); }, 1101, small},
-        {"chunks", [&](Script& to) { to.ReplyChunked(200, {}, pieces); }, 1101, small + "c"},
+        {"chunks", [&](Script& to) { to.ReplyChunked(200, {}, pieces); }, 1101, pieces[0] + "c"},
         {"large", [&](Script& to) { to.Reply(200, {}, pattern); }, 1101, pattern},
-        {"no folder", [&](Script& to) { to.Reply(200, {}, small); }, 1302, "(no file)", false},
         {"not found", [&](Script& to) { to.Reply(404, {}, notFound); }, 1300, kept},
     };
     WebRequestFactory factory;
     for (const auto& test : cases) {
         SCOPED_TRACE(test.name);
         const TempFolder folder;
-        const auto path = test.folderExists ? WriteFile(folder.Path(kFileName), kept)
-                                            : folder.Path(std::wstring(L"no/") + kFileName);
+        const auto path = WriteFile(folder.Path(kFileName), kept);
         ScriptedServer server;
         test.script(server.On("/Repository/Files/f1"));
         CRepositoryProxy proxy(&factory);
@@ -228,7 +196,7 @@ TEST(RepositoryProxy, EndOfTheProxyEndsItsDownloads) {
     server.Open("go");
     EXPECT_EQ(ReadFile(folder.Path(L"done")), "file");
     EXPECT_FALSE(begun->IsComplete() || waiting->IsComplete());
-    EXPECT_EQ(ReadFile(folder.Path(L"running")), "(no file)");
+    EXPECT_EQ(ReadFile(folder.Path(L"running")), "(unreadable)");
 }
 
 TEST(RepositoryProxy, DownloadsManyFilesAtOnce) {
@@ -247,7 +215,7 @@ TEST(RepositoryProxy, DownloadsManyFilesAtOnce) {
     server.Open("go");
     for (const auto& [path, response] : files) {
         ASSERT_TRUE(AwaitComplete(*response));
-        EXPECT_TRUE(ReadFile(path) == ToPath(path).filename().string() + content);
+        EXPECT_TRUE(ReadFile(path) == FilePath(path).filename().string() + content);
     }
 }
 
@@ -293,18 +261,6 @@ TEST(RepositoryProxy, ServesEachOfManyThreads) {
     threads.clear();
     EXPECT_EQ(wrong, 0);
     EXPECT_EQ(server.Requests().size(), 8u * (500u + 5u));
-}
-
-TEST(RepositoryProxy, CallsInARowShareOneConnection) {
-    ScriptedServer server;
-    server.On("*").Reply(200, {}, Document("<Path>/</Path>"));
-    WebRequestFactory factory;
-    CRepositoryProxy proxy(&factory);
-    for (int i = 0; i < 20; ++i) {
-        EXPECT_TRUE(Read(proxy.GetPath(server.Url(""), L"i")).succeeded);
-    }
-    EXPECT_EQ(server.Requests().size(), 20u);
-    EXPECT_EQ(server.ConnectionCount(), 1u);
 }
 
 } // namespace

@@ -1,7 +1,4 @@
-#include "brevint/SignInProxy.h"
-#include "brevint/SignInResponse.h"
-#include "brevint/WebRequest.h"
-#include "brevint/WebRequestFactory.h"
+#include "brevint/brevint.h"
 #include "tests/proxies/ConnectionFailure.h"
 #include "tests/support/ScriptedServer.h"
 
@@ -14,10 +11,6 @@ namespace {
 
 using Headers = ScriptedServer::Headers;
 using Response = std::unique_ptr<SignInResponse>;
-
-std::string Narrow(const std::wstring& ascii) {
-    return {ascii.begin(), ascii.end()};
-}
 
 /// Makes requests that touch no network: each is answered with the same redirect.
 struct RedirectingRequests final : IRequestFactory {

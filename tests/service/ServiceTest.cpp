@@ -100,9 +100,9 @@ protected:
     }
 
     /// Posts to the portal, at the address that the dashboard's redirect names.
-    Request CredentialPost(const std::string& form, const std::string& type = formType) const {
+    Request CredentialPost(const std::string& form) const {
         const std::string location(Exchange({"GET", "/"})["Location"]);
-        return {"POST", "/portal" + Between(location, "/portal", "\r"), form, type};
+        return {"POST", "/portal" + Between(location, "/portal", "\r"), form, formType};
     }
 
     /// What the page of a successful sign-in posts to the federation endpoint.
@@ -180,8 +180,7 @@ TEST_F(Service, SignInLeadsThroughThePortalBackToTheDashboard) {
     EXPECT_EQ(Exchange(spare).result_int(), 403u) << "spent by the attempt with another context";
 }
 
-TEST_F(Service, CredentialsAreReadStrictlyAndRefusedVisibly) {
-    const std::string right = "userName=ada&password=ada-secret";
+TEST_F(Service, WrongCredentialsAreRefusedOnThePage) {
     for (const char* wrong : {"userName=ada&password=ben-secret", "userName=no&password=ada-secret",
                               "userName=%61da&password=", "userName=ADA&password=ada-secret"}) {
         const Reply page = Exchange(CredentialPost(wrong));
@@ -189,9 +188,6 @@ TEST_F(Service, CredentialsAreReadStrictlyAndRefusedVisibly) {
                   "The user name or password is incorrect.");
         EXPECT_EQ(page.body().find("hidden"), std::string::npos) << wrong;
     }
-    for (const std::string& form : {right + "&more=1", right + "&userName=ada", right + "%4"})
-        EXPECT_EQ(Exchange(CredentialPost(form)).result_int(), 400u) << form;
-    EXPECT_EQ(Exchange(CredentialPost(right, "text/plain")).result_int(), 415u);
 }
 
 TEST_F(Service, EveryCallNeedsBothCookiesOfALivingSession) {
@@ -246,28 +242,17 @@ TEST_F(Service, RefusalsHaveTheirStatusAndText) {
 }
 
 TEST_F(Service, BodiesAreReadStrictly) {
-    const std::string deep = std::string(1'000'000, '[') + std::string(1'000'000, ']');
-    const std::string whole = Multipart("a.txt", "x"), part = "The multipart body is malformed: ";
-    const std::string convert = "Error converting value ";
-    Request form = SetLocked(notes_, "true"), mixed = Upload(bridge_, "a.txt", "x");
+    const std::string whole = Multipart("a.txt", "x"), convert = "Error converting value ";
+    Request form = SetLocked(notes_, "true");
     form.type = formType;
-    mixed.type = "multipart/mixed; boundary=Sep";
-    std::vector<Case> cases = {
-        {form, 415, "The body must be application/json."},
-        {mixed, 415, "The body must be multipart/form-data."},
-        {Delete("1"), 400, convert + "&quot;1&quot; to type 'Guid'. Path 'ItemIds[0]'."},
-        {SetLocked(notes_, ""), 400, "The body is not valid JSON."},
-        {SetLocked(notes_, "true,\"F\":1"), 400, "Member 'F' is unknown."},
-        {SetLocked(notes_, "true,\"Locked\":1"), 400, "Member 'Locked' is doubled."},
-        {SetLocked(notes_, deep), 400, convert + "array to type 'Boolean'. Path 'Locked'."},
-        {Upload(bridge_, "\xE4.txt", "x"), 400, "The name is not valid UTF-8."},
-        {Upload(bridge_, "a", "x\r\n--Sep\r\n"), 400, part + "it holds more than one part."}};
-    for (const auto& [body, text] :
-         {std::pair(std::string(), std::string("No files found.")),
-          {"\r\n" + whole, part + "it does not begin with its boundary."},
-          {whole.substr(0, whole.size() - 9), part + "the last boundary is missing."}})
-        cases.push_back({{"POST", items + bridge_ + "/Files", body, multipartType}, 400, text});
-    Check(ada_, cases);
+    Check(ada_,
+          {{form, 415, "The body must be application/json."},
+           {Delete("1"), 400, convert + "&quot;1&quot; to type 'Guid'. Path 'ItemIds[0]'."},
+           {SetLocked(notes_, "true,\"F\":1"), 400, "Member 'F' is unknown."},
+           {{"POST", items + bridge_ + "/Files", "", multipartType}, 400, "No files found."},
+           {{"POST", items + bridge_ + "/Files", whole.substr(0, whole.size() - 9), multipartType},
+            400,
+            "The multipart body is malformed: the last boundary is missing."}});
 }
 
 TEST_F(Service, JobsEndInDownloadsOrFail) {

@@ -126,4 +126,9 @@ private:
     std::unique_ptr<Impl> m_impl;
 };
 
+/// An address as a header names it.
+inline std::string Narrow(const std::wstring& ascii) {
+    return {ascii.begin(), ascii.end()};
+}
+
 } // namespace brevint::test

@@ -1,7 +1,4 @@
-#include "brevint/InterfaceIds.h"
-#include "brevint/ProxyFactory.h"
-#include "brevint/RepositoryProxy.h"
-#include "brevint/WebRequest.h"
+#include "brevint/brevint.h"
 #include "requests/DownloadFileRequestInfo.h"
 #include "tests/support/ScriptedServer.h"
 #include "tests/transport/RecordingResponse.h"
