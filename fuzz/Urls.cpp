@@ -15,7 +15,9 @@ static void Redirect(const std::string& url, std::string_view location) {
     Exchange exchange;
     exchange.url = url;
     exchange.headers.Set("Authorization", "secret");
-    Reply reply{302, false, {}, std::string(location)};
+    Reply reply;
+    reply.status = 302;
+    reply.location = location;
     if (const auto target = RedirectTarget(exchange, reply)) {
         Require(!HasControls(*target) && target->find_first_of(" #") == target->npos);
         const bool refused = FollowRedirect(exchange, *target, reply.status) != ERROR_SUCCESS;
