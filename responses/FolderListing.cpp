@@ -52,9 +52,10 @@ std::string_view TakeField(std::string_view& fields) {
 
 } // namespace
 
-void FolderListing::Clear() {
+void FolderListing::Restart(std::size_t bytes) {
     m_count = 0;
     m_fields = {};
+    m_fields.reserve(bytes);
 }
 
 void FolderListing::Take(_xmlNode* element) {

@@ -12,7 +12,8 @@ class CFolderItem;
 /// of the elements that they were read from.
 class FolderListing : public XmlElementSink {
 public:
-    void Clear();
+    /// Drops all items, and expects such as take so many bytes in a reply.
+    void Restart(std::size_t bytes);
     /// Adds an item. A field that its element lacks is empty.
     void Take(_xmlNode* element) override;
     /// Appends a new record for every item, in order; the caller deletes them.

@@ -14,12 +14,12 @@ CGetFolderContentsResponse::CGetFolderContentsResponse()
 CGetFolderContentsResponse::~CGetFolderContentsResponse() = default;
 
 void CGetFolderContentsResponse::ParseServerResponse() {
-    m_listing->Clear();
+    m_listing->Restart(GetServerResponse().size());
     const XmlDocPtr document = ParseReply("/ResponseData/Item", m_listing.get());
     if (document) {
         JudgeByMessage(document.get());
     } else {
-        m_listing->Clear();
+        m_listing->Restart(0);
     }
 }
 
