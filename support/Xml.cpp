@@ -107,7 +107,8 @@ XmlDocPtr ParseStrictly(std::string_view text, Taking* taking = nullptr) {
     context->vctxt.warning = nullptr;
     constexpr int kOptions = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING |
                              XML_PARSE_IGNORE_ENC | XML_PARSE_COMPACT;
-    // Without a name of the encoding the text is taken as it is; with "UTF-8" it would be converted.
+    // Without a name of the encoding the text is taken as it is; with "UTF-8" it would be
+    // converted.
     return XmlDocPtr(
         xmlCtxtReadIO(context.get(), ReadText, nullptr, &text, nullptr, nullptr, kOptions));
 }
