@@ -204,7 +204,7 @@ std::string ZshCompletion(const std::vector<CommandEntry>& table) {
     std::string cases;
     for (const CommandEntry& command : Commands(table)) {
         commands += "    " + Quote(command.name + ":" + ZshText(command.summary)) + "\n";
-        cases += "    " + command.name + ")\n        specs+=(\n" + ZshOptions(command.options);
+        cases += "    " + command.name + ")\n        rules+=(\n" + ZshOptions(command.options);
         for (const OptionEntry& argument : command.arguments) {
             cases += "    " + Quote((argument.repeated ? "*" : "") + ZshValue(argument)) + "\n";
         }
@@ -212,13 +212,13 @@ std::string ZshCompletion(const std::vector<CommandEntry>& table) {
     }
     return "#compdef brevint\n" + std::string(kNote) +
            "local curcontext=$curcontext state line context\ntypeset -A opt_args\n"
-           "local -a commands specs\ncommands=(\n" +
+           "local -a commands rules\ncommands=(\n" +
            commands + ")\nspecs=(\n" + ZshOptions(table.front().options) +
-           ")\n_arguments -C -S $specs ':command:->command' '*::argument:->argument'\n"
+           ")\n_arguments -C -S $rules ':command:->command' '*::argument:->argument'\n"
            "case $state in\n"
            "command) _describe command commands ;;\n"
            "argument)\n    case $words[1] in\n" +
-           cases + "    esac\n    _arguments -S $specs ;;\nesac\n";
+           cases + "    esac\n    _arguments -S $rules ;;\nesac\n";
 }
 
 std::string FishCompletion(const std::vector<CommandEntry>& table) {
