@@ -213,7 +213,7 @@ std::string ZshCompletion(const std::vector<CommandEntry>& table) {
     return "#compdef brevint\n" + std::string(kNote) +
            "local curcontext=$curcontext state line context\ntypeset -A opt_args\n"
            "local -a commands rules\ncommands=(\n" +
-           commands + ")\nspecs=(\n" + ZshOptions(table.front().options) +
+           commands + ")\nrules=(\n" + ZshOptions(table.front().options) +
            ")\n_arguments -C -S $rules ':command:->command' '*::argument:->argument'\n"
            "case $state in\n"
            "command) _describe command commands ;;\n"
