@@ -265,8 +265,10 @@ bool VisitSimplePath(xmlDoc* document, std::string_view path, const Visit& visit
     return !name.empty();
 }
 
-/// Drops a byte-order mark. False if what is left cannot be parsed for its length.
+/// Sets libxml2 up, which does that itself but not for two threads at once, and drops a byte-order
+/// mark. False if what is left cannot be parsed for its length.
 bool Prepare(std::string_view& text) {
+    [[maybe_unused]] static const bool isSetUp = (xmlInitParser(), true);
     if (text.starts_with(kByteOrderMark)) {
         text.remove_prefix(kByteOrderMark.size());
     }
