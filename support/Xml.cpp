@@ -6,6 +6,7 @@
 #include "support/XmlElementSink.h"
 
 #include <libxml/HTMLparser.h>
+#include <libxml/SAX2.h>
 #include <libxml/parser.h>
 
 #include <algorithm>
@@ -14,10 +15,16 @@
 #include <exception>
 #include <memory>
 #include <string_view>
+#include <utility>
 
 namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+/// Memory that libxml2 sets aside for different names, and namespaces in force at one place. Each
+/// name it meets is compared with more of them the more there are.
+constexpr std::size_t kMostNameMemory = std::size_t{512} * 1024;
+constexpr int kMostNamespaces = 256;
 
 struct XmlFree {
     void operator()(xmlChar* text) const noexcept { xmlFree(text); }
@@ -26,6 +33,7 @@ struct XmlFree {
 struct XmlParserFree {
     void operator()(xmlParserCtxt* context) const noexcept { xmlFreeParserCtxt(context); }
 };
+using XmlParserPtr = std::unique_ptr<xmlParserCtxt, XmlParserFree>;
 
 std::string ToString(xmlChar* owned) {
     const std::unique_ptr<xmlChar, XmlFree> text(owned);
@@ -36,23 +44,67 @@ const xmlChar* XmlText(const char* text) {
     return reinterpret_cast<const xmlChar*>(text);
 }
 
-/// Stopping alone would leave what has been read so far as a document.
-void Refuse(xmlParserCtxt& parser) {
-    parser.wellFormed = 0;
-    xmlStopParser(&parser);
-}
-
 /// Declared entities are how small documents grow without bound and how they reach for files.
 void RefuseEntity(void* context, const xmlChar*, int, const xmlChar*, const xmlChar*, xmlChar*) {
-    Refuse(*static_cast<xmlParserCtxt*>(context));
+    xmlStopParser(static_cast<xmlParserCtxt*>(context));
 }
 
-/// Hands the parser the text bit by bit: from one piece it would make a copy of the whole.
+/// Nobody looks an element up by its id, and to keep many of them takes libxml2 long.
+void StartDocument(void* context) {
+    static_cast<xmlParserCtxt*>(context)->loadsubset |= XML_SKIP_IDS;
+    xmlSAX2StartDocument(context);
+}
+
+void StartElement(void* context, const xmlChar* name, const xmlChar* prefix, const xmlChar* uri,
+                  int namespaceCount, const xmlChar** namespaces, int attributeCount,
+                  int defaultedCount, const xmlChar** attributes) {
+    auto* const parser = static_cast<xmlParserCtxt*>(context);
+    // Its stack holds prefix and address of each.
+    if (parser->nsNr / 2 > kMostNamespaces) {
+        xmlStopParser(parser);
+        return;
+    }
+    xmlSAX2StartElementNs(context, name, prefix, uri, namespaceCount, namespaces, attributeCount,
+                          defaultedCount, attributes);
+}
+
+/// A text on its way to a parser.
+struct Input {
+    std::string_view text;
+    const xmlParserCtxt& parser;
+    /// What the text is in, unless the parser is to find out.
+    xmlCharEncodingHandler* encoding = nullptr;
+};
+
+bool HasTooManyNames(const xmlParserCtxt& parser) {
+    return xmlDictGetUsage(parser.dict) > kMostNameMemory;
+}
+
+/// Hands the parser the text bit by bit: from one piece it would make a copy of the whole, and
+/// there would be no moment to end it.
 int ReadText(void* source, char* target, int capacity) {
-    auto& text = *static_cast<std::string_view*>(source);
+    auto& [text, parser, encoding] = *static_cast<Input*>(source);
+    if (HasTooManyNames(parser)) {
+        return -1;
+    }
+    // After bytes that are not UTF-8, libxml2's HTML parser takes what follows for another
+    // encoding.
+    xmlCharEncodingHandler*& current = parser.input->buf->encoder;
+    if (encoding && current != encoding) {
+        xmlCharEncCloseFunc(current);
+        current = encoding;
+    }
     const std::size_t count = text.copy(target, static_cast<std::size_t>(capacity));
     text.remove_prefix(count);
     return static_cast<int>(count);
+}
+
+/// Gives what a parser made of a text, or null if it stopped before the end: refused, or for lack
+/// of memory. What it has read until then would pass for a document.
+XmlDocPtr WholeDocument(const xmlParserCtxt& parser, xmlDoc* document) {
+    XmlDocPtr owned(document);
+    const bool whole = parser.disableSAX == 0 && !HasTooManyNames(parser);
+    return whole ? std::move(owned) : nullptr;
 }
 
 /// Elements below the root that leave the document while it is read.
@@ -83,7 +135,7 @@ void EndElement(void* context, const xmlChar* name, const xmlChar* prefix, const
         taking.sink.Take(node);
     } catch (...) {
         taking.failure = std::current_exception();
-        Refuse(*parser);
+        xmlStopParser(parser);
     }
     xmlUnlinkNode(node);
     xmlFreeNode(node);
@@ -93,37 +145,57 @@ XmlDocPtr ParseStrictly(std::string_view text, Taking* taking = nullptr) {
     if (!IsProportionate(text, MarkupMode::Strict)) {
         return nullptr;
     }
-    const std::unique_ptr<xmlParserCtxt, XmlParserFree> context(xmlNewParserCtxt());
-    if (!context) {
+    const XmlParserPtr parser(xmlNewParserCtxt());
+    if (!parser) {
         return nullptr;
     }
-    context->sax->entityDecl = RefuseEntity;
+    parser->sax->startDocument = StartDocument;
+    parser->sax->startElementNs = StartElement;
+    // To leave out ids counts as a wish for what a declaration of the document's type points to.
+    parser->sax->externalSubset = nullptr;
+    parser->sax->entityDecl = RefuseEntity;
     if (taking) {
-        context->_private = taking;
-        context->sax->endElementNs = EndElement;
+        parser->_private = taking;
+        parser->sax->endElementNs = EndElement;
     }
     // What libxml2 says about declarations goes past the options below.
-    context->vctxt.error = nullptr;
-    context->vctxt.warning = nullptr;
+    parser->vctxt.error = nullptr;
+    parser->vctxt.warning = nullptr;
     constexpr int kOptions = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING |
                              XML_PARSE_IGNORE_ENC | XML_PARSE_COMPACT;
     // Without a name of the encoding the text is taken as it is; with "UTF-8" it would be
     // converted.
-    return XmlDocPtr(
-        xmlCtxtReadIO(context.get(), ReadText, nullptr, &text, nullptr, nullptr, kOptions));
+    Input input{text, *parser};
+    return WholeDocument(*parser, xmlCtxtReadIO(parser.get(), ReadText, nullptr, &input, nullptr,
+                                                nullptr, kOptions));
+}
+
+/// Whether there is memory for a page's tree. libxml2's HTML parser does not always come back when
+/// memory runs out in its midst.
+bool HasMemoryFor(std::string_view page) {
+    void* const reserve = xmlMalloc(16 * page.size() + 65'536);
+    xmlFree(reserve);
+    return reserve != nullptr;
 }
 
 XmlDocPtr ParseAsHtml(std::string_view text) {
-    if (!IsProportionate(text, MarkupMode::Tolerant)) {
+    if (!IsProportionate(text, MarkupMode::Tolerant) || !HasMemoryFor(text)) {
         return nullptr;
     }
+    const XmlParserPtr parser(htmlNewParserCtxt());
+    if (!parser) {
+        return nullptr;
+    }
+    parser->sax->startDocument = StartDocument;
     constexpr int kOptions = HTML_PARSE_RECOVER | HTML_PARSE_NONET | HTML_PARSE_NOERROR |
                              HTML_PARSE_NOWARNING | HTML_PARSE_IGNORE_ENC;
-    return XmlDocPtr(
-        htmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, "UTF-8", kOptions));
+    Input input{text, *parser, xmlFindCharEncodingHandler("UTF-8")};
+    return WholeDocument(*parser, htmlCtxtReadIO(parser.get(), ReadText, nullptr, &input, nullptr,
+                                                 "UTF-8", kOptions));
 }
 
-void LowerCaseName(xmlNode* node) {
+/// False if the document keeps no further names.
+bool LowerCaseName(xmlNode* node) {
     std::string name(reinterpret_cast<const char*>(node->name));
     for (char& character : name) {
         if (character >= 'A' && character <= 'Z') {
@@ -132,6 +204,7 @@ void LowerCaseName(xmlNode* node) {
     }
     xmlNodeSetName(node, XmlText(name.c_str()));
     node->ns = nullptr;
+    return node->name != nullptr;
 }
 
 /// The node that follows in document order; null after the last one.
@@ -145,16 +218,23 @@ xmlNode* NextInDocument(xmlNode* node) {
     return node ? node->next : nullptr;
 }
 
-/// Gives a document that was parsed as XML the names that an HTML parser would have given it.
-void FoldNames(xmlDoc& document) {
+/// Gives a document that was parsed as XML the names that an HTML parser would have given it. False
+/// if that takes more names than it may have.
+bool FoldNames(xmlDoc& document) {
     for (xmlNode* node = xmlDocGetRootElement(&document); node; node = NextInDocument(node)) {
-        if (node->type == XML_ELEMENT_NODE) {
-            LowerCaseName(node);
-            for (xmlAttr* attribute = node->properties; attribute; attribute = attribute->next) {
-                LowerCaseName(reinterpret_cast<xmlNode*>(attribute));
+        if (node->type != XML_ELEMENT_NODE) {
+            continue;
+        }
+        if (!LowerCaseName(node)) {
+            return false;
+        }
+        for (xmlAttr* attribute = node->properties; attribute; attribute = attribute->next) {
+            if (!LowerCaseName(reinterpret_cast<xmlNode*>(attribute))) {
+                return false;
             }
         }
     }
+    return true;
 }
 
 /// Whether a page begins with an HTML doctype or element: no need to find out by parsing it as XML.
@@ -181,8 +261,7 @@ XmlDocPtr ParseTolerantly(std::string_view text) {
     if (!root || (xmlStrcasecmp(root->name, XmlText("html")) == 0 && !prefixed)) {
         return ParseAsHtml(text);
     }
-    FoldNames(*document);
-    return document;
+    return FoldNames(*document) ? std::move(document) : nullptr;
 }
 
 bool IsNameCharacter(char character) {

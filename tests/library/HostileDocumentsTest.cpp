@@ -146,6 +146,9 @@ TEST(HostileDocuments, AreRefusedByEveryKind) {
         declaring("<!ATTLIST a b (" + Numbered(9'000, "c", "|") + "c) #IMPLIED>"),
         "<ResponseData" + Numbered(9'000, " a", "=''") + "/>",
         "<ResponseData" + Numbered(9'000, " xmlns:a", "='u'") + "/>",
+        "<ResponseData" + Numbered(200, " xmlns:a", "='u'") + "><b" +
+            Numbered(200, " xmlns:b", "='u'") + "/></ResponseData>",
+        "<ResponseData>" + Numbered(99'000, "<a", "/>") + "</ResponseData>",
         Repeat(100'000, "<a>") + Repeat(100'000, "</a>"), Repeat(9'000, "<!--"),
         std::string(9'000, '<')};
     testing::internal::CaptureStderr();

@@ -2,7 +2,11 @@
 #include "support/SimpleXPathHelper.h"
 
 #include <gtest/gtest.h>
+#include <libxml/globals.h>
 
+#include <climits>
+#include <cstdlib>
+#include <cstring>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,6 +16,44 @@ namespace {
 
 XmlDocPtr Parse(const std::string& text, MarkupMode mode = MarkupMode::Strict) {
     return XmlDocPtr(ParseXML(text.c_str(), -1, mode));
+}
+
+int allocationsLeft = INT_MAX; ///< that succeed
+
+void* Allocate(std::size_t size) {
+    return allocationsLeft-- > 0 ? std::malloc(size) : nullptr;
+}
+void* Reallocate(void* block, std::size_t size) {
+    return allocationsLeft-- > 0 ? std::realloc(block, size) : nullptr;
+}
+char* Duplicate(const char* text) {
+    void* const copy = Allocate(std::strlen(text) + 1);
+    return copy ? std::strcpy(static_cast<char*>(copy), text) : nullptr;
+}
+
+TEST(XmlDocuments, AreWholeOrNoneWhenMemoryRunsOut) {
+    const std::string document = "<a b='1' xmlns:n='u'><!-- c --><d e='f'/><n:g/><?h i?>" +
+                                 std::string(9'000, 'x') + "<![CDATA[<]]><j>&lt;</j></a>";
+    xmlFreeFunc release = nullptr;
+    xmlMallocFunc allocate = nullptr;
+    xmlReallocFunc reallocate = nullptr;
+    xmlStrdupFunc duplicate = nullptr;
+    xmlMemGet(&release, &allocate, &reallocate, &duplicate);
+    const auto parseWith = [&](int allocations, MarkupMode mode) {
+        allocationsLeft = allocations;
+        xmlMemSetup(release, Allocate, Reallocate, Duplicate);
+        XmlDocPtr parsed = Parse(document, mode);
+        xmlMemSetup(release, allocate, reallocate, duplicate);
+        return parsed;
+    };
+    testing::internal::CaptureStderr();
+    for (int count = 0; count == 0 || allocationsLeft < 0; ++count) {
+        const XmlDocPtr parsed = parseWith(count, MarkupMode::Strict);
+        const auto text = GetNodeValue(SimpleDoXPath("/a", parsed.get()));
+        EXPECT_EQ(text, parsed ? std::string(9'000, 'x') + "<<" : "") << count;
+    }
+    EXPECT_EQ(parseWith(0, MarkupMode::Tolerant), nullptr);
+    testing::internal::GetCapturedStderr();
 }
 
 TEST(XmlNodes, AreFoundInDocumentOrder) {
