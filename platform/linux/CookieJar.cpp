@@ -14,6 +14,9 @@ namespace platform {
 
 namespace {
 
+/// Of one domain. libcurl sends no more of them, and takes the longer for each the more it has.
+constexpr std::size_t kMostCookies = 150;
+
 DWORD ParseScope(std::wstring_view url, CookieScope& scope) {
     UrlParts parts;
     if (const DWORD error = CrackUrl(url, parts)) {
@@ -84,16 +87,23 @@ DWORD CookieJar::Set(std::wstring_view url, std::string_view name, std::string_v
     }
 
     const std::lock_guard lock(m_easyMutex);
+    bool isNew = true;
+    std::size_t neighbours = 0;
     for (const Cookie& present : Cookies()) {
+        neighbours += EqualNames(present.domain, cookie->domain) ? 1 : 0;
         if (!present.SameAs(*cookie)) {
             continue;
         }
+        isNew = false;
         if (present.httpOnly || (present.secure && !scope.secure)) {
             return ERROR_INVALID_OPERATION;
         }
     }
     if (cookie->httpOnly) {
         return ERROR_INVALID_OPERATION;
+    }
+    if (isNew && neighbours >= kMostCookies) {
+        return ERROR_NOT_ENOUGH_MEMORY;
     }
     const CURLcode outcome = curl_easy_setopt(m_easy, CURLOPT_COOKIELIST, cookie->ToLine().c_str());
     return outcome == CURLE_OK ? ERROR_SUCCESS : ERROR_NOT_ENOUGH_MEMORY;

@@ -28,6 +28,17 @@ TEST(Limits, RedirectsAreFollowedTenTimes) {
     }
 }
 
+TEST(Limits, AHostHas150Cookies) {
+    int stored = 0;
+    for (int i = 0; i < 200; ++i) {
+        const auto name = L"n" + std::to_wstring(i);
+        stored += InternetSetCookieW(L"http://many.test/", name.c_str(), L"v");
+    }
+    EXPECT_EQ(stored, 150);
+    EXPECT_TRUE(InternetSetCookieW(L"http://many.test/", L"n7", L"w"));
+    EXPECT_TRUE(InternetSetCookieW(L"http://other.test/", L"n", L"v"));
+}
+
 // The server never goes on, so only the closing can have ended these.
 TEST(Limits, ClosingEndsWhatIsUnderWay) {
     for (const auto* target : {"/send", "/read"}) {
