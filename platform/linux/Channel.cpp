@@ -16,15 +16,34 @@ constexpr std::size_t kConnections = 4; // kept open by one channel
 Channel::Channel() {
     InitializeCurl();
     m_multi.reset(curl_multi_init());
-    m_easy.reset(curl_easy_init());
-    if (m_multi == nullptr || m_easy == nullptr) {
+    if (m_multi == nullptr) {
         throw std::bad_alloc();
     }
     curl_multi_setopt(m_multi.get(), CURLMOPT_MAXCONNECTS, static_cast<long>(kConnections));
 }
 
 Channel::~Channel() {
-    Reset();
+    Close();
+}
+
+void Channel::Open(const std::string& origin) {
+    m_easy.reset(curl_easy_init());
+    if (m_easy == nullptr) {
+        throw std::bad_alloc();
+    }
+    std::erase(m_origins, origin);
+    m_origins.push_back(origin);
+    if (m_origins.size() > kConnections) {
+        m_origins.erase(m_origins.begin());
+    }
+}
+
+void Channel::Close() noexcept {
+    if (m_started) {
+        curl_multi_remove_handle(m_multi.get(), m_easy.get());
+        m_started = false;
+    }
+    m_easy.reset();
 }
 
 void Channel::Start() {
@@ -50,25 +69,8 @@ void Channel::Wait(int milliseconds) noexcept {
     curl_multi_poll(m_multi.get(), nullptr, 0, milliseconds, nullptr);
 }
 
-void Channel::Reset() noexcept {
-    if (m_started) {
-        curl_multi_remove_handle(m_multi.get(), m_easy.get());
-        m_started = false;
-    }
-    curl_easy_setopt(m_easy.get(), CURLOPT_COOKIEFILE, nullptr); // or the reset leaks it
-    curl_easy_reset(m_easy.get());
-}
-
 bool Channel::Knows(const std::string& origin) const noexcept {
     return std::ranges::find(m_origins, origin) != m_origins.end();
-}
-
-void Channel::Remember(const std::string& origin) {
-    std::erase(m_origins, origin);
-    m_origins.push_back(origin);
-    if (m_origins.size() > kConnections) {
-        m_origins.erase(m_origins.begin());
-    }
 }
 
 } // namespace platform

@@ -8,8 +8,10 @@
 
 namespace platform {
 
-// A pair of curl handles that carries one transfer at a time and keeps the connections of earlier
-// ones. Used by one thread at a time.
+// Carries one exchange at a time and keeps the connections of earlier ones. Each has an easy handle
+// of its own: one that is used again remembers more of the exchange before than options, down to
+// memory that it has freed and that a continued header in the next reply makes it write to. Used by
+// one thread at a time.
 class Channel {
 public:
     Channel(); // throws std::bad_alloc
@@ -17,20 +19,22 @@ public:
     Channel(const Channel&) = delete;
     Channel& operator=(const Channel&) = delete;
 
+    // Gets a new easy handle for an exchange with that scheme, host and port.
+    void Open(const std::string& origin); // throws std::bad_alloc
+    // Frees the easy handle, and breaks off what is still under way.
+    void Close() noexcept;
+
     CURL* Easy() const noexcept { return m_easy.get(); }
     CURLM* Multi() const noexcept { return m_multi.get(); }
 
-    // Starts the transfer that the easy handle is set up for.
+    // Starts the exchange that the easy handle is set up for.
     void Start(); // throws std::bad_alloc
-    // Does what can be done without waiting; returns the outcome once the transfer has ended.
+    // Does what can be done without waiting; returns the outcome once the exchange has ended.
     std::optional<CURLcode> Step() noexcept;
     void Wait(int milliseconds) noexcept;
-    // Breaks off what is still under way and forgets all options.
-    void Reset() noexcept;
 
-    // Whether a connection to that scheme, host and port may still be open here.
+    // Whether a connection to that origin may still be open here.
     bool Knows(const std::string& origin) const noexcept;
-    void Remember(const std::string& origin);
 
 private:
     struct MultiCleanup {

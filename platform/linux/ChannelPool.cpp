@@ -30,12 +30,12 @@ std::unique_ptr<Channel> ChannelPool::Take(const std::string& origin) {
     if (channel == nullptr) {
         channel = std::make_unique<Channel>();
     }
-    channel->Remember(origin);
+    channel->Open(origin);
     return channel;
 }
 
 void ChannelPool::Give(std::unique_ptr<Channel> channel) noexcept {
-    channel->Reset();
+    channel->Close();
     const std::lock_guard lock(m_mutex);
     if (m_idle.size() == kCapacity) {
         m_idle.front().swap(channel);

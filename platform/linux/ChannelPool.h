@@ -15,7 +15,7 @@ class ChannelPool {
 public:
     static ChannelPool& Instance(); // never destroyed
 
-    // Prefers the channel that last talked to the origin.
+    // An open channel; preferably one that has talked to the origin before.
     std::unique_ptr<Channel> Take(const std::string& origin);
     void Give(std::unique_ptr<Channel> channel) noexcept;
 

@@ -186,10 +186,9 @@ void Transfer::SetOptions() {
         set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(m_exchange.bodySize));
         set(CURLOPT_POSTFIELDS, m_exchange.bodySize > 0 ? m_exchange.body : "");
     }
-    // libcurl looks cookies up by the Host header that it is given, and remembers that name: one
-    // from the caller goes without the jar, and its channel serves no other exchange.
-    m_channelSpent = m_exchange.headers.Find("Host") != nullptr;
-    const bool useJar = m_exchange.useCookies && !m_channelSpent;
+    // libcurl looks cookies up by the Host header that it is given: one from the caller goes
+    // without the jar.
+    const bool useJar = m_exchange.useCookies && m_exchange.headers.Find("Host") == nullptr;
     set(CURLOPT_SHARE, useJar ? CookieJar::Instance().Share() : nullptr);
     if (useJar) {
         set(CURLOPT_COOKIEFILE, "");
@@ -333,9 +332,6 @@ void Transfer::DriveUntil(Predicate satisfied) {
 void Transfer::End(DWORD error) noexcept {
     m_ended = true;
     m_error = error;
-    // libcurl keeps the buffers of an exchange that failed early, and then refuses the next one's
-    // settings for them.
-    m_channelSpent = m_channelSpent || error != ERROR_SUCCESS;
 }
 
 void Transfer::ReleaseChannel() noexcept {
@@ -344,11 +340,7 @@ void Transfer::ReleaseChannel() noexcept {
     }
     m_interrupt.Watch(nullptr);
     const ExitGate::Passage passage;
-    if (m_channelSpent) {
-        m_channel.reset();
-    } else {
-        ChannelPool::Instance().Give(std::move(m_channel));
-    }
+    ChannelPool::Instance().Give(std::move(m_channel));
 }
 
 } // namespace platform

@@ -57,7 +57,6 @@ private:
     Exchange m_exchange;
     Interrupt& m_interrupt;
     std::unique_ptr<Channel> m_channel; // null before Send and once the reply has come to its end
-    bool m_channelSpent = false;
     List m_headerLines;
 
     Reply m_reply;

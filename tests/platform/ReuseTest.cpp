@@ -40,5 +40,18 @@ TEST(Reuse, ConnectionThatTheServerEndedIsReplaced) {
     EXPECT_EQ(server.ConnectionCount(), 5u);
 }
 
+// libcurl, with an easy handle that is used again, went on writing into a header that it had freed.
+TEST(Reuse, HeaderThatContinuesNoneTouchesNoneOfTheReplyBefore) {
+    ScriptedServer server;
+    server.On("/").Reply(200, {{"X-Mine", "y"}}, "body");
+    server.On("/").Send("HTTP/1.1 200 OK\r\n X: y\r\nContent-Length: 4\r\n\r\nbody");
+    server.On("/").Reply(200, {}, "body");
+    for (const bool healthy : {true, false, true}) {
+        Exchange exchange(server.Url("/"));
+        EXPECT_TRUE(exchange.Send() || !healthy);
+        EXPECT_TRUE(exchange.ReadAll() == "body" || !healthy);
+    }
+}
+
 } // namespace
 } // namespace brevint::test
