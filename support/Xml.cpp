@@ -107,7 +107,7 @@ XmlDocPtr WholeDocument(const xmlParserCtxt& parser, xmlDoc* document) {
     return whole ? std::move(owned) : nullptr;
 }
 
-/// Elements below the root that leave the document while it is read.
+/// Elements below the root that leave the document while it is read, with the text before them.
 struct Taking {
     std::string_view root;
     std::string_view element;
@@ -137,8 +137,15 @@ void EndElement(void* context, const xmlChar* name, const xmlChar* prefix, const
         taking.failure = std::current_exception();
         xmlStopParser(parser);
     }
-    xmlUnlinkNode(node);
-    xmlFreeNode(node);
+    // Text before the element goes as well. It would become the last node, and libxml2 would append
+    // what follows to it by what it remembers of another text's length.
+    xmlNode* last = node;
+    do {
+        xmlNode* const before = last->prev;
+        xmlUnlinkNode(last);
+        xmlFreeNode(last);
+        last = before;
+    } while (last && (last->type == XML_TEXT_NODE || last->type == XML_CDATA_SECTION_NODE));
 }
 
 XmlDocPtr ParseStrictly(std::string_view text, Taking* taking = nullptr) {

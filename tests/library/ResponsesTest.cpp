@@ -88,6 +88,10 @@ TEST(Responses, FolderItemsAreFilledFromTheirElements) {
          "<ItemType>it</ItemType><ItemTypeDescription>itd</ItemTypeDescription>"
          "<Item><Name>nested</Name></Item></Item><Item/><List><Item/></List>",
          1101, L"u|p|o|n|d|dc|dm|5|lb|it|itd|public;" + named(L"")},
+        {200,
+         "\n  <Item>\n    <Name>long name</Name>\n  </Item>\n  x<![CDATA[y]]>\n"
+         "  <Item><Name>b</Name></Item>\n  <Item/>\n",
+         1101, named(L"long name") + named(L"b") + named(L"")},
         {200, "!<Other><Item/></Other>", 1101, L""},
         {200, "<Message>Requested item is not a folder.</Message><Item/>", 1402, named(L"")},
     });
