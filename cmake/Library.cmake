@@ -67,6 +67,7 @@ set(BREVINT_SOURCES
   support/UrlBuilder.cpp
   support/Xml.cpp
 
+  transport/ReadBuffer.cpp
   transport/ReplyDelivery.cpp
   transport/RequestContext.cpp
   transport/WebRequest.cpp

@@ -35,11 +35,12 @@ void RequestContext::OnRequestComplete(bool succeeded) {
     if (!Enter()) {
         return;
     }
+    const bool isFullChunk = state == State::ReadingChunk && bytesRead == readBuffer.Size();
     if (state == State::Sending) {
         request->GetRequestedDataAsync(this);
     } else if (!succeeded || !TakeRead()) {
         Fail(request->GetRequestStatus());
-    } else if (state == State::ReadingChunk && bytesRead == readBuffer.size()) {
+    } else if (isFullChunk) {
         request->GetRequestedDataAsync(this);
     } else {
         Complete();
@@ -58,9 +59,7 @@ void RequestContext::Abandon() {
 }
 
 bool RequestContext::PrepareRead(DWORD length, State next) noexcept {
-    try {
-        readBuffer.resize(length);
-    } catch (const std::bad_alloc&) {
+    if (readBuffer.Size() != length && !readBuffer.Allocate(length)) {
         return false;
     }
     bytesRead = 0;
@@ -69,13 +68,11 @@ bool RequestContext::PrepareRead(DWORD length, State next) noexcept {
 }
 
 bool RequestContext::TakeRead() noexcept {
-    if (state == State::ReadingLast) {
-        // The only read of a reply of announced length: its buffer is the reply.
-        data = std::move(readBuffer);
-        return bytesRead == data.size();
+    if (state == State::ReadingLast && bytesRead != readBuffer.Size()) {
+        return false;
     }
     try {
-        data.insert(data.end(), readBuffer.begin(), readBuffer.begin() + bytesRead);
+        readBuffer.Take(bytesRead, data);
     } catch (const std::bad_alloc&) {
         return false;
     }

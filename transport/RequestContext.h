@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/WinInet.h"
+#include "transport/ReadBuffer.h"
 
 #include <condition_variable>
 #include <memory>
@@ -55,7 +56,7 @@ public:
     WebRequest* request = nullptr;
     State state = State::Sending;
     DWORD bytesRead = 0;
-    std::vector<char> readBuffer;
+    ReadBuffer readBuffer;
     std::vector<char> data;
     /// The body of the request. The platform reads it where it is.
     std::vector<char> body;

@@ -6,6 +6,7 @@
 #include "support/PlatformCookies.h"
 #include "support/UnicodeConvert.h"
 #include "support/Utf8.h"
+#include "transport/ReadBuffer.h"
 #include "transport/RequestContext.h"
 
 #include <algorithm>
@@ -206,8 +207,8 @@ void WebRequest::GetRequestedDataAsync(RequestContext* context) {
         return;
     }
     const BOOL finished =
-        InternetReadFile(m_request.get(), context->readBuffer.data(),
-                         static_cast<DWORD>(context->readBuffer.size()), &context->bytesRead);
+        InternetReadFile(m_request.get(), context->readBuffer.Data(),
+                         static_cast<DWORD>(context->readBuffer.Size()), &context->bytesRead);
     if (!finished && GetLastError() == ERROR_IO_PENDING) {
         return;
     }
@@ -315,11 +316,12 @@ void WebRequest::ReadReply(std::vector<char>& out, bool asText) {
     const std::size_t before = out.size();
     try {
         if (const DWORD length = ContentLength()) {
-            out.resize(before + length);
+            ReadBuffer buffer;
             DWORD bytesRead = 0;
-            if (!InternetReadFile(m_request.get(), out.data() + before, length, &bytesRead) ||
-                bytesRead != length) {
-                out.resize(before);
+            if (buffer.Allocate(length) &&
+                InternetReadFile(m_request.get(), buffer.Data(), length, &bytesRead) &&
+                bytesRead == length) {
+                buffer.Take(length, out);
             }
         } else {
             ReadChunks(out, asText);

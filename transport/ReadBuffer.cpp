@@ -1,0 +1,38 @@
+#include "transport/ReadBuffer.h"
+
+#include <new>
+#include <utility>
+
+namespace {
+
+/// Longer replies are not believed before they come.
+constexpr std::size_t kBelieved = std::size_t{1} << 30;
+
+} // namespace
+
+bool ReadBuffer::Allocate(std::size_t size) noexcept {
+    *this = {};
+    try {
+        if (size <= kBelieved) {
+            m_bytes.resize(size);
+        } else {
+            m_lazy.reset(static_cast<char*>(std::calloc(size, 1)));
+        }
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    m_size = size;
+    return m_lazy || !m_bytes.empty();
+}
+
+void ReadBuffer::Take(std::size_t count, std::vector<char>& out) {
+    if (count == m_bytes.size() && out.empty()) {
+        out = std::move(m_bytes);
+        *this = {};
+        return;
+    }
+    out.insert(out.end(), Data(), Data() + count);
+    if (m_lazy) {
+        *this = {};
+    }
+}

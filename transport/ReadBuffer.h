@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdlib>
+#include <memory>
+#include <vector>
+
+/// What the platform reads a reply into.
+class ReadBuffer {
+public:
+    /// Makes it `size` zeros long; false when there is no room for that. A size that only a lie is
+    /// likely to announce takes memory as it is written to, and a copy in Take.
+    bool Allocate(std::size_t size) noexcept;
+
+    char* Data() noexcept { return m_lazy ? m_lazy.get() : m_bytes.data(); }
+    std::size_t Size() const noexcept { return m_size; }
+
+    /// Appends the first `count` bytes to `out`. The buffer may be empty after that. Throws
+    /// std::bad_alloc.
+    void Take(std::size_t count, std::vector<char>& out);
+
+private:
+    struct Deleter {
+        void operator()(char* bytes) const noexcept { std::free(bytes); }
+    };
+
+    std::vector<char> m_bytes;
+    std::unique_ptr<char, Deleter> m_lazy;
+    std::size_t m_size = 0;
+};
