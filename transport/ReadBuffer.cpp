@@ -16,13 +16,13 @@ bool ReadBuffer::Allocate(std::size_t size) noexcept {
         if (size <= kBelieved) {
             m_bytes.resize(size);
         } else {
-            m_lazy.reset(static_cast<char*>(std::calloc(size, 1)));
+            m_lazy = std::make_unique_for_overwrite<char[]>(size);
         }
     } catch (const std::bad_alloc&) {
         return false;
     }
     m_size = size;
-    return m_lazy || !m_bytes.empty();
+    return true;
 }
 
 void ReadBuffer::Take(std::size_t count, std::vector<char>& out) {

@@ -1,14 +1,13 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdlib>
 #include <memory>
 #include <vector>
 
 /// What the platform reads a reply into.
 class ReadBuffer {
 public:
-    /// Makes it `size` zeros long; false when there is no room for that. A size that only a lie is
+    /// Makes it `size` bytes long; false when there is no room for that. A size that only a lie is
     /// likely to announce takes memory as it is written to, and a copy in Take.
     bool Allocate(std::size_t size) noexcept;
 
@@ -20,11 +19,7 @@ public:
     void Take(std::size_t count, std::vector<char>& out);
 
 private:
-    struct Deleter {
-        void operator()(char* bytes) const noexcept { std::free(bytes); }
-    };
-
     std::vector<char> m_bytes;
-    std::unique_ptr<char, Deleter> m_lazy;
+    std::unique_ptr<char[]> m_lazy;
     std::size_t m_size = 0;
 };
