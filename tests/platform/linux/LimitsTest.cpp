@@ -6,7 +6,7 @@
 #include <future>
 #include <string>
 
-// What the Linux layer does as Windows is documented to do, and Wine does not.
+// What the Linux layer ends or limits, as Windows is documented to, and Wine does not.
 
 namespace brevint::test {
 namespace {
