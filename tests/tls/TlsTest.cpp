@@ -113,7 +113,7 @@ TEST_F(Tls, ReachesATrustedServerAndIsNotLeftByARedirect) {
     const auto body = ScriptedServer::Pattern(200000);
     for (const auto& url : {Url("/to"), Url("/to"), PlainUrl("/in")}) {
         Exchange exchange(Wide(url), {.verb = L"POST", .body = body});
-        ASSERT_TRUE(exchange.Send());
+        ASSERT_TRUE(exchange.Send()) << exchange.SendError();
         EXPECT_EQ(exchange.ReadAll(), "private");
     }
     const auto requests = server.RequestsFor("/to");
