@@ -69,12 +69,15 @@ std::string Upload(const std::wstring& path) {
     return {info.GetUploadData().begin(), info.GetUploadData().end()};
 }
 
-// The kernel tells a size for this file that its content does not have.
-TEST(SpecialFiles, ThatShrinkWhileTheyAreReadAreFilledUp) {
-    const std::wstring path = L"/sys/devices/system/cpu/online";
-    std::string content = ReadFile(path);
-    content.resize(std::filesystem::file_size(FilePath(path)));
-    EXPECT_NE(Upload(path).find("\r\n\r\n" + content + "\r\n--"), std::string::npos);
+// The kernel tells sizes for these files that their contents do not have: more, and nothing.
+TEST(SpecialFiles, ThatShrinkOrGrowWhileTheyAreReadAreSentInTheSizeTheyHad) {
+    for (const std::wstring path : {L"/sys/devices/system/cpu/online", L"/proc/self/status"}) {
+        std::string content = ReadFile(path);
+        const auto size = std::filesystem::file_size(FilePath(path));
+        ASSERT_NE(content.size(), size);
+        content.resize(size);
+        EXPECT_NE(Upload(path).find("\r\n\r\n" + content + "\r\n--"), std::string::npos);
+    }
 }
 
 /// Takes this process's privileges away, if it has any, as long as it lives.
