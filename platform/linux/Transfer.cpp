@@ -96,8 +96,7 @@ Transfer::~Transfer() {
 
 DWORD Transfer::Send() {
     for (int redirects = 0;; ++redirects) {
-        StartHop();
-        DriveUntil([this] { return m_headDone; });
+        AwaitHead();
         if (!m_headDone) {
             break;
         }
@@ -153,21 +152,32 @@ DWORD Transfer::Read(char* target, std::size_t size, std::size_t& read) {
     return complete ? ERROR_SUCCESS : std::exchange(m_error, ERROR_SUCCESS);
 }
 
-void Transfer::StartHop() {
+void Transfer::AwaitHead() {
+    for (const auto connection : {Connection::any, Connection::fresh}) {
+        StartHop(connection);
+        DriveUntil([this] { return m_headDone; });
+        if (!m_overtaken) {
+            return;
+        }
+    }
+}
+
+void Transfer::StartHop(Connection connection) {
     m_reply = {};
     m_headDone = false;
     m_ended = false;
     m_error = ERROR_SUCCESS;
+    m_overtaken = false;
     m_received = 0;
     m_discarding = false;
     ReleaseChannel();
     m_channel = ChannelPool::Instance().Take(Origin(m_exchange.url));
-    SetOptions();
+    SetOptions(connection);
     m_interrupt.Watch(m_channel->Multi());
     m_channel->Start();
 }
 
-void Transfer::SetOptions() {
+void Transfer::SetOptions(Connection connection) {
     m_headerLines = HeaderLines();
     CURL* easy = m_channel->Easy();
     const auto set = [easy](CURLoption option, auto value) {
@@ -176,6 +186,7 @@ void Transfer::SetOptions() {
         }
     };
     set(CURLOPT_URL, m_exchange.url.c_str());
+    set(CURLOPT_FRESH_CONNECT, connection == Connection::fresh ? 1L : 0L);
     set(CURLOPT_HTTPHEADER, m_headerLines.get());
     if (m_exchange.verb == "HEAD") {
         set(CURLOPT_NOBODY, 1L);
@@ -304,6 +315,9 @@ void Transfer::DiscardBody() {
 void Transfer::Step() {
     const ExitGate::Passage passage;
     if (const auto outcome = m_channel->Step()) {
+        long connects = 0;
+        curl_easy_getinfo(m_channel->Easy(), CURLINFO_NUM_CONNECTS, &connects);
+        m_overtaken = *outcome == CURLE_SEND_ERROR && connects == 0 && m_received == 0;
         End(TransferError(m_channel->Easy(), *outcome));
     }
 }

@@ -44,8 +44,13 @@ private:
     void AddHeaderLine(std::string_view line);
     void AddBody(const char* data, std::size_t size);
 
-    void StartHop();
-    void SetOptions();
+    // Sends the request and waits for its reply's head. Once more, on a connection of its own,
+    // where the server ended a kept one before it had all of the request; libcurl itself does so
+    // only while it waits for the reply.
+    void AwaitHead();
+    enum class Connection { any, fresh };
+    void StartHop(Connection connection);
+    void SetOptions(Connection connection);
     List HeaderLines() const;
     void DiscardBody();
     void Step();
@@ -63,7 +68,8 @@ private:
     bool m_headDone = false;
     bool m_ended = false;
     DWORD m_error = ERROR_SUCCESS; // why it ended
-    curl_off_t m_received = 0;     // bytes of this hop, head included
+    bool m_overtaken = false;  // by the end of a kept connection, with part of the request unsent
+    curl_off_t m_received = 0; // bytes of this hop, head included
 
     bool m_discarding = false;
     ByteQueue m_waiting;

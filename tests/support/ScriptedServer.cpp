@@ -144,6 +144,10 @@ asio::awaitable<void> ScriptedServer::Impl::Serve(tcp::socket socket, std::size_
             case Step::Kind::send:
                 co_await asio::async_write(socket, asio::buffer(step.text), use_awaitable);
                 break;
+            case Step::Kind::take:
+                co_await asio::async_read(socket, asio::dynamic_buffer(input),
+                                          asio::transfer_exactly(step.size), use_awaitable);
+                break;
             case Step::Kind::wait:
                 co_await Reached(step.text).async_wait(
                     asio::redirect_error(use_awaitable, ignored));
@@ -256,6 +260,10 @@ ScriptedServer::Script& ScriptedServer::Script::SendChunk(std::string_view data)
     std::ostringstream text;
     text << std::hex << data.size() << "\r\n" << data << "\r\n";
     return Send(text.str());
+}
+
+ScriptedServer::Script& ScriptedServer::Script::Take(std::size_t count) {
+    return Add({Step::Kind::take, {}, count});
 }
 
 ScriptedServer::Script& ScriptedServer::Script::Wait(std::string_view gate) {

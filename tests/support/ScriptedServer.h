@@ -65,6 +65,9 @@ public:
         /// One chunk of a chunked body; empty data makes the last chunk, which ends the body.
         Script& SendChunk(std::string_view data);
 
+        /// Takes that many bytes of the next request.
+        Script& Take(std::size_t count);
+
         /// Holds the connection until the test opens that gate with ScriptedServer::Open.
         Script& Wait(std::string_view gate);
 
@@ -76,9 +79,10 @@ public:
     private:
         friend class ScriptedServer;
         struct Step {
-            enum class Kind { send, wait, close, reset };
+            enum class Kind { send, take, wait, close, reset };
             Kind kind;
             std::string text = {};
+            std::size_t size = 0;
         };
         Script& Add(Step step);
         std::mutex& m_mutex; ///< the server's, because its thread reads what a test adds

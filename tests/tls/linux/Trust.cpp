@@ -14,5 +14,6 @@ Trust::~Trust() {
 
 const bool target::kTrustEndsAtOnce = true;
 const bool target::kRedirectsLeaveTls = false;
+const bool target::kSendsAgain = true;
 
 } // namespace brevint::test

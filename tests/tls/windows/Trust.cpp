@@ -55,5 +55,6 @@ Trust::~Trust() {
 
 const bool target::kTrustEndsAtOnce = false;
 const bool target::kRedirectsLeaveTls = true;
+const bool target::kSendsAgain = false;
 
 } // namespace brevint::test
