@@ -26,8 +26,7 @@ std::wstring CookiesOf(const std::wstring& url) {
 /// What the Cookie header of a request for this URL says.
 std::string CookiesSent(ScriptedServer& server, const std::wstring& url, RequestSetup setup = {}) {
     Exchange exchange(url, std::move(setup));
-    EXPECT_TRUE(exchange.Send());
-    return server.Requests().back().Header("Cookie");
+    return exchange.Send() ? server.Requests().back().Header("Cookie") : "(not sent)";
 }
 
 // Each row sets a cookie, if it names an address for it, and then asks the jar.
