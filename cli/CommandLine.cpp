@@ -1,6 +1,10 @@
+// The one source that includes CLI11, whose templates take seconds to compile: the grammar of the
+// command line, the options that commands add to it, and the table that is read from it.
+
 #include "cli/CommandLine.h"
 
 #include "cli/Failure.h"
+#include "cli/OptionTable.h"
 #include "cli/Terminal.h"
 
 #include <CLI/CLI.hpp>
@@ -54,7 +58,79 @@ void AddGlobalOptions(CLI::App& app, Options& options) {
                  "Allow http:// to other machines: password and content travel unencrypted");
 }
 
+OptionEntry ReadOption(const CLI::Option& option) {
+    OptionEntry entry;
+    for (const std::string& name : option.get_snames()) {
+        entry.names.push_back("-" + name);
+    }
+    for (const std::string& name : option.get_lnames()) {
+        entry.names.push_back("--" + name);
+    }
+    if (option.get_type_size() != 0) {
+        // The type, a colon, and what is checked: "COMMAND:{put,replace}".
+        const std::string type = option.get_type_name();
+        entry.value = type.substr(0, type.find(':'));
+        const std::size_t brace = type.find('{');
+        if (brace != std::string::npos) {
+            std::istringstream list(type.substr(brace + 1, type.find('}') - brace - 1));
+            for (std::string choice; std::getline(list, choice, ',');) {
+                entry.choices.push_back(choice);
+            }
+        }
+    }
+    entry.defaultValue = option.get_default_str();
+    entry.description = option.get_description();
+    entry.required = option.get_required();
+    entry.repeated = option.get_expected_max() > 1;
+    return entry;
+}
+
+CommandEntry ReadCommand(const CLI::App& app) {
+    CommandEntry entry;
+    entry.name = app.get_name();
+    entry.summary = app.get_description();
+    for (const CLI::Option* option : app.get_options()) {
+        // What every command takes stands with the program.
+        if (option == app.get_help_ptr() && app.get_parent()) {
+            continue;
+        }
+        (option->get_positional() ? entry.arguments : entry.options).push_back(ReadOption(*option));
+    }
+    return entry;
+}
+
 } // namespace
+
+void OptionList::Required(const std::string& names, std::string& value, const std::string& type,
+                          const std::string& description) {
+    app_.add_option(names, value, description)->type_name(type)->required();
+}
+
+void OptionList::Required(const std::string& names, std::vector<std::string>& values,
+                          const std::string& type, const std::string& description) {
+    app_.add_option(names, values, description)->type_name(type)->required();
+}
+
+void OptionList::Optional(const std::string& names, std::string& value, const std::string& type,
+                          const std::string& description) {
+    app_.add_option(names, value, description)->type_name(type)->capture_default_str();
+}
+
+void OptionList::Choice(const std::string& names, std::string& value, const std::string& type,
+                        const std::vector<std::string>& choices, const std::string& description) {
+    app_.add_option(names, value, description)
+        ->type_name(type)
+        ->check(CLI::IsMember(choices))
+        ->capture_default_str();
+}
+
+void OptionList::Flag(const std::string& names, bool& value, const std::string& description) {
+    app_.add_flag(names, value, description);
+}
+
+void OptionList::Exclude(const std::string& one, const std::string& other) {
+    app_.get_option(one)->excludes(app_.get_option(other));
+}
 
 CommandLine::CommandLine()
     : app_(std::make_unique<CLI::App>("Works with a document repository on a Brevint service.",
@@ -105,6 +181,18 @@ Command* CommandLine::Parse(std::vector<std::string> arguments) {
         return app_->got_subcommand(row.name);
     });
     return commands_[static_cast<std::size_t>(chosen - rows.begin())].get();
+}
+
+std::vector<CommandEntry> ReadOptionTable(const CommandLine& commandLine) {
+    const CLI::App& grammar = commandLine.Grammar();
+    std::vector<CommandEntry> table = {ReadCommand(grammar)};
+    table.front().examples = kExamples;
+    for (const CommandRow& row : AllCommands()) {
+        table.push_back(ReadCommand(*grammar.get_subcommand(row.name)));
+        table.back().notes = row.notes;
+        table.back().examples = row.examples;
+    }
+    return table;
 }
 
 } // namespace brevint::cli

@@ -26,3 +26,7 @@ else()
     target_include_directories(brevint_header_only SYSTEM INTERFACE ${${folder}})
   endforeach()
 endif()
+# Boost 1.74 looks for coroutines only where GCC has them.
+target_compile_definitions(brevint_header_only INTERFACE
+  $<$<CXX_COMPILER_ID:Clang>:BOOST_ASIO_HAS_CO_AWAIT>
+  $<$<CXX_COMPILER_ID:Clang>:BOOST_ASIO_HAS_STD_COROUTINE>)

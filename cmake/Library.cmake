@@ -1,77 +1,8 @@
-# The library, from one list of sources for both targets. A new call adds its description and its
-# response here.
+# The library, of the same sources for both targets.
 
-set(BREVINT_SOURCES
-  cookies/InternetCache.cpp
-
-  proxies/Exchange.cpp
-  proxies/IdentityProxy.cpp
-  proxies/PortalForm.cpp
-  proxies/ProxyFactory.cpp
-  proxies/RepositoryProxy.cpp
-  proxies/SignInProxy.cpp
-  proxies/SignOutProxy.cpp
-  proxies/TemplateProxy.cpp
-  proxies/VersionProxy.cpp
-
-  requests/BaseFileUploadRequestInfo.cpp
-  requests/CheckInOutRequestInfo.cpp
-  requests/CreateFolderRequestInfo.cpp
-  requests/DeleteRequestInfo.cpp
-  requests/DownloadFileRequestInfo.cpp
-  requests/GetFolderContentsRequestInfo.cpp
-  requests/IdentityRequestInfo.cpp
-  requests/OverwriteFileRequestInfo.cpp
-  requests/PathRequestInfo.cpp
-  requests/PollFileStatusRequestInfo.cpp
-  requests/ServiceRequestInfo.cpp
-  requests/SignOutRequestInfo.cpp
-  requests/TemplateRequestInfo.cpp
-  requests/UploadFileRequestInfo.cpp
-  requests/VersionInfoRequestInfo.cpp
-
-  responses/BaseResponse.cpp
-  responses/CheckInOutResponse.cpp
-  responses/CreateFolderResponse.cpp
-  responses/DeleteResponse.cpp
-  responses/DownloadFileResponse.cpp
-  responses/FolderItem.cpp
-  responses/FolderListing.cpp
-  responses/GetFolderContentsResponse.cpp
-  responses/IdentityResponse.cpp
-  responses/JobResponse.cpp
-  responses/LocalDownloadFileResponse.cpp
-  responses/LocalResponse.cpp
-  responses/LocalResponseStore.cpp
-  responses/OverwriteFileResponse.cpp
-  responses/PathResponse.cpp
-  responses/PollOverwriteStatusResponse.cpp
-  responses/PollStatusResponse.cpp
-  responses/PollUploadStatusResponse.cpp
-  responses/SignInResponse.cpp
-  responses/SignOutResponse.cpp
-  responses/TemplateInfo.cpp
-  responses/TemplateResponse.cpp
-  responses/UploadFileResponse.cpp
-  responses/VersionInfoResponse.cpp
-
-  support/Files.cpp
-  support/HtmlUnescape.cpp
-  support/HttpEscape.cpp
-  support/MarkupGuard.cpp
-  support/PlatformCookies.cpp
-  support/ResourceString.cpp
-  support/SimpleXPathHelper.cpp
-  support/Text.cpp
-  support/UnicodeConvert.cpp
-  support/UrlBuilder.cpp
-  support/Xml.cpp
-
-  transport/ReadBuffer.cpp
-  transport/ReplyDelivery.cpp
-  transport/RequestContext.cpp
-  transport/WebRequest.cpp
-  transport/WebRequestFactory.cpp)
+brevint_sources(BREVINT_SOURCES cookies proxies requests responses support transport)
+# It has a library of its own, which the platform layer uses too.
+list(REMOVE_ITEM BREVINT_SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/support/Utf8.cpp)
 
 if(WIN32)
   configure_file(resources/Brevint.rc.in ${CMAKE_BINARY_DIR}/Brevint.rc @ONLY)
@@ -89,6 +20,7 @@ target_compile_definitions(brevint_objects PUBLIC BREVINT_BUILDING)
 target_include_directories(brevint_objects PUBLIC ${CMAKE_SOURCE_DIR} ${CMAKE_SOURCE_DIR}/include)
 target_link_libraries(brevint_objects
   PUBLIC brevint_platform brevint_utf8 LibXml2::LibXml2 Threads::Threads)
+target_precompile_headers(brevint_objects REUSE_FROM brevint_utf8)
 
 add_library(brevint SHARED)
 add_library(Brevint::Brevint ALIAS brevint)

@@ -43,20 +43,20 @@ HttpReply Upload(Call& call, ServiceState& state) {
     const std::string parentId = call.Guid();
     const auto [name, content] = TakeFile(call.request);
     state.repository.CheckNewFile(parentId, name, *call.user);
-    return TellJob(state.jobs.Add(*call.user, [&repository = state.repository, parentId,
-                                               name = name, content = content, &user = *call.user] {
-        return repository.AddFile(parentId, name, content, user);
-    }));
+    return TellJob(state.jobs.Add(
+        *call.user, [&repository = state.repository, parentId, name, content, &user = *call.user] {
+            return repository.AddFile(parentId, name, content, user);
+        }));
 }
 
 HttpReply Overwrite(Call& call, ServiceState& state) {
     const std::string fileId = call.Guid();
     const auto [name, content] = TakeFile(call.request);
     state.repository.CheckReplacement(fileId, *call.user);
-    return TellJob(state.jobs.Add(*call.user, [&repository = state.repository, fileId, name = name,
-                                               content = content, &user = *call.user] {
-        return repository.ReplaceFile(fileId, name, content, user);
-    }));
+    return TellJob(state.jobs.Add(
+        *call.user, [&repository = state.repository, fileId, name, content, &user = *call.user] {
+            return repository.ReplaceFile(fileId, name, content, user);
+        }));
 }
 
 } // namespace

@@ -44,7 +44,7 @@ TEST(SyncRequest, TellsStatusLengthAndBody) {
 }
 
 TEST(SyncRequest, FillsEveryReadButTheLast) {
-    for (const std::size_t total : {0, 1, 100000, 250000}) {
+    for (const std::size_t total : {0U, 1U, 100000U, 250000U}) {
         SCOPED_TRACE(total);
         const auto body = ScriptedServer::Pattern(total);
         ScriptedServer server;

@@ -280,7 +280,7 @@ TEST(Calls, EveryWayToSend) {
 }
 
 TEST(Calls, ReplyLargerThanMemoryIsAnEmptyOne) {
-    for (const std::size_t chunks : {0, 20}) {
+    for (const std::size_t chunks : {0U, 20U}) {
         Exchange fake;
         fake.contentLength = chunks ? std::nullopt : std::optional<DWORD>(4'294'967'295);
         fake.reads.assign(chunks, Pends(kChunk));

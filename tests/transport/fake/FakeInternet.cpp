@@ -178,8 +178,8 @@ BOOL HttpSendRequestW(HINTERNET request, LPCWSTR headers, DWORD headersLength, L
 BOOL InternetReadFile(HINTERNET request, LPVOID buffer, DWORD size, LPDWORD read) noexcept {
     // The state says what the completion will find, so it is due before the call.
     const auto* context = reinterpret_cast<const RequestContext*>(FakeInternet::current->context);
-    auto& fake =
-        Called("read", request, size, *read, context ? static_cast<int>(context->state) : 0);
+    auto& fake = Called("read", request, size, *read,
+                        context ? static_cast<DWORD>(context->state) : DWORD{0});
     FakeInternet::Step step;
     if (!fake.reads.empty()) {
         step = fake.reads.front();
