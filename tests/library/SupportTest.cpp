@@ -1,5 +1,6 @@
 #include "support/HtmlUnescape.h"
 #include "support/HttpEscape.h"
+#include "support/ResourceString.h"
 #include "support/Text.h"
 #include "support/Utf8.h"
 #include "tests/support/Environment.h"
@@ -63,6 +64,11 @@ TEST(Text, IsReplacedToItsEnd) {
     std::wstring text(L"%a%\0%", 5);
     StringReplace(text, L"%", L"%%");
     EXPECT_EQ(text, std::wstring(L"%%a%%\0%%", 8));
+}
+
+TEST(ResourceString, IsThatOfTheNamedModuleOnly) {
+    EXPECT_EQ(GetResourceString(2, "NotLoaded.dll"), L"");
+    EXPECT_EQ(GetResourceString(2, nullptr), L"");
 }
 
 TEST(Utf8, ConvertsBothWays) {
