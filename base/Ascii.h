@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-/// What protocols and formats mean by letters, digits and blanks: ASCII's, whatever the locale. Other
-/// characters are none of these and have no case.
+/// What protocols and formats mean by letters, digits and blanks: ASCII's, whatever the locale.
+/// Other characters are none of these and have no case.
 namespace base {
 
 template <class Char>
