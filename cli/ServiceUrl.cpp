@@ -1,5 +1,6 @@
 #include "cli/ServiceUrl.h"
 
+#include "base/Ascii.h"
 #include "cli/Failure.h"
 
 #include <algorithm>
@@ -8,14 +9,6 @@
 namespace brevint::cli {
 
 namespace {
-
-std::string ToLower(std::string_view text) {
-    std::string lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-    });
-    return lower;
-}
 
 bool IsProper(std::string_view url) {
     return std::all_of(url.begin(), url.end(), [](char c) {
@@ -47,7 +40,7 @@ bool IsPort(std::string_view text) {
 } // namespace
 
 bool IsLoopback(std::string_view host) {
-    if (ToLower(host) == "localhost" || host == "[::1]") {
+    if (base::EqualsIgnoreCase(host, "localhost") || host == "[::1]") {
         return true;
     }
     // 127.0.0.0/8 in full dotted form.
@@ -74,7 +67,7 @@ bool IsLoopback(std::string_view host) {
 
 std::string CheckServiceUrl(std::string_view url, bool insecureHttp) {
     const std::size_t schemeEnd = url.find("://");
-    const std::string scheme = ToLower(url.substr(0, schemeEnd));
+    const std::string scheme = base::ToLower(url.substr(0, schemeEnd));
     if (schemeEnd == std::string_view::npos || (scheme != "http" && scheme != "https")) {
         Refuse(url, "it must begin with https:// or http://.");
     }

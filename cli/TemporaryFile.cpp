@@ -1,5 +1,6 @@
 #include "cli/TemporaryFile.h"
 
+#include "base/Hex.h"
 #include "cli/Failure.h"
 #include "cli/Utf8.h"
 
@@ -11,11 +12,10 @@ namespace brevint::cli {
 namespace {
 
 std::string RandomName() {
-    constexpr char digits[] = "0123456789abcdef";
     std::random_device random;
     std::string name = ".brevint-";
     for (int i = 0; i < 16; ++i) {
-        name += digits[random() % 16];
+        name += base::kHexDigits[random() % 16];
     }
     return name + ".part";
 }
