@@ -26,8 +26,8 @@ bool CDownloadFileResponse::IsComplete() const {
 
 void CDownloadFileResponse::SetServerResponse(const std::vector<char>& bytes,
                                               unsigned long status) {
-    StoreReply(bytes, status);
     try {
+        StoreReply(bytes, status);
         ParseServerResponse();
     } catch (const std::bad_alloc&) {
         DropReply();
@@ -78,5 +78,5 @@ void CDownloadFileResponse::InitErrorMaps() {
         {ErrorMessage::ItemNotFound, ErrorCode::DownloadItemNotFound},
         {ErrorMessage::InvalidId, ErrorCode::DownloadInvalidId},
     };
-    UseExactMessages(kExact);
+    AddExactMessages(kExact);
 }
