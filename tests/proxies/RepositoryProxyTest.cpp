@@ -176,29 +176,6 @@ TEST(RepositoryProxy, Downloads) {
     }
 }
 
-TEST(RepositoryProxy, EndOfTheProxyEndsItsDownloads) {
-    const TempFolder folder;
-    ScriptedServer server;
-    auto& running = server.On("/Repository/Files/running");
-    running.Head(200, {{"Content-Length", "9"}}).Send("abc").Wait("go");
-    server.On("/Repository/Files/unanswered").Wait("go").Reply(200, {}, "file");
-    server.On("/Repository/Files/done").Reply(200, {}, "file");
-    WebRequestFactory factory;
-    auto proxy = std::make_unique<CRepositoryProxy>(&factory);
-    const auto start = [&](const wchar_t* id) {
-        return std::unique_ptr<IDownloadFileResponse>(
-            proxy->DownloadFile(server.Url(""), id, folder.Path(id)));
-    };
-    const auto begun = start(L"running"), waiting = start(L"unanswered"), done = start(L"done");
-    ASSERT_TRUE(server.AwaitRequests(3));
-    ASSERT_TRUE(AwaitComplete(*done));
-    proxy.reset();
-    server.Open("go");
-    EXPECT_EQ(ReadFile(folder.Path(L"done")), "file");
-    EXPECT_FALSE(begun->IsComplete() || waiting->IsComplete());
-    EXPECT_EQ(ReadFile(folder.Path(L"running")), "(unreadable)");
-}
-
 TEST(RepositoryProxy, DownloadsManyFilesAtOnce) {
     const TempFolder folder;
     const auto content = ScriptedServer::Pattern(200'000);

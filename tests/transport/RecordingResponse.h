@@ -7,12 +7,11 @@
 #include <functional>
 #include <semaphore>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace brevint::test {
 
-/// A response that keeps what it is filled with, and tells how often and on which thread.
+/// A response that keeps what it is filled with, and tells how often.
 class RecordingResponse : public IResponse {
 public:
     /// Called last in every filling, on the thread that fills. It may end the life of this object.
@@ -23,14 +22,12 @@ public:
 
     int Fillings() const { return m_fillings; }
 
-    // What the last filling brought; to be asked after it.
+    /// What the last filling brought; to be asked after it.
     std::string Bytes() const { return {m_bytes.begin(), m_bytes.end()}; }
-    std::thread::id Thread() const { return m_thread; }
 
     void SetServerResponse(const std::vector<char>& bytes, unsigned long status) override {
         m_bytes = bytes;
         m_status = status;
-        m_thread = std::this_thread::get_id();
         ++m_fillings;
         m_filled.release();
         if (const auto last = onFilled) {
@@ -53,7 +50,6 @@ private:
     std::atomic<int> m_fillings = 0;
     std::vector<char> m_bytes;
     unsigned long m_status = 0;
-    std::thread::id m_thread;
 };
 
 } // namespace brevint::test
