@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cwctype>
-#include <map>
 #include <memory>
 #include <set>
 #include <sstream>
@@ -18,22 +18,19 @@ std::unique_ptr<IResponse> Make() {
     return std::make_unique<Response>();
 }
 
-const std::map<std::string, std::unique_ptr<IResponse> (*)()> kKinds = {
-    {"CheckInOut", Make<CCheckInOutResponse>},
-    {"CreateFolder", Make<CCreateFolderResponse>},
-    {"Delete", Make<CDeleteResponse>},
-    {"Download", Make<CDownloadFileResponse>},
-    {"FolderContents", Make<CGetFolderContentsResponse>},
-    {"Identity", Make<CIdentityResponse>},
-    {"Overwrite", Make<COverwriteFileResponse>},
-    {"Path", Make<CPathResponse>},
-    {"PollOverwrite", Make<CPollOverwriteStatusResponse>},
-    {"PollUpload", Make<CPollUploadStatusResponse>},
-    {"SignOut", Make<CSignOutResponse>},
-    {"Template", Make<CTemplateResponse>},
-    {"Upload", Make<CUploadFileResponse>},
-    {"VersionInfo", Make<CVersionInfoResponse>},
-};
+template <class... Responses>
+constexpr std::array<std::unique_ptr<IResponse> (*)(), sizeof...(Responses)> kMakesOf = {
+    Make<Responses>...};
+
+constexpr const char* kKinds[] = {"CheckInOut",     "CreateFolder", "Delete",    "Download",
+                                  "FolderContents", "Identity",     "Overwrite", "Path",
+                                  "PollOverwrite",  "PollUpload",   "SignOut",   "Template",
+                                  "Upload",         "VersionInfo"};
+constexpr auto kMakes =
+    kMakesOf<CCheckInOutResponse, CCreateFolderResponse, CDeleteResponse, CDownloadFileResponse,
+             CGetFolderContentsResponse, CIdentityResponse, COverwriteFileResponse, CPathResponse,
+             CPollOverwriteStatusResponse, CPollUploadStatusResponse, CSignOutResponse,
+             CTemplateResponse, CUploadFileResponse, CVersionInfoResponse>;
 
 /// A message, and its code in each kind of response that knows it.
 struct Row {
@@ -95,15 +92,15 @@ TEST(ErrorMap, GivesEveryMessageItsCodeInEveryLetterCase) {
         messages.insert({text, text + L"x.pdf') cannot be taken.", text + L" ", L" " + text,
                          text.substr(0, text.size() - 1)});
     }
-    for (const auto& [kind, make] : kKinds) {
+    for (std::size_t i = 0; i < kMakes.size(); ++i) {
         for (const std::wstring& message : messages) {
             std::wstring capitals = message;
             std::transform(message.begin(), message.end(), capitals.begin(), std::towupper);
             for (const std::wstring& spelled : {message, capitals}) {
-                SCOPED_TRACE(testing::Message() << kind << ' ' << spelled);
-                const auto response = make();
+                SCOPED_TRACE(testing::Message() << kKinds[i] << ' ' << spelled);
+                const auto response = kMakes[i]();
                 response->ProcessErrorMessage(spelled.c_str());
-                EXPECT_EQ(response->GetErrorCode(), CodeOf(kind, message));
+                EXPECT_EQ(response->GetErrorCode(), CodeOf(kKinds[i], message));
             }
         }
     }

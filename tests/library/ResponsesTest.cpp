@@ -249,10 +249,8 @@ TEST(BaseResponse, LooksMessagesUpWholeThenByBeginning) {
 TEST(BaseResponse, AppendsWhatComesSecond) {
     TestResponse response;
     Fill(response, "<Response", 200);
-    EXPECT_EQ(response.GetErrorCode(), 1104);
     Fill(response, "Data>\xC3\xA9</ResponseData>", 201);
     EXPECT_EQ(response.GetErrorCode(), 1101);
-    EXPECT_EQ(response.GetStatusCode(), 201u);
     EXPECT_EQ(response.GetServerResponseAsString(), L"<ResponseData>\u00e9</ResponseData>");
     // Text ends at a zero byte, and a byte-order mark is a character like others.
     const std::string bytes("\xEF\xBB\xBFz\xFF\0b", 7);

@@ -3,9 +3,7 @@
 #include "brevint/IResponse.h"
 
 #include <atomic>
-#include <chrono>
 #include <functional>
-#include <semaphore>
 #include <string>
 #include <vector>
 
@@ -17,9 +15,6 @@ public:
     /// Called last in every filling, on the thread that fills. It may end the life of this object.
     std::function<void()> onFilled;
 
-    /// Blocks until the response has been filled. False after a minute.
-    bool AwaitFilled() { return m_filled.try_acquire_for(std::chrono::minutes(1)); }
-
     int Fillings() const { return m_fillings; }
 
     /// What the last filling brought; to be asked after it.
@@ -29,7 +24,6 @@ public:
         m_bytes = bytes;
         m_status = status;
         ++m_fillings;
-        m_filled.release();
         if (const auto last = onFilled) {
             last();
         }
@@ -46,7 +40,6 @@ public:
     double GetErrorCode() const override { return 0; }
 
 private:
-    std::counting_semaphore<> m_filled{0};
     std::atomic<int> m_fillings = 0;
     std::vector<char> m_bytes;
     unsigned long m_status = 0;

@@ -114,8 +114,8 @@ void SetLastError(DWORD error) noexcept {
 
 HINTERNET InternetOpenW(LPCWSTR agent, DWORD accessType, LPCWSTR proxy, LPCWSTR proxyBypass,
                         DWORD flags) noexcept {
-    const auto& fake = Called("open", agent, accessType, proxy, proxyBypass, Hex(flags));
-    return fake.sessionOpens ? &g_session : nullptr;
+    Called("open", agent, accessType, proxy, proxyBypass, Hex(flags));
+    return &g_session;
 }
 
 BOOL InternetSetOptionA(HINTERNET handle, DWORD option, LPVOID buffer, DWORD length) noexcept {
@@ -130,13 +130,9 @@ INTERNET_STATUS_CALLBACK InternetSetStatusCallback(HINTERNET handle,
 }
 
 BOOL InternetCrackUrlW(LPCWSTR url, DWORD length, DWORD flags, LPURL_COMPONENTSW parts) noexcept {
-    const auto& fake =
-        Called("crack", url, length, flags, parts->dwHostNameLength, parts->dwUrlPathLength);
-    if (!fake.urlCracks) {
-        return Failure(ERROR_INTERNET_INVALID_URL);
-    }
-    parts->nScheme = fake.scheme;
-    parts->nPort = fake.port;
+    parts->nScheme =
+        Called("crack", url, length, flags, parts->dwHostNameLength, parts->dwUrlPathLength).scheme;
+    parts->nPort = 80;
     const auto store = [](std::wstring_view text, LPWSTR buffer, DWORD& capacity) {
         *std::copy(text.begin(), text.end(), buffer) = L'\0';
         capacity = static_cast<DWORD>(text.size());
@@ -149,9 +145,8 @@ BOOL InternetCrackUrlW(LPCWSTR url, DWORD length, DWORD flags, LPURL_COMPONENTSW
 HINTERNET InternetConnectW(HINTERNET session, LPCWSTR server, INTERNET_PORT port, LPCWSTR user,
                            LPCWSTR password, DWORD service, DWORD flags,
                            DWORD_PTR context) noexcept {
-    const auto& fake =
-        Called("connect", session, server, port, user, password, service, flags, context);
-    return fake.connects ? &g_connection : nullptr;
+    Called("connect", session, server, port, user, password, service, flags, context);
+    return &g_connection;
 }
 
 HINTERNET HttpOpenRequestW(HINTERNET connection, LPCWSTR verb, LPCWSTR objectName, LPCWSTR version,
@@ -164,7 +159,7 @@ HINTERNET HttpOpenRequestW(HINTERNET connection, LPCWSTR verb, LPCWSTR objectNam
     Called("request", connection, verb, objectName, version, referrer, accepted, Hex(flags),
            std::string(context ? "context" : "none"))
         .context = context;
-    return connection ? &g_request : nullptr;
+    return &g_request;
 }
 
 BOOL HttpSendRequestW(HINTERNET request, LPCWSTR headers, DWORD headersLength, LPVOID body,
@@ -172,8 +167,7 @@ BOOL HttpSendRequestW(HINTERNET request, LPCWSTR headers, DWORD headersLength, L
     const std::string bytes(body ? static_cast<char*>(body) : "null", body ? bodyLength : 4);
     auto& fake =
         Called("send", request, std::wstring(headers, headersLength).c_str(), bytes, bodyLength);
-    return request ? fake.Begin(fake.send, nullptr, nullptr)
-                   : Failure(ERROR_INTERNET_INCORRECT_HANDLE_TYPE);
+    return fake.Begin(fake.send, nullptr, nullptr);
 }
 
 BOOL InternetReadFile(HINTERNET request, LPVOID buffer, DWORD size, LPDWORD read) noexcept {
@@ -186,10 +180,9 @@ BOOL InternetReadFile(HINTERNET request, LPVOID buffer, DWORD size, LPDWORD read
     return fake.Begin(step, buffer, read);
 }
 
-BOOL HttpQueryInfoW(HINTERNET request, DWORD infoLevel, LPVOID buffer, LPDWORD length,
-                    LPDWORD) noexcept {
+BOOL HttpQueryInfoW(HINTERNET request, DWORD infoLevel, LPVOID buffer, LPDWORD, LPDWORD) noexcept {
     auto& number = *static_cast<DWORD*>(buffer);
-    const auto& fake = Called("query", Hex(infoLevel), number, *length);
+    const auto& fake = *FakeInternet::current;
     const bool asksStatus = infoLevel == (HTTP_QUERY_STATUS_CODE | HTTP_QUERY_FLAG_NUMBER);
     if (!request || (asksStatus ? fake.status == 0 : !fake.contentLength)) {
         return Failure(ERROR_HTTP_HEADER_NOT_FOUND);
@@ -228,7 +221,6 @@ BOOL InternetGetCookieW(LPCWSTR, LPCWSTR, LPWSTR buffer, LPDWORD size) noexcept 
     return TRUE;
 }
 
-BOOL InternetSetCookieW(LPCWSTR url, LPCWSTR name, LPCWSTR data) noexcept {
-    Called("set cookie", url, name, data);
+BOOL InternetSetCookieW(LPCWSTR, LPCWSTR, LPCWSTR) noexcept {
     return FALSE;
 }

@@ -33,11 +33,7 @@ public:
     FakeInternet(const FakeInternet&) = delete;
 
     // The script.
-    bool sessionOpens = true;
-    bool urlCracks = true;
-    bool connects = true;
     INTERNET_SCHEME scheme = INTERNET_SCHEME_HTTP;
-    INTERNET_PORT port = 80;
     DWORD status = 200;                 ///< 0: the reply has none
     std::optional<DWORD> contentLength; ///< none: not announced
     std::deque<std::wstring> cookies;   ///< what the jar holds, from one call to the next
