@@ -7,6 +7,10 @@
 
 namespace platform {
 
+bool IsFieldValue(std::string_view text) {
+    return std::ranges::all_of(text, [](char c) { return c == '\t' || !HasControls({&c, 1}); });
+}
+
 void HeaderList::Set(std::string_view name, std::string_view value) {
     Header header{std::string(name), std::string(value)};
     Remove(name);
@@ -39,7 +43,7 @@ void HeaderList::SetBlock(std::wstring_view block) {
         }
         const std::string_view name = Trim(line.substr(0, colon));
         const std::string_view value = Trim(line.substr(colon + 1));
-        if (!name.empty() && !HasControls(name) && !HasControls(value) &&
+        if (!name.empty() && !HasControls(name) && IsFieldValue(value) &&
             !EqualNames(name, "Content-Length") && !EqualNames(name, "Transfer-Encoding")) {
             Set(name, value);
         }
