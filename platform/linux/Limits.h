@@ -15,7 +15,7 @@ constexpr std::size_t kMostHeadBytes = 200 * 1024;
 
 // Of cookies that one request could have to carry together: all of one domain and of those above
 // and below it. libcurl 7.88 sends no request whose head exceeds 1 MiB.
-constexpr std::size_t kMostCookies = 3000;
+constexpr std::size_t kMostCookies = 1000;
 constexpr std::size_t kMostCookieBytes = 256 * 1024;
 
 } // namespace platform
