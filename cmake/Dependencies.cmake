@@ -7,6 +7,8 @@ if(WIN32)
 else()
   find_package(LibXml2 REQUIRED)
   find_package(CURL 7.88 REQUIRED)
+  find_package(PkgConfig REQUIRED)
+  pkg_check_modules(PSL REQUIRED IMPORTED_TARGET libpsl)
 endif()
 
 # Debian's utf8proc brings no CMake package. UTF8PROC_STATIC keeps its header from importing: functions,

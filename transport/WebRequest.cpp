@@ -7,6 +7,7 @@
 #include "support/PlatformCookies.h"
 #include "support/UnicodeConvert.h"
 #include "support/Utf8.h"
+#include "transport/EscapeControls.h"
 #include "transport/ReadBuffer.h"
 #include "transport/RequestContext.h"
 
@@ -246,7 +247,7 @@ void WebRequest::Connect(int flags) {
     parts.dwHostNameLength = static_cast<DWORD>(host.size());
     parts.lpszUrlPath = path.data();
     parts.dwUrlPathLength = static_cast<DWORD>(path.size());
-    if (!InternetCrackUrlW(m_requestUrl.c_str(), 0, 0, &parts)) {
+    if (!InternetCrackUrlW(EscapeControls(m_requestUrl).c_str(), 0, 0, &parts)) {
         return;
     }
     // The platform takes "ftp://host" and "nonsense://host" apart too.

@@ -8,10 +8,9 @@
 
 namespace platform {
 
-// Carries one exchange at a time and keeps the connections of earlier ones. Each has an easy handle
-// of its own: one that is used again remembers more of the exchange before than options, down to
-// memory that it has freed and that a continued header in the next reply makes it write to. Used by
-// one thread at a time.
+// Carries one exchange at a time and keeps the connections of earlier ones. Used by one thread at a
+// time. No easy handle serves two exchanges: libcurl 7.88 appends a continued header in the second
+// reply to the last header of the first, which it has freed.
 class Channel {
 public:
     Channel(); // throws std::bad_alloc

@@ -1,12 +1,16 @@
 #include "platform/linux/Cookie.h"
 
 #include "base/Ascii.h"
+#include "platform/linux/CookieDate.h"
+#include "platform/linux/HeaderList.h"
+#include "platform/linux/PublicSuffix.h"
+#include "platform/linux/Url.h"
+#include "support/Utf8.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <ctime>
-#include <curl/curl.h>
+#include <limits>
 
 namespace platform {
 
@@ -14,9 +18,7 @@ namespace {
 
 using std::string_view;
 
-constexpr std::int64_t kLongPast = 1; // 0 would mean no expiry at all
-
-// Cuts the text at the first separator: returns what is before it and leaves what is behind.
+// Cuts the text at the first separator: returns what is before it and leaves what is after it.
 string_view Cut(string_view& text, char separator) {
     const std::size_t end = text.find(separator);
     const string_view piece = text.substr(0, end);
@@ -29,23 +31,20 @@ bool IsAddress(string_view host) {
            host.find(':') != string_view::npos;
 }
 
+// Both in small letters.
 bool IsWithin(string_view host, string_view domain) {
-    return base::EqualsIgnoreCase(host, domain) ||
-           (!IsAddress(host) && host.size() > domain.size() &&
-            base::EqualsIgnoreCase(host.substr(host.size() - domain.size()), domain) &&
+    return host == domain ||
+           (!IsAddress(host) && host.size() > domain.size() && host.ends_with(domain) &&
             host[host.size() - domain.size() - 1] == '.');
 }
 
-// Without its last slash, so that "/a" and "/a/" are one path.
-string_view Folder(string_view path) {
-    return path.ends_with('/') ? path.substr(0, path.size() - 1) : path;
+bool IsBelow(string_view path, string_view folder) {
+    return path.starts_with(folder) &&
+           (path.size() == folder.size() || folder.ends_with('/') || path[folder.size()] == '/');
 }
 
-std::int64_t ParseExpires(const std::string& date) {
-    const std::time_t time = curl_getdate(date.c_str(), nullptr);
-    // A text that is no date is ignored.
-    return time == -1 ? 0 : std::max<std::int64_t>(time, kLongPast);
-}
+// A moment that lies in the past for as long as clocks are right.
+constexpr std::int64_t kLongPast = std::numeric_limits<std::int64_t>::min();
 
 std::optional<std::int64_t> ParseMaxAge(string_view text) {
     std::int64_t seconds = 0;
@@ -55,100 +54,105 @@ std::optional<std::int64_t> ParseMaxAge(string_view text) {
     }
     constexpr std::int64_t kForever = std::int64_t{100} * 365 * 24 * 60 * 60;
     if (error == std::errc::result_out_of_range) {
-        seconds = text.front() == '-' ? 0 : kForever;
+        seconds = text.starts_with('-') ? 0 : kForever;
     }
     return seconds <= 0 ? kLongPast : std::time(nullptr) + std::min(seconds, kForever);
 }
 
+bool IsText(string_view text) {
+    return IsFieldValue(text) && Utf8::IsValid(text);
+}
+
 } // namespace
 
+std::optional<CookieScope> CookieScope::Of(const std::string& text) {
+    Url url;
+    if (!url.Resolve(text)) {
+        return std::nullopt;
+    }
+    CookieScope scope{url.Host(), url.Part(CURLUPART_PATH), url.Part(CURLUPART_SCHEME) == "https"};
+    return scope.host.empty() ? std::nullopt : std::optional(std::move(scope));
+}
+
+std::optional<Cookie> Cookie::Parse(string_view text, const CookieScope& scope) {
+    const string_view pair = text.substr(0, text.find(';'));
+    const std::size_t equals = pair.find('=');
+    return equals == string_view::npos
+               ? std::nullopt
+               : Parse(text.substr(0, equals), text.substr(equals + 1), scope);
+}
+
 std::optional<Cookie> Cookie::Parse(string_view name, string_view data, const CookieScope& scope) {
+    const std::string folder =
+        scope.path.substr(0, std::max<std::size_t>(scope.path.rfind('/'), 1));
     Cookie cookie;
-    cookie.domain = scope.host;
-    cookie.path = scope.path.substr(0, std::max<std::size_t>(scope.path.rfind('/'), 1));
     cookie.name = base::Trim(name);
+    cookie.path = folder;
+    cookie.setOverTls = scope.secure;
     cookie.value = base::Trim(Cut(data, ';'));
     std::optional<std::int64_t> maxAge;
+    // Of attributes that are repeated, the last one that makes sense counts.
     while (!data.empty()) {
         string_view attribute = Cut(data, ';');
         const string_view key = base::Trim(Cut(attribute, '='));
         string_view value = base::Trim(attribute);
         if (base::EqualsIgnoreCase(key, "expires")) {
-            cookie.expires = ParseExpires(std::string(value));
+            const auto date = ParseCookieDate(value);
+            cookie.expires = date ? date : cookie.expires;
         } else if (base::EqualsIgnoreCase(key, "max-age")) {
-            maxAge = ParseMaxAge(value);
-        } else if (base::EqualsIgnoreCase(key, "path") && value.starts_with('/')) {
-            cookie.path = value;
+            const auto age = ParseMaxAge(value);
+            maxAge = age ? age : maxAge;
+        } else if (base::EqualsIgnoreCase(key, "path")) {
+            cookie.path = value.starts_with('/') ? value : folder;
         } else if (base::EqualsIgnoreCase(key, "domain") && !value.empty()) {
             value.remove_prefix(value.starts_with('.') ? 1 : 0);
-            cookie.domain = value;
-            cookie.subdomains = !IsAddress(cookie.domain);
+            cookie.domain = base::ToLower(value);
         } else if (base::EqualsIgnoreCase(key, "secure")) {
             cookie.secure = true;
         } else if (base::EqualsIgnoreCase(key, "httponly")) {
             cookie.httpOnly = true;
         }
     }
-    cookie.expires = maxAge.value_or(cookie.expires);
+    cookie.expires = maxAge ? maxAge : cookie.expires;
 
-    // A domain of one label, unless it is the host itself, would reach half the world.
+    // A domain below which strangers have theirs is good for the host of that very name only.
+    cookie.subdomains =
+        !cookie.domain.empty() && !IsAddress(cookie.domain) && !IsPublicSuffix(cookie.domain);
+    if (cookie.domain.empty()) {
+        cookie.domain = scope.host;
+    }
     const bool ownDomain =
-        base::EqualsIgnoreCase(cookie.domain, scope.host) ||
-        (IsWithin(scope.host, cookie.domain) && cookie.domain.find('.') != std::string::npos);
+        cookie.domain == scope.host || (cookie.subdomains && IsWithin(scope.host, cookie.domain));
     const bool clean = !cookie.name.empty() &&
                        cookie.name.find_first_of("=;") == std::string::npos &&
-                       !base::HasControls(cookie.name) && !base::HasControls(cookie.value) &&
-                       !base::HasControls(cookie.path);
-    if (!ownDomain || !clean || (cookie.secure && !scope.secure)) {
-        return std::nullopt;
-    }
-    return cookie;
-}
-
-std::optional<Cookie> Cookie::FromLine(string_view line) {
-    constexpr string_view kHttpOnly = "#HttpOnly_";
-    Cookie cookie;
-    cookie.httpOnly = line.starts_with(kHttpOnly);
-    line.remove_prefix(cookie.httpOnly ? kHttpOnly.size() : 0);
-    if (std::ranges::count(line, '\t') != 6) {
-        return std::nullopt;
-    }
-    std::array<string_view, 7> fields;
-    std::ranges::generate(fields, [&line] { return Cut(line, '\t'); });
-    const auto& [domain, subdomains, path, secure, expires, name, value] = fields;
-    cookie.domain = domain.substr(domain.starts_with('.') ? 1 : 0);
-    cookie.subdomains = subdomains == "TRUE";
-    cookie.path = path;
-    cookie.secure = secure == "TRUE";
-    std::from_chars(expires.data(), expires.data() + expires.size(), cookie.expires);
-    cookie.name = name;
-    cookie.value = value;
-    return cookie;
-}
-
-std::string Cookie::ToLine() const {
-    const char* const flags[] = {"FALSE", "TRUE"};
-    return std::string(httpOnly ? "#HttpOnly_" : "") + domain + "\t" + flags[subdomains] + "\t" +
-           path + "\t" + flags[secure] + "\t" + std::to_string(expires) + "\t" + name + "\t" +
-           value;
+                       IsText(cookie.name) && IsText(cookie.value);
+    return ownDomain && clean ? std::optional(std::move(cookie)) : std::nullopt;
 }
 
 bool Cookie::Expired() const {
-    return expires != 0 && expires < std::time(nullptr);
+    return expires && *expires <= std::time(nullptr);
 }
 
 bool Cookie::GoesTo(const CookieScope& scope) const {
-    const bool toHost =
-        subdomains ? IsWithin(scope.host, domain) : base::EqualsIgnoreCase(scope.host, domain);
-    const string_view folder = Folder(path);
-    const bool toPath = scope.path.starts_with(folder) &&
-                        (scope.path.size() == folder.size() || scope.path[folder.size()] == '/');
-    return toHost && (toPath || folder.empty()) && (!secure || scope.secure);
+    return (subdomains ? IsWithin(scope.host, domain) : scope.host == domain) &&
+           IsBelow(scope.path, path) && (!secure || scope.secure);
 }
 
 bool Cookie::SameAs(const Cookie& other) const {
-    return base::EqualsIgnoreCase(name, other.name) &&
-           base::EqualsIgnoreCase(domain, other.domain) && Folder(path) == Folder(other.path);
+    return name == other.name && domain == other.domain && path == other.path;
+}
+
+bool Cookie::MayMeet(const Cookie& other) const {
+    return IsWithin(domain, other.domain) || IsWithin(other.domain, domain);
+}
+
+bool Cookie::Usurps(const Cookie& other) const {
+    return !setOverTls && other.setOverTls && other.secure && name == other.name &&
+           MayMeet(other) && IsBelow(path, other.path);
+}
+
+std::size_t Cookie::Size() const {
+    return name.size() + value.size() + std::string_view("=; ").size();
 }
 
 } // namespace platform

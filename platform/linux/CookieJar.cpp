@@ -1,21 +1,18 @@
 #include "platform/linux/CookieJar.h"
 
-#include "base/Ascii.h"
-#include "platform/linux/CurlLibrary.h"
+#include "platform/linux/Limits.h"
 #include "platform/linux/RequestTarget.h"
 #include "platform/linux/UrlCracker.h"
+#include "platform/linux/WinInet.h"
 #include "support/Utf8.h"
 
 #include <algorithm>
-#include <memory>
-#include <new>
+#include <functional>
+#include <optional>
 
 namespace platform {
 
 namespace {
-
-/// Of one domain. libcurl sends no more of them, and takes the longer for each the more it has.
-constexpr std::size_t kMostCookies = 150;
 
 DWORD ParseScope(std::wstring_view url, CookieScope& scope) {
     UrlParts parts;
@@ -25,22 +22,14 @@ DWORD ParseScope(std::wstring_view url, CookieScope& scope) {
     if (parts.scheme != INTERNET_SCHEME_HTTP && parts.scheme != INTERNET_SCHEME_HTTPS) {
         return ERROR_INTERNET_UNRECOGNIZED_SCHEME;
     }
-    std::wstring_view host = parts.host;
-    if (host.starts_with(L'[')) {
-        host = host.substr(1, host.size() - 2);
+    // As the address of a request is made, so that both mean the same host and path.
+    auto found = CookieScope::Of(Utf8::ToNarrow(parts.schemeName) + "://" +
+                                 Utf8::ToNarrow(parts.host) + RequestTarget(parts.path));
+    if (!found) {
+        return ERROR_INTERNET_INVALID_URL;
     }
-    scope.host = Utf8::ToNarrow(host);
-    scope.path = RequestTarget(parts.path);
-    scope.path.resize(std::min(scope.path.find('?'), scope.path.size()));
-    scope.secure = parts.scheme == INTERNET_SCHEME_HTTPS ||
-                   base::EqualsIgnoreCase(scope.host, "localhost") || scope.host == "127.0.0.1" ||
-                   scope.host == "::1";
+    scope = std::move(*found);
     return ERROR_SUCCESS;
-}
-
-CURLSH* NewShare() {
-    InitializeCurl();
-    return curl_share_init();
 }
 
 } // namespace
@@ -50,111 +39,91 @@ CookieJar& CookieJar::Instance() {
     return jar;
 }
 
-CookieJar::CookieJar() : m_share(NewShare()), m_easy(curl_easy_init()) {
-    if (m_share == nullptr || m_easy == nullptr) {
-        throw std::bad_alloc();
-    }
-    curl_share_setopt(m_share, CURLSHOPT_LOCKFUNC, &CookieJar::Lock);
-    curl_share_setopt(m_share, CURLSHOPT_UNLOCKFUNC, &CookieJar::Unlock);
-    curl_share_setopt(m_share, CURLSHOPT_USERDATA, this);
-    curl_share_setopt(m_share, CURLSHOPT_SHARE, CURL_LOCK_DATA_COOKIE);
-    curl_easy_setopt(m_easy, CURLOPT_SHARE, m_share);
-}
-
-void CookieJar::Lock(CURL*, curl_lock_data data, curl_lock_access, void* self) {
-    static_cast<CookieJar*>(self)->m_shareMutexes[data].lock();
-}
-
-void CookieJar::Unlock(CURL*, curl_lock_data data, void* self) {
-    static_cast<CookieJar*>(self)->m_shareMutexes[data].unlock();
-}
-
 DWORD CookieJar::Set(std::wstring_view url, std::string_view name, std::string_view data) {
     CookieScope scope;
     if (const DWORD error = ParseScope(url, scope)) {
         return error;
     }
-    if (name.empty()) {
-        const std::string_view pair = data.substr(0, data.find(';'));
-        name = pair.substr(0, pair.find('='));
-        data.remove_prefix(std::min(name.size() + 1, pair.size()));
-        if (pair.empty()) {
-            return ERROR_SUCCESS; // attributes of no cookie
-        }
+    if (name.empty() && (data.empty() || data.starts_with(';'))) {
+        return ERROR_SUCCESS; // attributes of no cookie
     }
-    const auto cookie = Cookie::Parse(name, data, scope);
-    if (!cookie) {
-        return ERROR_INVALID_PARAMETER;
-    }
-
-    const std::lock_guard lock(m_easyMutex);
-    bool isNew = true;
-    std::size_t neighbours = 0;
-    for (const Cookie& present : Cookies()) {
-        neighbours += base::EqualsIgnoreCase(present.domain, cookie->domain) ? 1 : 0;
-        if (!present.SameAs(*cookie)) {
-            continue;
-        }
-        isNew = false;
-        if (present.httpOnly || (present.secure && !scope.secure)) {
-            return ERROR_INVALID_OPERATION;
-        }
-    }
-    if (cookie->httpOnly) {
-        return ERROR_INVALID_OPERATION;
-    }
-    if (isNew && neighbours >= kMostCookies) {
-        return ERROR_NOT_ENOUGH_MEMORY;
-    }
-    const CURLcode outcome = curl_easy_setopt(m_easy, CURLOPT_COOKIELIST, cookie->ToLine().c_str());
-    return outcome == CURLE_OK ? ERROR_SUCCESS : ERROR_NOT_ENOUGH_MEMORY;
+    auto cookie = name.empty() ? Cookie::Parse(data, scope) : Cookie::Parse(name, data, scope);
+    return cookie ? Store(std::move(*cookie), Party::application) : ERROR_INVALID_PARAMETER;
 }
 
-DWORD CookieJar::Get(std::wstring_view url, std::string& text) {
+DWORD CookieJar::Get(std::wstring_view url, std::string& text) const {
     CookieScope scope;
     if (const DWORD error = ParseScope(url, scope)) {
         return error;
     }
-    std::vector<Cookie> cookies;
-    {
-        const std::lock_guard lock(m_easyMutex);
-        cookies = Cookies();
-    }
-    std::erase_if(cookies, [&](const Cookie& c) { return c.httpOnly || !c.GoesTo(scope); });
-    std::ranges::stable_sort(cookies, std::ranges::greater(),
-                             [](const Cookie& c) { return c.path.size(); });
-    text.clear();
-    for (const Cookie& cookie : cookies) {
-        text += (text.empty() ? "" : "; ") + cookie.name + "=" + cookie.value;
-    }
-    return cookies.empty() ? ERROR_NO_MORE_ITEMS : ERROR_SUCCESS;
+    text = Text(scope, Party::application);
+    return text.empty() ? ERROR_NO_MORE_ITEMS : ERROR_SUCCESS;
 }
 
-bool CookieJar::HasCookies(const std::string& url) {
-    CookieScope scope;
-    if (ParseScope(Utf8::ToWide(url), scope) != ERROR_SUCCESS) {
-        return false;
-    }
-    const std::lock_guard lock(m_easyMutex);
-    return std::ranges::any_of(Cookies(), [&](const Cookie& c) { return c.GoesTo(scope); });
-}
-
-// All that are valid now, those of one domain in the order in which they were set first.
-std::vector<Cookie> CookieJar::Cookies() {
-    curl_slist* lines = nullptr;
-    if (curl_easy_getinfo(m_easy, CURLINFO_COOKIELIST, &lines) != CURLE_OK) {
-        throw std::bad_alloc();
-    }
-    const std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> owner(lines,
-                                                                            &curl_slist_free_all);
-    std::vector<Cookie> cookies;
-    for (const curl_slist* line = lines; line != nullptr; line = line->next) {
-        auto cookie = Cookie::FromLine(line->data);
-        if (cookie && !cookie->Expired()) {
-            cookies.push_back(std::move(*cookie));
+void CookieJar::Receive(const std::string& url, std::string_view setCookie) {
+    if (const auto scope = CookieScope::Of(url)) {
+        if (auto cookie = Cookie::Parse(setCookie, *scope)) {
+            Store(std::move(*cookie), Party::server);
         }
     }
-    return cookies;
+}
+
+std::string CookieJar::Header(const std::string& url) const {
+    const auto scope = CookieScope::Of(url);
+    return scope ? Text(*scope, Party::server) : "";
+}
+
+DWORD CookieJar::Store(Cookie cookie, Party setter) {
+    const std::lock_guard lock(m_mutex);
+    std::erase_if(m_cookies, std::mem_fn(&Cookie::Expired));
+    const auto same = std::ranges::find_if(
+        m_cookies, [&](const Cookie& present) { return present.SameAs(cookie); });
+    const bool isNew = same == m_cookies.end();
+    const bool hidden = cookie.httpOnly || (!isNew && same->httpOnly);
+    if ((hidden && setter == Party::application) ||
+        std::ranges::any_of(m_cookies,
+                            [&](const Cookie& present) { return cookie.Usurps(present); })) {
+        return ERROR_INVALID_OPERATION;
+    }
+    if (cookie.Expired()) {
+        m_cookies.erase(same, isNew ? same : std::next(same));
+        return ERROR_SUCCESS;
+    }
+    std::size_t count = 1;
+    std::size_t size = cookie.Size();
+    for (const Cookie& present : m_cookies) {
+        if (!present.SameAs(cookie) && present.MayMeet(cookie)) {
+            ++count;
+            size += present.Size();
+        }
+    }
+    if (count > kMostCookies || size > kMostCookieBytes) {
+        return ERROR_NOT_ENOUGH_QUOTA;
+    }
+    if (isNew) {
+        m_cookies.push_back(std::move(cookie));
+    } else {
+        *same = std::move(cookie);
+    }
+    return ERROR_SUCCESS;
+}
+
+std::string CookieJar::Text(const CookieScope& scope, Party reader) const {
+    const std::lock_guard lock(m_mutex);
+    std::vector<const Cookie*> chosen;
+    for (const Cookie& cookie : m_cookies) {
+        const bool visible = !cookie.httpOnly || reader == Party::server;
+        if (visible && !cookie.Expired() && cookie.GoesTo(scope)) {
+            chosen.push_back(&cookie);
+        }
+    }
+    std::ranges::stable_sort(chosen, std::ranges::greater(),
+                             [](const Cookie* cookie) { return cookie->path.size(); });
+    std::string text;
+    for (const Cookie* cookie : chosen) {
+        text += (text.empty() ? "" : "; ") + cookie->name + "=" + cookie->value;
+    }
+    return text;
 }
 
 } // namespace platform

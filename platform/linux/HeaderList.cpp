@@ -7,6 +7,12 @@
 
 namespace platform {
 
+bool IsFieldValue(std::string_view text) {
+    return std::ranges::all_of(text, [](char c) {
+        return c == '\t' || !base::HasControls({&c, 1});
+    });
+}
+
 void HeaderList::Set(std::string_view name, std::string_view value) {
     Header header{std::string(name), std::string(value)};
     Remove(name);
@@ -39,7 +45,7 @@ void HeaderList::SetBlock(std::wstring_view block) {
         }
         const std::string_view name = base::Trim(line.substr(0, colon));
         const std::string_view value = base::Trim(line.substr(colon + 1));
-        if (!name.empty() && !base::HasControls(name) && !base::HasControls(value) &&
+        if (!name.empty() && !base::HasControls(name) && IsFieldValue(value) &&
             !base::EqualsIgnoreCase(name, "Content-Length") &&
             !base::EqualsIgnoreCase(name, "Transfer-Encoding")) {
             Set(name, value);

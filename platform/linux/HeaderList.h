@@ -11,6 +11,9 @@ struct Header {
     std::string value;
 };
 
+// Whether a header can have that value: tabs are the only control characters in it.
+bool IsFieldValue(std::string_view text);
+
 // The request headers of one exchange, names compared without regard to case.
 class HeaderList {
 public:
@@ -20,7 +23,8 @@ public:
     const Header* Find(std::string_view name) const;
 
     // Sets every header of a block as HttpSendRequestW takes it: empty lines count for nothing, a
-    // line without a colon ends the block, and a line with control characters is left out. The
+    // line without a colon ends the block, and a line with control characters, tabs in its
+    // value apart, is left out. The
     // layer frames messages itself, so Content-Length and Transfer-Encoding are left out too.
     void SetBlock(std::wstring_view block);
 

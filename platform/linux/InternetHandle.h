@@ -17,7 +17,7 @@ struct HandleSettings {
     INTERNET_STATUS_CALLBACK callback = nullptr;
 };
 
-// What stands behind an HINTERNET.
+// What an HINTERNET stands for.
 class InternetHandle {
 public:
     InternetHandle(HandleSettings settings, DWORD_PTR context);

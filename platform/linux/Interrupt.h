@@ -6,8 +6,7 @@
 
 namespace platform {
 
-// Ends a wait from another thread: the one thing of a request that is touched while a thread
-// drives its transfer.
+// Cancels a wait. The only part of a request that other threads may touch during its transfer.
 class Interrupt {
 public:
     // Any thread. Stays raised.

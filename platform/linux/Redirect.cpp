@@ -1,9 +1,25 @@
 #include "platform/linux/Redirect.h"
 
+#include "platform/linux/RequestTarget.h"
 #include "platform/linux/Url.h"
+#include "platform/linux/UrlCracker.h"
 #include "platform/linux/WinInet.h"
+#include "support/Utf8.h"
 
 namespace platform {
+
+namespace {
+
+// Whether it begins as an address, but is none. libcurl takes "http:/a" and "http:///a" for
+// addresses of the host "a".
+bool IsMalformed(const std::string& text) {
+    const std::wstring wide = Utf8::ToWide(text);
+    UrlParts parts;
+    return CrackUrl(wide, parts) == ERROR_INTERNET_INVALID_URL &&
+           (parts.scheme == INTERNET_SCHEME_HTTP || parts.scheme == INTERNET_SCHEME_HTTPS);
+}
+
+} // namespace
 
 std::optional<std::string> RedirectTarget(const Exchange& exchange, const Reply& reply) {
     switch (reply.status) {
@@ -14,9 +30,12 @@ std::optional<std::string> RedirectTarget(const Exchange& exchange, const Reply&
     case 308: break;
     default: return std::nullopt;
     }
+    if (!exchange.followRedirects || !reply.location) {
+        return std::nullopt;
+    }
+    const std::string location = reply.location->empty() ? "/" : EscapeReference(*reply.location);
     Url url;
-    if (!exchange.followRedirects || !reply.location || !url.Resolve(exchange.url) ||
-        !url.Resolve(reply.location->empty() ? "/" : *reply.location)) {
+    if (IsMalformed(*reply.location) || !url.Resolve(exchange.url) || !url.Resolve(location)) {
         return std::nullopt;
     }
     const std::string scheme = url.Part(CURLUPART_SCHEME);
@@ -26,15 +45,17 @@ std::optional<std::string> RedirectTarget(const Exchange& exchange, const Reply&
     for (const CURLUPart part : {CURLUPART_FRAGMENT, CURLUPART_USER, CURLUPART_PASSWORD}) {
         url.Remove(part);
     }
-    return url.Part(CURLUPART_URL);
+    // libcurl has taken escapes in the host for what they stand for, be it a control character.
+    const std::string target = url.Part(CURLUPART_URL);
+    return IsMalformed(target) ? std::nullopt : std::optional(target);
 }
 
 DWORD FollowRedirect(Exchange& exchange, const std::string& target, long status) {
     if (exchange.url.starts_with("https:") && target.starts_with("http:")) {
         return ERROR_INTERNET_HTTPS_TO_HTTP_ON_REDIR;
     }
-    if (status <= 303 && exchange.verb != "GET" && exchange.verb != "HEAD") {
-        exchange.verb = "GET";
+    if (status <= 303) {
+        exchange.verb = exchange.verb == "HEAD" ? "HEAD" : "GET";
         exchange.body = nullptr;
         exchange.bodySize = 0;
         exchange.headers.Remove("Content-Type");

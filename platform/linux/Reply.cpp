@@ -18,6 +18,8 @@ void Reply::AddHeader(std::string_view name, std::string_view value) {
                             end != value.data() + value.size() || length < 0 ||
                             (contentLength && *contentLength != value);
         contentLength = value;
+    } else if (base::EqualsIgnoreCase(name, "Set-Cookie")) {
+        cookies.emplace_back(value);
     } else if (base::EqualsIgnoreCase(name, "Location") && !location) {
         location = value;
     }

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace platform {
 
@@ -13,6 +14,7 @@ struct Reply {
     std::optional<std::string> contentLength;
     bool contradictsItself = false; // announces a length that is none, or two
     std::optional<std::string> location;
+    std::vector<std::string> cookies; // values of Set-Cookie
 
     void AddHeader(std::string_view name, std::string_view value);
 };

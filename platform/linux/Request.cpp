@@ -159,15 +159,15 @@ DWORD Request::DoSend(const HeaderList& headers, const char* body, std::size_t s
     exchange.bodySize = size;
     exchange.timeouts = Settings().timeouts;
     auto transfer = std::make_unique<Transfer>(std::move(exchange), m_interrupt);
-    if (const DWORD error = transfer->Send()) {
-        return error;
-    }
+    const DWORD error = transfer->Send();
     {
         const std::lock_guard lock(m_mutex);
         m_reply = transfer->GetReply();
     }
-    m_transfer = std::move(transfer);
-    return ERROR_SUCCESS;
+    if (error == ERROR_SUCCESS) {
+        m_transfer = std::move(transfer);
+    }
+    return error;
 }
 
 DWORD Request::DoRead(char* buffer, DWORD size, DWORD* read) {

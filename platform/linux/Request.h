@@ -26,7 +26,8 @@ public:
     DWORD Send(const HeaderList& headers, const char* body, std::size_t size);
     DWORD Read(char* buffer, DWORD size, DWORD* read);
 
-    // The head of the last reply; empty until a send has succeeded.
+    // The head of the last reply; empty until a send has succeeded. Of one that failed on the way
+    // that a redirect led it, the redirect's.
     Reply GetReply() const;
 
     // Does not wait: what is under way is cancelled, and whoever carries it out finishes the

@@ -6,14 +6,16 @@
 namespace platform {
 
 std::string RequestTarget(std::wstring_view objectName) {
-    const std::string text = Utf8::ToNarrow(objectName.substr(0, objectName.find(L'#')));
+    std::string target =
+        EscapeReference(Utf8::ToNarrow(objectName.substr(0, objectName.find(L'#'))));
+    return target.starts_with('/') ? target : "/" + target;
+}
+
+std::string EscapeReference(std::string_view reference) {
     std::string target;
-    target.reserve(text.size() + 1);
-    if (!text.starts_with('/') && !text.starts_with('\\')) {
-        target += '/';
-    }
+    target.reserve(reference.size());
     bool inQuery = false;
-    for (const char c : text) {
+    for (const char c : reference) {
         inQuery = inQuery || c == '?';
         const auto byte = static_cast<unsigned char>(c);
         if (c == '\\' && !inQuery) {

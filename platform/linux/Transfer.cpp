@@ -4,8 +4,10 @@
 #include "platform/linux/ChannelPool.h"
 #include "platform/linux/CookieJar.h"
 #include "platform/linux/ExitGate.h"
+#include "platform/linux/Limits.h"
 #include "platform/linux/Redirect.h"
 #include "platform/linux/TransferError.h"
+#include "platform/linux/Url.h"
 #include "platform/linux/WinInet.h"
 
 #include <algorithm>
@@ -23,7 +25,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-constexpr int kMaximumRedirects = 10;
 constexpr long kBufferSize = 256 * 1024;
 // A body that nobody wants is read up to here for the sake of its connection.
 constexpr curl_off_t kDiscardLimit = 64 * 1024;
@@ -95,15 +96,21 @@ Transfer::~Transfer() {
 }
 
 DWORD Transfer::Send() {
+    Reply redirect;
     for (int redirects = 0;; ++redirects) {
         AwaitHead();
         if (!m_headDone) {
             break;
         }
-        // Whichever end such a reply has, it may be the wrong one.
+        // It announces two lengths, or one that is no number, so nobody can tell where it ends.
         if (m_reply.contradictsItself && !m_reply.hasTransferEncoding) {
             End(ERROR_HTTP_INVALID_SERVER_RESPONSE);
             break;
+        }
+        if (m_exchange.useCookies) {
+            for (const std::string& cookie : m_reply.cookies) {
+                CookieJar::Instance().Receive(m_exchange.url, cookie);
+            }
         }
         const auto target = RedirectTarget(m_exchange, m_reply);
         if (!target) {
@@ -112,7 +119,8 @@ DWORD Transfer::Send() {
             }
             return ERROR_SUCCESS;
         }
-        if (redirects == kMaximumRedirects) {
+        redirect = m_reply;
+        if (redirects == kMostRedirects) {
             End(ERROR_HTTP_REDIRECT_FAILED);
             break;
         }
@@ -127,6 +135,7 @@ DWORD Transfer::Send() {
         }
     }
     ReleaseChannel();
+    m_reply = std::move(redirect);
     return m_error != ERROR_SUCCESS ? m_error : ERROR_HTTP_INVALID_SERVER_RESPONSE;
 }
 
@@ -165,6 +174,7 @@ void Transfer::AwaitHead() {
 void Transfer::StartHop(Connection connection) {
     m_reply = {};
     m_headDone = false;
+    m_headBytes = 0;
     m_ended = false;
     m_error = ERROR_SUCCESS;
     m_overtaken = false;
@@ -197,14 +207,8 @@ void Transfer::SetOptions(Connection connection) {
         set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(m_exchange.bodySize));
         set(CURLOPT_POSTFIELDS, m_exchange.bodySize > 0 ? m_exchange.body : "");
     }
-    // libcurl looks cookies up by the Host header that it is given: one from the caller goes
-    // without the jar.
-    const bool useJar = m_exchange.useCookies && m_exchange.headers.Find("Host") == nullptr;
-    set(CURLOPT_SHARE, useJar ? CookieJar::Instance().Share() : nullptr);
-    if (useJar) {
-        set(CURLOPT_COOKIEFILE, "");
-    }
-    if (!m_exchange.useProxy) {
+    Url url;
+    if (!m_exchange.useProxy || (url.Resolve(m_exchange.url) && IsLoopback(url.Host()))) {
         set(CURLOPT_NOPROXY, "*");
     }
     SetTrustOptions(easy);
@@ -235,14 +239,16 @@ Transfer::List Transfer::HeaderLines() const {
         static_cast<void>(list.release());
         list.reset(longer);
     };
-    for (const Header& header : m_exchange.headers) {
+    HeaderList headers = m_exchange.headers;
+    if (m_exchange.useCookies) {
         // Cookies of the jar replace the caller's own.
-        const bool replaced = m_exchange.useCookies &&
-                              base::EqualsIgnoreCase(header.name, "Cookie") &&
-                              CookieJar::Instance().HasCookies(m_exchange.url);
-        if (!replaced) {
-            append(header.value.empty() ? header.name + ";" : header.name + ": " + header.value);
+        if (const std::string cookies = CookieJar::Instance().Header(m_exchange.url);
+            !cookies.empty()) {
+            headers.Set("Cookie", cookies);
         }
+    }
+    for (const Header& header : headers) {
+        append(header.value.empty() ? header.name + ";" : header.name + ": " + header.value);
     }
     // Without a value: nothing where libcurl would add a header of its own.
     for (const char* name : {"Accept", "Content-Type", "Expect"}) {
@@ -257,8 +263,7 @@ Transfer::List Transfer::HeaderLines() const {
 }
 
 std::size_t Transfer::OnHeader(char* data, std::size_t, std::size_t size, void* self) noexcept try {
-    static_cast<Transfer*>(self)->AddHeaderLine({data, size});
-    return size;
+    return static_cast<Transfer*>(self)->AddHeaderLine({data, size}) ? size : 0;
 } catch (const std::bad_alloc&) {
     return 0;
 }
@@ -270,10 +275,11 @@ std::size_t Transfer::OnBody(char* data, std::size_t, std::size_t size, void* se
     return 0;
 }
 
-void Transfer::AddHeaderLine(std::string_view line) {
+bool Transfer::AddHeaderLine(std::string_view line) {
     m_received += static_cast<curl_off_t>(line.size());
-    if (m_headDone) {
-        return; // a trailer
+    m_headBytes += line.size();
+    if (m_headDone || m_headBytes > kMostHeadBytes) {
+        return m_headBytes <= kMostHeadBytes; // what comes after the head is a trailer
     }
     line = line.substr(0, line.find_first_of("\r\n"));
     if (line.empty()) {
@@ -287,6 +293,7 @@ void Transfer::AddHeaderLine(std::string_view line) {
     } else if (const std::size_t colon = line.find(':'); colon != std::string_view::npos) {
         m_reply.AddHeader(base::Trim(line.substr(0, colon)), base::Trim(line.substr(colon + 1)));
     }
+    return true;
 }
 
 void Transfer::AddBody(const char* data, std::size_t size) {
@@ -319,8 +326,16 @@ void Transfer::Step() {
         long connects = 0;
         curl_easy_getinfo(m_channel->Easy(), CURLINFO_NUM_CONNECTS, &connects);
         m_overtaken = *outcome == CURLE_SEND_ERROR && connects == 0 && m_received == 0;
-        End(TransferError(m_channel->Easy(), *outcome));
+        End(Failure(*outcome));
     }
+}
+
+DWORD Transfer::Failure(CURLcode outcome) const noexcept {
+    // libcurl 7.88 calls a header line of more than 100 KiB lack of memory.
+    const bool longLine = outcome == CURLE_OUT_OF_MEMORY && !m_headDone &&
+                          Info(m_channel->Easy(), CURLINFO_PRETRANSFER_TIME_T) > 0;
+    return longLine || m_headBytes > kMostHeadBytes ? ERROR_HTTP_INVALID_SERVER_RESPONSE
+                                                    : TransferError(m_channel->Easy(), outcome);
 }
 
 template <class Predicate>

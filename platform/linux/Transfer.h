@@ -31,6 +31,7 @@ public:
     // before it, and is told once.
     DWORD Read(char* target, std::size_t size, std::size_t& read);
 
+    // After a failed Send, that of the last redirect that was followed.
     const Reply& GetReply() const noexcept { return m_reply; }
 
 private:
@@ -41,7 +42,7 @@ private:
 
     static std::size_t OnHeader(char* data, std::size_t, std::size_t size, void* self) noexcept;
     static std::size_t OnBody(char* data, std::size_t, std::size_t size, void* self) noexcept;
-    void AddHeaderLine(std::string_view line);
+    bool AddHeaderLine(std::string_view line); // false: there are too many
     void AddBody(const char* data, std::size_t size);
 
     // Sends the request and waits for its reply's head. Once more, on a connection of its own,
@@ -54,6 +55,7 @@ private:
     List HeaderLines() const;
     void DiscardBody();
     void Step();
+    DWORD Failure(CURLcode outcome) const noexcept;
     template <class Predicate>
     void DriveUntil(Predicate satisfied);
     void End(DWORD error) noexcept;
@@ -66,6 +68,7 @@ private:
 
     Reply m_reply;
     bool m_headDone = false;
+    std::size_t m_headBytes = 0; // of this hop, with all that libcurl hands out as headers
     bool m_ended = false;
     DWORD m_error = ERROR_SUCCESS; // why it ended
     bool m_overtaken = false;  // by the end of a kept connection, with part of the request unsent

@@ -1,5 +1,10 @@
 #include "platform/linux/Url.h"
 
+#include "base/Ascii.h"
+
+#include <algorithm>
+#include <arpa/inet.h>
+#include <netinet/in.h>
 #include <new>
 
 namespace platform {
@@ -27,6 +32,25 @@ std::string Url::Part(CURLUPart part) const {
     }
     const std::unique_ptr<char, decltype(&curl_free)> owner(text, &curl_free);
     return outcome == CURLUE_OK ? text : "";
+}
+
+std::string Url::Host() const {
+    std::string host = Part(CURLUPART_HOST);
+    if (host.starts_with('[')) {
+        host = host.substr(1, host.size() - 2);
+    }
+    std::ranges::transform(host, host.begin(), base::Lower<char>);
+    return host;
+}
+
+bool IsLoopback(const std::string& host) {
+    in_addr v4{};
+    in6_addr v6{};
+    if (inet_pton(AF_INET, host.c_str(), &v4) == 1) {
+        return ntohl(v4.s_addr) >> 24 == IN_LOOPBACKNET;
+    }
+    return host == "localhost" ||
+           (inet_pton(AF_INET6, host.c_str(), &v6) == 1 && IN6_IS_ADDR_LOOPBACK(&v6));
 }
 
 } // namespace platform

@@ -17,6 +17,8 @@ public:
     void Remove(CURLUPart part) noexcept;
     // Empty if there is none. The whole URL has a port even where it is the scheme's own.
     std::string Part(CURLUPart part) const;
+    // The host in small letters, an IPv6 address without its brackets.
+    std::string Host() const;
 
 private:
     struct Cleanup {
@@ -25,5 +27,8 @@ private:
 
     std::unique_ptr<CURLU, Cleanup> m_url;
 };
+
+// Whether the host, as Url::Host gives it, is this machine by its name or address.
+bool IsLoopback(const std::string& host);
 
 } // namespace platform

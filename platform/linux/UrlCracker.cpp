@@ -23,8 +23,7 @@ constexpr KnownScheme kKnownSchemes[] = {
     {L"file", INTERNET_SCHEME_FILE, INTERNET_INVALID_PORT_NUMBER},
 };
 
-// A control character would end the cookie's line in which the host is a field. An escape would be
-// another host to libcurl, and to its cookies, than to whoever compares names.
+// An escape would be another host to libcurl than to whoever compares names.
 bool IsHost(wstring_view host) {
     const bool isAddress = host.starts_with(L'[');
     return !host.empty() && std::ranges::none_of(host, [isAddress](wchar_t c) {
@@ -70,8 +69,8 @@ DWORD CrackUrl(wstring_view url, UrlParts& parts) noexcept {
         return ERROR_INTERNET_INVALID_URL;
     }
     rest.remove_prefix(2);
-    // A backslash counts as the slash that it becomes on the wire, or text behind it could pose as
-    // the host.
+    // A backslash counts as the slash that it becomes on the wire, or the text after it could
+    // pose as the host.
     wstring_view authority = rest.substr(0, rest.find_first_of(L"/\\?#"));
     parts.path = rest.substr(authority.size());
     authority.remove_prefix(authority.rfind(L'@') + 1);

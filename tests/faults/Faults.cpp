@@ -96,7 +96,7 @@ const Fault kFaults[] = {
      "{head}" + Numbered(500, "Set-Cookie: flood", "=x; Path=/flood\n") + kSizeAndBody, closes},
     {"sends malformed cookies",
      "{head}Set-Cookie:\nSet-Cookie: =\nSet-Cookie: ;;=;\nSet-Cookie: a\x01=\x02\xFF\n"
-     "Set-Cookie: b=1; Domain=.com; Path=\nSet-Cookie: c=1; Expires=never; Max-Age=x\n" +
+     "Set-Cookie: b=1; Domain=.com; Path=\nSet-Cookie: c=1; Path=/c; Expires=never; Max-Age=x\n" +
          kSizeAndBody},
     {"sends a reply before the request", kOk, waits, nowhere, Where::connect},
     {"sends a second reply behind the first", kWhole + kOk},

@@ -45,9 +45,11 @@ TEST(CookieCache, StoresPairsAndLeavesAttributesOut) {
     EXPECT_EQ(cache.GetCookie(url), L"");
     cache.SetCookie(url,
                     L"b=2=x; a=1; Path=/elsewhere; expires=Sat, 01 Jan 2000 00:00:00 GMT; "
-                    L"DOMAIN=elsewhere.test; HttpOnly=1; Secure=1; secure; httponly; =nameless");
-    EXPECT_EQ(cache.GetCookie(url), L"a=1; b=2=x");
-    EXPECT_EQ(cache.GetCookie(L"http://127.0.0.1:8080/store/below?q=1"), L"a=1; b=2=x");
+                    L"DOMAIN=elsewhere.test; HttpOnly=1; Secure=1; secure; httponly; =nameless; "
+                    L"paths=3; pat=4; expires2=5; http only=6");
+    const auto* stored = L"a=1; b=2=x; expires2=5; http only=6; pat=4; paths=3";
+    EXPECT_EQ(cache.GetCookie(url), stored);
+    EXPECT_EQ(cache.GetCookie(L"http://127.0.0.1:8080/store/below?q=1"), stored);
     EXPECT_EQ(cache.GetCookie(L"http://localhost/store/"), L"");
 
     const std::wstring large = L"a=" + std::wstring(3000, L'x');
@@ -56,18 +58,21 @@ TEST(CookieCache, StoresPairsAndLeavesAttributesOut) {
     EXPECT_EQ(cache.GetCookie(L"http://127.0.0.1/large/"), large);
 }
 
-TEST(CookieCache, DeletesEveryCookieOfTheUrl) {
+// Wine keeps the names: it takes the blanks around "=" in the expiry for a part of the attribute.
+TEST(CookieCache, DeletesTheCookiesOfTheUrlsHostAndFolder) {
     CInternetCache cache;
-    const auto* url = L"http://127.0.0.1/delete/";
-    const auto* other = L"http://127.0.0.1/spared/";
+    const auto* url = L"http://deleted.test/app/";
+    const auto* root = L"http://deleted.test/";
+    const auto* other = L"http://deleted.test/spared/";
+    cache.SetCookie(root, L"whole=0");
     cache.SetCookie(url, L"FedAuth=1; FedAuth1=2");
     cache.SetCookie(other, L"a=3");
     cache.DeleteCookie(url);
+    EXPECT_EQ(cache.GetCookie(other), L"a=3; whole=0");
     const std::wstring left = cache.GetCookie(url);
-    // Wine keeps the names: it takes the blanks around "=" in the expiry for a part of the
-    // attribute.
-    EXPECT_EQ(left.find(L'='), std::wstring::npos) << left;
-    EXPECT_EQ(cache.GetCookie(other), L"a=3");
+    EXPECT_EQ(left.find(L'='), left.find(L"whole=0") + 5) << left;
+    cache.DeleteCookie(root);
+    EXPECT_EQ(cache.GetCookie(url).find(L'='), std::wstring::npos) << cache.GetCookie(url);
 }
 
 TEST(CookieCache, DoesNothingWithoutAUrl) {

@@ -34,6 +34,7 @@ TEST(Cookie, SetByTheClientFollowsTheRules) {
     const std::wstring nameless(target::kNamelessCookie.begin(), target::kNamelessCookie.end());
     const std::wstring expired = L";expires = Sat,01-Jan-2000 00:00:00 GMT";
     const std::wstring gone = target::kExpiredCookieVanishes ? L"stays=2" : L"stays=2; goes";
+    const std::wstring twoNames = target::kCookieNamesHaveCase ? L"N=1; n=2" : L"n=2";
     const std::wstring insecure = target::kSecureCookieNeedsTls ? L"(none)" : L"n=1";
     const struct {
         const wchar_t* setAt;
@@ -58,6 +59,11 @@ TEST(Cookie, SetByTheClientFollowsTheRules) {
         {L"http://again.test/", L"n", L"2", L"http://again.test/", L"n=2"},
         {L"https://secure.test/", L"n", L"1; secure", L"https://secure.test/", L"n=1"},
         {nullptr, nullptr, L"", L"http://secure.test/", insecure},
+        {L"http://plain.test/", L"n", L"1; secure", L"https://plain.test/", L"n=1"},
+        {nullptr, nullptr, L"", L"http://plain.test/", insecure},
+        {L"http://127.0.0.1/secure/", L"n", L"1; secure", L"http://127.0.0.1/secure/", insecure},
+        {L"http://case.test/", L"N", L"1", L"http://case.test/", L"N=1"},
+        {L"http://case.test/", L"n", L"2", L"http://case.test/", twoNames},
         {L"http://expired.test/", L"stays", L"2", L"http://expired.test/", L"stays=2"},
         {L"http://expired.test/", L"goes", L"1", L"http://expired.test/", L"stays=2; goes=1"},
         {L"http://expired.test/", L"goes", expired, L"http://expired.test/", gone},

@@ -1,5 +1,6 @@
 #include "tests/platform/Exchange.h"
 #include "tests/platform/Target.h"
+#include "tests/support/RefusedPort.h"
 #include "tests/support/ScriptedServer.h"
 
 #include <gtest/gtest.h>
@@ -13,11 +14,17 @@ TEST(Redirect, IsFollowedByStatusAndVerb) {
         const wchar_t* verb;
         std::string followedWith; ///< empty: not followed
     } cases[] = {
-        {301, L"GET", "GET"},   {307, L"GET", "GET"},
-        {301, L"POST", "GET"},  {302, L"POST", "GET"},
-        {303, L"POST", "GET"},  {302, L"PUT", "GET"},
-        {302, L"HEAD", "HEAD"}, {307, L"POST", "POST"},
-        {300, L"GET", ""},      {308, L"POST", target::kFollows308 ? "POST" : ""},
+        {301, L"GET", "GET"},
+        {302, L"GET", "GET"},
+        {307, L"GET", "GET"},
+        {301, L"POST", "GET"},
+        {302, L"POST", "GET"},
+        {303, L"POST", "GET"},
+        {302, L"PUT", "GET"},
+        {302, L"HEAD", "HEAD"},
+        {307, L"POST", "POST"},
+        {300, L"GET", ""},
+        {308, L"POST", target::kFollows308 ? "POST" : ""},
     };
     for (const auto& test : cases) {
         SCOPED_TRACE(test.status);
@@ -25,11 +32,11 @@ TEST(Redirect, IsFollowedByStatusAndVerb) {
         ScriptedServer server;
         server.On("/from").Reply(test.status, {{"Location", "/to"}});
         server.On("/to").Reply(200);
-        const std::wstring verb = test.verb;
-        const std::string body = verb[0] == L'P' ? "body" : "";
-        Exchange exchange(
-            server.Url("/from"),
-            {.verb = verb, .headers = L"Content-Type: text/plain\r\nX-Mine: 1\r\n", .body = body});
+        const std::string body = test.followedWith == "HEAD" ? "" : "body";
+        Exchange exchange(server.Url("/from"),
+                          {.verb = test.verb,
+                           .headers = L"Content-Type: text/plain\r\nX-Mine: 1\r\n",
+                           .body = body});
         ASSERT_TRUE(exchange.Send());
         const auto followed = server.RequestsFor("/to");
         ASSERT_EQ(followed.size(), test.followedWith.empty() ? 0u : 1u);
@@ -37,11 +44,11 @@ TEST(Redirect, IsFollowedByStatusAndVerb) {
         if (!followed.empty()) {
             EXPECT_EQ(followed[0].method, test.followedWith);
             EXPECT_EQ(followed[0].Header("X-Mine"), "1");
-            // Where the verb changes, the body stays behind with what tells of it.
-            const bool keepsVerb = test.followedWith == "POST";
-            EXPECT_EQ(followed[0].body, keepsVerb && target::kBodyTravelsWith307 ? "body" : "");
+            // Where the body stays behind, so does what tells of it.
+            const bool keepsBody = test.status >= 307 && target::kBodyTravelsWith307;
+            EXPECT_EQ(followed[0].body, keepsBody ? body : "");
             for (const auto* name : {"Content-Length", "Content-Type"}) {
-                EXPECT_TRUE(keepsVerb || body.empty() || followed[0].HeaderCount(name) == 0);
+                EXPECT_TRUE(keepsBody || body.empty() || followed[0].HeaderCount(name) == 0);
             }
         }
     }
@@ -49,21 +56,56 @@ TEST(Redirect, IsFollowedByStatusAndVerb) {
 
 TEST(Redirect, UnderstandsEveryFormOfLocation) {
     ScriptedServer other;
-    other.On("/to").Reply(200, {}, "there");
-    const std::pair<std::string, std::string> cases[] = {
+    other.On("*").Reply(200, {}, "other");
+    const auto otherTo = Narrow(other.Url("/to"));
+    const struct {
+        std::string location;
+        std::string target;
+        std::string body = "same";
+    } cases[] = {
         {"/to", "/to"},
         {"../to", "/to"},
         {"to?q=1&r=/x", "/dir/to?q=1&r=/x"},
-        {Narrow(other.Url("/to")), "(on the other server)"},
+        {"/a b?c d", "/a%20b?c%20d"},
+        {"/a\\b", "/a/b"},
+        {"/to#part", target::kFragmentIsSent ? "/to#part" : "/to"},
+        {otherTo, "/to", "other"},
+        {otherTo.substr(otherTo.find("//")), "/to", "other"},
+        {Narrow(other.Url("\\to")), "/to", "other"},
     };
-    for (const auto& [location, target] : cases) {
-        SCOPED_TRACE(location);
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.location);
         ScriptedServer server;
-        server.On("/dir/from").Reply(302, {{"Location", location}});
-        server.On(target).Reply(200, {}, "there");
+        server.On("/dir/from").Reply(302, {{"Location", test.location}});
+        server.On("*").Reply(200, {}, "same");
         Exchange exchange(server.Url("/dir/from"));
         ASSERT_TRUE(exchange.Send());
-        EXPECT_EQ(exchange.ReadAll(), "there");
+        EXPECT_EQ(exchange.ReadAll(), test.body);
+        const auto& last = test.body == "same" ? server : other;
+        EXPECT_EQ(last.Requests().back().target, test.target);
+    }
+}
+
+TEST(Redirect, IsWhatIsLeftWhereItLeadsNowhere) {
+    const RefusedPort refused;
+    const std::string beyond = std::to_string(65536 + refused.Port());
+    const std::pair<std::string, std::string> cases[] = {
+        {Narrow(refused.Url()), ""},
+        {"http:///nohost", "moved"}, // which is not looked up
+        {"http://127.0.0.1:" + beyond + "/", target::kPortHasALimit ? "moved" : ""},
+    };
+    for (const auto& [location, body] : cases) {
+        SCOPED_TRACE(location);
+        ScriptedServer server;
+        server.On("/from").Reply(302, {{"Location", location}}, "moved");
+        Exchange exchange(server.Url("/from"));
+        exchange.Send();
+        EXPECT_EQ(exchange.Status(), 302u);
+        char kept[100] = "";
+        DWORD size = sizeof kept;
+        EXPECT_TRUE(HttpQueryInfoA(exchange.Request(), HTTP_QUERY_LOCATION, kept, &size, nullptr));
+        EXPECT_EQ(kept, location);
+        EXPECT_EQ(exchange.ReadAll(), body);
     }
 }
 

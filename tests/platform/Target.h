@@ -10,6 +10,8 @@ namespace brevint::test::target {
 extern const bool kExpiredCookieVanishes;
 /// A cookie with the attribute Secure is there for TLS only.
 extern const bool kSecureCookieNeedsTls;
+/// Cookies whose names differ in letter case are two.
+extern const bool kCookieNamesHaveCase;
 /// How a cookie set under the empty name, with "n=v" as its data, shows in the jar and on the wire.
 extern const std::string_view kNamelessCookie;
 /// A redirect to another host leaves the cookies of the first host behind.
@@ -18,6 +20,10 @@ extern const bool kRedirectKeepsCookiesOfHost;
 extern const bool kFollows308;
 /// A redirect with 307 carries the body to the new place.
 extern const bool kBodyTravelsWith307;
+/// The fragment of an address goes on the wire with the rest of it.
+extern const bool kFragmentIsSent;
+/// An address with a port beyond 65535 is none.
+extern const bool kPortHasALimit;
 /// An asynchronous read whose bytes are there may finish within the call.
 extern const bool kReadsMayFinishAtOnce;
 

@@ -1,4 +1,5 @@
 #include "tests/platform/Exchange.h"
+#include "tests/platform/Target.h"
 
 #include <gtest/gtest.h>
 
@@ -41,6 +42,7 @@ TEST(UrlCracking, RefusesWhatIsNoAddressOrDoesNotFit) {
     for (const auto* url : {L"", L"plain", L"host/a", L"/a", L"//host/a", L" http://host/a"}) {
         EXPECT_FALSE(Crack(url));
     }
+    EXPECT_EQ(Crack(L"http://host:99999/").has_value(), !target::kPortHasALimit);
     const auto url = [](std::size_t host, std::size_t path) {
         return L"http://" + std::wstring(host, L'h') + L"/" + std::wstring(path - 1, L'p');
     };

@@ -1,4 +1,5 @@
 #include "tests/platform/Exchange.h"
+#include "tests/platform/Target.h"
 #include "tests/support/ScriptedServer.h"
 
 #include <gtest/gtest.h>
@@ -41,6 +42,7 @@ TEST(WireFormat, VerbBodyAndHeaderBlockMakeTheHeaders) {
         {"gap", {.headers = L"X-A: 1\r\n\r\nX-B: 2\r\n"}, {{"X-A", "1"}, {"X-B", "2"}}},
         {"short line ends", {.headers = L"X-A: 1\nX-B: 2\n"}, {{"X-A", "1"}, {"X-B", "2"}}},
         {"colons", {.headers = L"X-A: http://h:1/\r\n"}, {{"X-A", "http://h:1/"}}},
+        {"tab", {.headers = L"X-A: a\tb\r\n"}, {{"X-A", "a\tb"}}},
         {"no value", {.headers = L"X-A:\r\nX-B: 2\r\n"}, {{"X-A", ""}, {"X-B", "2"}}},
         {"blanks around", {.headers = L"X-A:   1  \r\n"}, {{"X-A", "1"}}},
         {"again", {.headers = L"X-A: 1\r\nX-B: 2\r\nx-a: 3\r\n"}, {{"X-B", "2"}, {"x-a", "3"}}},
@@ -82,7 +84,9 @@ TEST(WireFormat, ObjectNameBecomesTheTarget) {
     server.On("*").Reply(200);
     for (const auto& [afterHost, target] :
          {std::pair("", "/"), std::pair("?q=1", "/?q=1"), std::pair("/a?q=1&r=a/b", "/a?q=1&r=a/b"),
-          std::pair("/a%20b%C3%A9", "/a%20b%C3%A9"), std::pair("/a b", "/a%20b")}) {
+          std::pair("/a%20b%C3%A9", "/a%20b%C3%A9"), std::pair("/a b", "/a%20b"),
+          std::pair("/a/../b", "/b"), std::pair("/a\\b", "/a/b"),
+          std::pair("/a#b", target::kFragmentIsSent ? "/a#b" : "/a")}) {
         EXPECT_EQ(Sent(server, afterHost).target, target);
     }
 }

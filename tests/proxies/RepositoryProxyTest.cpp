@@ -140,6 +140,28 @@ TEST(RepositoryProxy, OperationsOnTheWireAndTheirReplies) {
     }
 }
 
+TEST(RepositoryProxy, AnIdentifierCannotEndTheRequestLine) {
+    const std::pair<const wchar_t*, std::string> cases[] = {
+        {L"", "/app/Repository/Items//Path"},
+        {L"..", "/app/Repository/Path"},
+        {L"a\r\nX-Mine: 1", "/app/Repository/Items/a%0D%0AX-Mine:%201/Path"},
+        {L"a\x01\t\x7F", "/app/Repository/Items/a%01%09%7F/Path"},
+        {L"a#b", "/app/Repository/Items/a"}, // Wine sends the rest too
+    };
+    for (const auto& [id, target] : cases) {
+        SCOPED_TRACE(target);
+        ScriptedServer server;
+        server.On("*").Reply(200, {}, Document("<Path>/</Path>"));
+        WebRequestFactory factory;
+        CRepositoryProxy proxy(&factory);
+        EXPECT_EQ(Read(proxy.GetPath(server.Url("/app"), id), &CPathResponse::GetPath).detail,
+                  L"/");
+        const auto request = server.Requests().at(0);
+        EXPECT_EQ(request.target.substr(0, request.target.find('#')), target);
+        EXPECT_EQ(request.HeaderCount("X-Mine"), 0u);
+    }
+}
+
 TEST(RepositoryProxy, Downloads) {
     const TempFolder folder;
     const auto path = WriteFile(folder.Path(kFileName), "what was there, and is longer");

@@ -126,22 +126,6 @@ TEST_F(Tls, ReachesATrustedServerAndIsNotLeftByARedirect) {
     EXPECT_EQ(server.RequestsFor("/plain").size(), target::kRedirectsLeaveTls ? 1u : 0u);
 }
 
-// When the client meets the reset varies: in one round of ten it is about to send.
-TEST_F(Tls, IsConnectedAnewForARequestThatTheServerCutShort) {
-    const Trust trust(Certificate("good"));
-    const auto body = ScriptedServer::Pattern(5'000'000);
-    server.On("GET /").Reply(200).Take(300'000).Reset();
-    server.On("PUT /").Reply(200, {}, "stored");
-    for (int round = 0; round < 30; ++round) {
-        EXPECT_TRUE(Exchange(Wide(Url("/"))).Send());
-        Exchange upload(Wide(Url("/")), {.verb = L"PUT", .body = body});
-        EXPECT_TRUE(upload.Send() || !target::kSendsAgain) << upload.SendError();
-    }
-    for (const auto& request : server.Requests()) {
-        EXPECT_TRUE(request.method == "GET" || request.body == body);
-    }
-}
-
 TEST_F(Tls, IsNotLeftBySignIn) {
     const Trust trust(Certificate("good"));
     const auto page = [](const std::string& action) {

@@ -24,9 +24,6 @@ namespace target {
 extern const bool kTrustEndsAtOnce;
 /// A redirect out of TLS is followed. Windows is documented not to; Wine does.
 extern const bool kRedirectsLeaveTls;
-/// A request goes out again if the server ends a kept connection before it has all of it. Windows
-/// is documented to do so too; Wine does not.
-extern const bool kSendsAgain;
 
 } // namespace target
 

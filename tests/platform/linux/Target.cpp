@@ -8,6 +8,8 @@ namespace brevint::test::target {
 const bool kExpiredCookieVanishes = true;
 // The attribute means that.
 const bool kSecureCookieNeedsTls = true;
+// RFC 6265 compares names so, and browsers do.
+const bool kCookieNamesHaveCase = true;
 // The data of a cookie set without a name carries its name, which is what callers mean by it.
 const std::string_view kNamelessCookie = "n=v";
 // Another host must not learn the credentials of the first.
@@ -16,6 +18,10 @@ const bool kRedirectKeepsCookiesOfHost = true;
 const bool kFollows308 = true;
 // A request that keeps its verb is useless without its body.
 const bool kBodyTravelsWith307 = true;
+// It is for whoever reads the reply.
+const bool kFragmentIsSent = false;
+// There is no such port.
+const bool kPortHasALimit = true;
 // One way to complete is easier to get right than two.
 const bool kReadsMayFinishAtOnce = false;
 

@@ -8,6 +8,8 @@ namespace brevint::test::target {
 const bool kExpiredCookieVanishes = false;
 // Wine does not know the attribute.
 const bool kSecureCookieNeedsTls = false;
+// Wine compares names without regard to case.
+const bool kCookieNamesHaveCase = false;
 // Wine keeps the whole data as the value of a cookie whose name is empty.
 const std::string_view kNamelessCookie = "=n=v";
 // Wine leaves the header in place when the new host has no cookies of its own.
@@ -16,6 +18,10 @@ const bool kRedirectKeepsCookiesOfHost = false;
 const bool kFollows308 = false;
 // Wine keeps the verb and loses the body.
 const bool kBodyTravelsWith307 = false;
+// Wine takes it for a part of the path.
+const bool kFragmentIsSent = true;
+// Wine takes what is left of the number in 16 bits.
+const bool kPortHasALimit = false;
 // WinINet's own way.
 const bool kReadsMayFinishAtOnce = true;
 

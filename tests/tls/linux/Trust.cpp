@@ -14,6 +14,5 @@ Trust::~Trust() {
 
 const bool target::kTrustEndsAtOnce = true;
 const bool target::kRedirectsLeaveTls = false;
-const bool target::kSendsAgain = true;
 
 } // namespace brevint::test

@@ -55,6 +55,5 @@ Trust::~Trust() {
 
 const bool target::kTrustEndsAtOnce = false;
 const bool target::kRedirectsLeaveTls = true;
-const bool target::kSendsAgain = false;
 
 } // namespace brevint::test
