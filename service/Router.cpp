@@ -5,8 +5,8 @@
 #include "service/SessionCookies.h"
 #include "service/Text.h"
 
-#include <algorithm>
 #include <optional>
+#include <regex>
 #include <utility>
 
 namespace brevint::service {
@@ -30,15 +30,20 @@ std::optional<std::vector<std::string>> Match(const std::vector<std::string>& pa
     return ids;
 }
 
-std::string CheckedHost(const HttpRequest& request) {
-    std::string host = request.Header("Host");
-    const bool proper = !host.empty() && std::all_of(host.begin(), host.end(), [](char c) {
-        return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
-               std::string_view(".-:[]").find(c) != std::string_view::npos;
-    });
-    if (!proper)
-        throw BadRequest("The request names no proper host.");
-    return host;
+HttpReply Refusal(const ServiceError& failure) {
+    return ErrorReply(failure.Status(), failure.what());
+}
+
+/// Throws for a request that a web page of somebody else could have a browser send here: to a name
+/// that leads to this machine for once, or under a name of this machine, but from that page.
+void CheckOrigin(const HttpRequest& head) {
+    static const std::regex names(R"((localhost|127(\.\d{1,3}){3}|\[::1\])(:\d{1,5})?)");
+    const std::string host = ToLower(head.Header("Host"));
+    if (!std::regex_match(host, names))
+        throw ServiceError(421, "The host must be localhost, 127.x.x.x or [::1].");
+    const std::string origin = ToLower(head.Header("Origin"));
+    if (!origin.empty() && origin != "http://" + host)
+        throw ServiceError(403, "Another web site sent this request.");
 }
 
 } // namespace
@@ -60,21 +65,17 @@ void Router::Add(std::string method, std::string_view pattern, Access access, Ha
     routes_.push_back(std::move(route));
 }
 
-HttpReply Router::Answer(HttpRequest request) const {
+Admission Router::Admit(const HttpRequest& head) const {
     try {
-        return Dispatch(std::move(request));
+        CheckOrigin(head);
+        return Find(head);
     } catch (const ServiceError& failure) {
-        return ErrorReply(failure.Status(), failure.what());
+        return {Refusal(failure), {}};
     }
 }
 
-HttpReply Router::Dispatch(HttpRequest request) const {
-    Call call;
-    call.serviceUrl = "http://" + CheckedHost(request) + basePath_ + "/";
-    if (request.method == "GET" && !request.body.empty())
-        throw BadRequest("A GET request carries no body.");
-
-    const std::string path = request.path + (request.path == basePath_ ? "/" : "");
+Admission Router::Find(const HttpRequest& head) const {
+    const std::string path = head.path + (head.path == basePath_ ? "/" : "");
     if (!path.starts_with(basePath_ + "/"))
         throw ServiceError(404, "There is no such resource.");
     const auto segments = Split(std::string_view(path).substr(basePath_.size() + 1), '/');
@@ -84,22 +85,34 @@ HttpReply Router::Dispatch(HttpRequest request) const {
         auto ids = Match(route.segments, segments);
         if (!ids)
             continue;
-        if (route.method != request.method) {
+        if (route.method != head.method) {
             methods += (methods.empty() ? "" : ", ") + route.method;
             continue;
         }
-        call.ids = *std::move(ids);
-        call.user = sessions_.Find(ReadSessionCookies(request));
+        Call call{{},
+                  *std::move(ids),
+                  sessions_.Find(ReadSessionCookies(head)),
+                  "http://" + head.Header("Host") + basePath_ + "/"};
         if (!call.user && route.access == Access::SignedIn)
             throw AuthorizationFailed();
-        call.request = std::move(request);
-        return route.handler(call);
+        const bool trusted = call.user != nullptr;
+        const auto answer = [&route, call = std::move(call)](HttpRequest request) mutable {
+            try {
+                if (request.method == "GET" && !request.body.empty())
+                    throw BadRequest("A GET request carries no body.");
+                call.request = std::move(request);
+                return route.handler(call);
+            } catch (const ServiceError& failure) {
+                return Refusal(failure);
+            }
+        };
+        return {std::nullopt, answer, trusted};
     }
     if (methods.empty())
         throw ServiceError(404, "There is no such resource.");
     HttpReply reply = ErrorReply(405, "The resource does not know this method.");
     reply.headers.emplace_back("Allow", methods);
-    return reply;
+    return {std::move(reply), {}};
 }
 
 } // namespace brevint::service
