@@ -168,7 +168,7 @@ TEST_F(Service, SignInLeadsThroughThePortalBackToTheDashboard) {
     const HttpReply back = Exchange(token);
     EXPECT_EQ(back.status, 302);
     EXPECT_EQ(back.headers.at(0), std::pair("Location"s, "http://localhost/"s));
-    for (std::size_t i : {1, 2})
+    for (std::size_t i = 1; i <= 2; ++i)
         EXPECT_TRUE(back.headers.at(i).second.ends_with("; Path=/; SameSite=Strict"));
     const std::string identity = Exchange({"GET", "/application/identity"}, Cookies(back)).body;
     EXPECT_EQ(Between(identity, "<Name>", "<"), "Zoë &amp; Søn");
