@@ -43,7 +43,9 @@ if(CMAKE_CXX_FLAGS MATCHES "-shared-libsan")
   # Where clang keeps its runtimes.
   execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libclang_rt.tsan-x86_64.so
                   OUTPUT_VARIABLE path OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
-  cmake_path(GET path PARENT_PATH CMAKE_BUILD_RPATH)
+  cmake_path(GET path PARENT_PATH BREVINT_SANITIZER_FOLDER)
+  set(CMAKE_BUILD_WITH_INSTALL_RPATH ON) # as for the client, in cli/
+  set(CMAKE_INSTALL_RPATH ${BREVINT_SANITIZER_FOLDER} $ORIGIN)
 endif()
 
 if(WIN32)

@@ -71,6 +71,8 @@ export WINEPREFIX=$cache/wine WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES="ms
 # reader of ours would wait for it) and from the lock of wine_start.
 wine_quietly() { timeout --kill-after=10 120 "$@" </dev/null >/dev/null 2>&1 9>&-; }
 
+wine_runs() { [[ -e $WINEPREFIX/.complete ]] && wine_quietly wineserver -k0; }
+
 # Makes the prefix on first use, then sees to it that Wine's background services run, so that no
 # program's standard output is inherited by them. They end ten minutes after the last program.
 wine_start() {

@@ -9,11 +9,14 @@
 #include <boost/asio/detached.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/post.hpp>
 #include <boost/asio/redirect_error.hpp>
 #include <boost/asio/steady_timer.hpp>
+#include <boost/asio/strand.hpp>
 #include <boost/asio/use_awaitable.hpp>
 #include <boost/asio/write.hpp>
 #include <boost/beast/core/flat_buffer.hpp>
+#include <boost/beast/core/tcp_stream.hpp>
 #include <boost/beast/http/parser.hpp>
 #include <boost/beast/http/read.hpp>
 #include <boost/beast/http/status.hpp>
@@ -23,6 +26,9 @@
 #include <array>
 #include <cstdio>
 #include <exception>
+#include <limits>
+#include <list>
+#include <mutex>
 #include <thread>
 #include <vector>
 
@@ -31,7 +37,10 @@ namespace brevint::service {
 namespace asio = boost::asio;
 namespace http = boost::beast::http;
 using asio::ip::tcp;
+using boost::beast::flat_buffer;
 using boost::system::error_code;
+using Parser = http::request_parser<http::string_body>;
+using Stream = boost::beast::tcp_stream;
 
 namespace {
 
@@ -44,7 +53,7 @@ std::string ToString(const Text& text) {
     return std::string(text.data(), text.size());
 }
 
-HttpRequest TakeRequest(http::request<http::string_body>& message) {
+HttpRequest ReadHead(const http::request<http::string_body>& message) {
     HttpRequest request;
     request.method = ToString(message.method_string());
     const std::string target = ToString(message.target());
@@ -54,7 +63,6 @@ HttpRequest TakeRequest(http::request<http::string_body>& message) {
         request.query = target.substr(mark + 1);
     for (const auto& field : message)
         request.headers.emplace_back(ToString(field.name_string()), ToString(field.value()));
-    request.body = std::move(message.body());
     return request;
 }
 
@@ -74,7 +82,7 @@ std::string HeaderText(const HttpReply& reply, bool keepAlive) {
     return text + "\r\n";
 }
 
-asio::awaitable<void> WriteFile(tcp::socket& socket, const Blob& file, bool chunked) {
+asio::awaitable<void> WriteFile(Stream& stream, const Blob& file, bool chunked) {
     std::vector<char> block(blockSize);
     for (std::uint64_t offset = 0; offset < file.Size();) {
         const auto count =
@@ -82,7 +90,7 @@ asio::awaitable<void> WriteFile(tcp::socket& socket, const Blob& file, bool chun
         file.Read(offset, block.data(), count);
         offset += count;
         if (!chunked) {
-            co_await asio::async_write(socket, asio::buffer(block.data(), count),
+            co_await asio::async_write(stream, asio::buffer(block.data(), count),
                                        asio::use_awaitable);
             continue;
         }
@@ -91,34 +99,140 @@ asio::awaitable<void> WriteFile(tcp::socket& socket, const Blob& file, bool chun
         const std::array<asio::const_buffer, 3> chunk = {
             asio::buffer(length, static_cast<std::size_t>(digits)),
             asio::buffer(block.data(), count), asio::buffer("\r\n", 2)};
-        co_await asio::async_write(socket, chunk, asio::use_awaitable);
+        co_await asio::async_write(stream, chunk, asio::use_awaitable);
     }
     if (chunked)
-        co_await asio::async_write(socket, asio::buffer("0\r\n\r\n", 5), asio::use_awaitable);
+        co_await asio::async_write(stream, asio::buffer("0\r\n\r\n", 5), asio::use_awaitable);
 }
 
-asio::awaitable<void> WriteReply(tcp::socket& socket, const HttpReply& reply, bool keepAlive) {
+asio::awaitable<void> WriteReply(Stream& stream, const HttpReply& reply, bool keepAlive) {
     const std::string header = HeaderText(reply, keepAlive);
     if (reply.file) {
-        co_await asio::async_write(socket, asio::buffer(header), asio::use_awaitable);
-        co_await WriteFile(socket, *reply.file, reply.chunked);
+        co_await asio::async_write(stream, asio::buffer(header), asio::use_awaitable);
+        co_await WriteFile(stream, *reply.file, reply.chunked);
     } else {
         const std::array<asio::const_buffer, 2> message = {asio::buffer(header),
                                                            asio::buffer(reply.body)};
-        co_await asio::async_write(socket, message, asio::use_awaitable);
+        co_await asio::async_write(stream, message, asio::use_awaitable);
     }
 }
 
 /// Ends our side and waits for the client's end: closing with unread bytes would reset the
 /// connection, and the reply could be lost with it.
-asio::awaitable<void> Finish(tcp::socket& socket) {
-    socket.shutdown(tcp::socket::shutdown_send);
+asio::awaitable<void> Finish(Stream& stream) {
+    stream.socket().shutdown(tcp::socket::shutdown_send);
     std::vector<char> block(blockSize);
     error_code error;
     while (!error)
-        co_await socket.async_read_some(asio::buffer(block),
+        co_await stream.async_read_some(asio::buffer(block),
                                         asio::redirect_error(asio::use_awaitable, error));
 }
+
+/// Says what is wrong with a request, unless the client ended the connection.
+asio::awaitable<void> Refuse(Stream& stream, error_code error) {
+    const bool malformed = error.category() == make_error_code(http::error{}).category();
+    if (error == http::error::body_limit)
+        co_await WriteReply(stream, ErrorReply(413, "The request is too large."), false);
+    else if (malformed && error != http::error::end_of_stream &&
+             error != http::error::partial_message)
+        co_await WriteReply(stream, ErrorReply(400, "The request is not valid HTTP."), false);
+}
+
+asio::awaitable<error_code> ReadBody(Stream& stream, flat_buffer& buffer, Parser& parser,
+                                     std::uint64_t limit) {
+    if (parser.content_length().value_or(0) > limit)
+        co_return http::error::body_limit;
+    parser.body_limit(limit);
+    if (boost::beast::iequals(parser.get()[http::field::expect], "100-continue")) {
+        constexpr std::string_view text = "HTTP/1.1 100 Continue\r\n\r\n";
+        co_await asio::async_write(stream, asio::buffer(text), asio::use_awaitable);
+    }
+    error_code error;
+    co_await http::async_read(stream, buffer, parser,
+                              asio::redirect_error(asio::use_awaitable, error));
+    co_return error;
+}
+
+/// The connections of one server, and which of them may be closed to make room.
+class ConnectionList {
+public:
+    explicit ConnectionList(std::size_t limit) : limit_(limit) {}
+
+    /// A connection, from its beginning to its end. Whatever happens to its stream happens on the
+    /// stream's strand.
+    class Entry {
+    public:
+        Entry(ConnectionList& list, std::shared_ptr<Stream> stream)
+            : list_(list), stream_(std::move(stream)) {
+            const std::lock_guard lock(list_.mutex_);
+            place_ = list_.waiting_.insert(list_.waiting_.end(), this);
+            if (++list_.count_ > list_.limit_)
+                list_.CloseOne();
+        }
+
+        Entry(const Entry&) = delete;
+        Entry& operator=(const Entry&) = delete;
+
+        ~Entry() {
+            const std::lock_guard lock(list_.mutex_);
+            --list_.count_;
+            Leave();
+        }
+
+        Stream& GetStream() const { return *stream_; }
+
+        /// From now on it waits, for so long at most, and may be closed.
+        void Wait(std::chrono::milliseconds patience) {
+            stream_->expires_after(patience);
+            const std::lock_guard lock(list_.mutex_);
+            Leave();
+            place_ = list_.waiting_.insert(list_.waiting_.end(), this);
+        }
+
+        /// From now on it is left alone. False when it is about to be closed.
+        bool Work() {
+            stream_->expires_never();
+            const std::lock_guard lock(list_.mutex_);
+            return Leave();
+        }
+
+    private:
+        friend class ConnectionList;
+
+        /// True when it was waiting. To be called with the mutex held.
+        bool Leave() {
+            const bool waits = place_ != list_.waiting_.end();
+            if (waits)
+                list_.waiting_.erase(place_);
+            place_ = list_.waiting_.end();
+            return waits;
+        }
+
+        ConnectionList& list_;
+        const std::shared_ptr<Stream> stream_;
+        std::list<Entry*>::iterator place_; ///< The list's end when it does not wait.
+    };
+
+    void MakeRoom() {
+        const std::lock_guard lock(mutex_);
+        CloseOne();
+    }
+
+private:
+    /// To be called with the mutex held, which keeps the entry alive.
+    void CloseOne() {
+        if (waiting_.empty())
+            return;
+        Entry& entry = *waiting_.front();
+        entry.Leave();
+        asio::post(entry.stream_->get_executor(), [stream = entry.stream_] { stream->close(); });
+    }
+
+    const std::size_t limit_;
+    std::mutex mutex_; ///< Guards what follows, and the entries' places.
+    std::size_t count_ = 0;
+    std::list<Entry*> waiting_; ///< The one that has waited longest comes first.
+};
 
 } // namespace
 
@@ -126,10 +240,10 @@ asio::awaitable<void> Finish(tcp::socket& socket) {
 /// destroyed, after its threads have ended, their sockets close wherever they stand.
 class HttpServer::Engine {
 public:
-    Engine(const HttpServerOptions& options, const Handler& handler)
-        : options_(options), handler_(handler),
-          acceptor_(context_,
-                    tcp::endpoint(asio::ip::make_address(options.address), options.port)) {
+    explicit Engine(const HttpServer& server)
+        : server_(server), connections_(server.options_.maxConnections),
+          acceptor_(context_, tcp::endpoint(asio::ip::make_address(server.options_.address),
+                                            server.options_.port)) {
         asio::co_spawn(context_, Accept(), asio::detached);
         for (std::size_t i = 0; i < threadCount; ++i)
             threads_.emplace_back([this] { context_.run(); });
@@ -149,86 +263,97 @@ public:
 private:
     asio::awaitable<void> Accept() {
         for (;;) {
+            const auto stream = std::make_shared<Stream>(asio::make_strand(context_));
             error_code error;
-            tcp::socket socket =
-                co_await acceptor_.async_accept(asio::redirect_error(asio::use_awaitable, error));
+            co_await acceptor_.async_accept(stream->socket(),
+                                            asio::redirect_error(asio::use_awaitable, error));
             if (!error) {
-                asio::co_spawn(context_, Serve(std::move(socket)), asio::detached);
+                asio::co_spawn(stream->get_executor(), Serve(stream), asio::detached);
                 continue;
             }
-            // Out of descriptors, most likely: give connections that end time to hand theirs back.
+            // Out of descriptors, most likely.
+            connections_.MakeRoom();
             asio::steady_timer pause(context_, std::chrono::milliseconds(100));
             co_await pause.async_wait(asio::use_awaitable);
         }
     }
 
-    asio::awaitable<void> Serve(tcp::socket socket) {
+    asio::awaitable<void> Serve(std::shared_ptr<Stream> stream) {
         try {
-            socket.set_option(tcp::no_delay(true));
-            boost::beast::flat_buffer buffer;
-            while (co_await Exchange(socket, buffer)) {}
-            co_await Finish(socket);
+            ConnectionList::Entry entry(connections_, stream);
+            stream->socket().set_option(tcp::no_delay(true));
+            flat_buffer buffer;
+            while (co_await Exchange(entry, buffer)) {}
+            entry.Wait(server_.options_.patience);
+            co_await Finish(*stream);
         } catch (const std::exception&) {
             // The client went away; the socket closes with this coroutine.
         }
     }
 
     /// One request and its reply. False when the connection is to end.
-    asio::awaitable<bool> Exchange(tcp::socket& socket, boost::beast::flat_buffer& buffer) {
-        http::request_parser<http::string_body> parser;
+    asio::awaitable<bool> Exchange(ConnectionList::Entry& entry, flat_buffer& buffer) {
+        const HttpServerOptions& options = server_.options_;
+        Stream& stream = entry.GetStream();
+        entry.Wait(options.patience);
+        Parser parser;
         parser.header_limit(headerLimit);
-        parser.body_limit(options_.maxBody);
+        parser.body_limit(std::numeric_limits<std::uint64_t>::max());
         error_code error;
-        co_await http::async_read_header(socket, buffer, parser,
+        co_await http::async_read_header(stream, buffer, parser,
                                          asio::redirect_error(asio::use_awaitable, error));
-        if (!error && boost::beast::iequals(parser.get()[http::field::expect], "100-continue")) {
-            constexpr std::string_view text = "HTTP/1.1 100 Continue\r\n\r\n";
-            co_await asio::async_write(socket, asio::buffer(text), asio::use_awaitable);
-        }
-        if (!error)
-            co_await http::async_read(socket, buffer, parser,
-                                      asio::redirect_error(asio::use_awaitable, error));
         if (error) {
-            const bool malformed = error.category() == make_error_code(http::error{}).category();
-            if (error == http::error::body_limit)
-                co_await WriteReply(socket, ErrorReply(413, "The request is too large."), false);
-            else if (malformed && error != http::error::end_of_stream &&
-                     error != http::error::partial_message)
-                co_await WriteReply(socket, ErrorReply(400, "The request is not valid HTTP."),
-                                    false);
+            co_await Refuse(stream, error);
             co_return false;
         }
+        HttpRequest request = ReadHead(parser.get());
+        Admission admission = server_.gate_(request);
+        if (admission.trusted && !entry.Work())
+            co_return false;
+        if (!admission.refusal && !parser.is_done()) {
+            error =
+                co_await ReadBody(stream, buffer, parser,
+                                  admission.trusted ? options.maxBody : options.maxUntrustedBody);
+            if (error) {
+                co_await Refuse(stream, error);
+                co_return false;
+            }
+            request.body = std::move(parser.get().body());
+        }
 
-        const bool keepAlive = parser.keep_alive() && parser.get().version() >= 11;
-        HttpReply reply = Answer(TakeRequest(parser.get()));
+        // After a body that nobody reads no next request is found.
+        const bool keepAlive =
+            parser.is_done() && parser.keep_alive() && parser.get().version() >= 11;
+        HttpReply reply = admission.refusal ? *std::move(admission.refusal)
+                                            : Answer(admission, std::move(request));
         if (parser.get().version() < 11)
             reply.chunked = false;
-        co_await WriteReply(socket, reply, keepAlive);
+        co_await WriteReply(stream, reply, keepAlive);
         co_return keepAlive;
     }
 
-    HttpReply Answer(HttpRequest request) const {
+    static HttpReply Answer(const Admission& admission, HttpRequest request) {
         try {
-            return handler_(std::move(request));
+            return admission.answer(std::move(request));
         } catch (const std::exception& failure) {
             return ErrorReply(500, failure.what());
         }
     }
 
-    const HttpServerOptions& options_;
-    const Handler& handler_;
+    const HttpServer& server_;
+    ConnectionList connections_; ///< Outlives the context, whose coroutines have entries in it.
     asio::io_context context_{static_cast<int>(threadCount)};
     tcp::acceptor acceptor_;
     std::vector<std::thread> threads_;
 };
 
-HttpServer::HttpServer(HttpServerOptions options, Handler handler)
-    : options_(std::move(options)), handler_(std::move(handler)) {}
+HttpServer::HttpServer(HttpServerOptions options, Gate gate)
+    : options_(std::move(options)), gate_(std::move(gate)) {}
 
 HttpServer::~HttpServer() = default;
 
 void HttpServer::Start() {
-    engine_ = std::make_unique<Engine>(options_, handler_);
+    engine_ = std::make_unique<Engine>(*this);
 }
 
 void HttpServer::Stop() {

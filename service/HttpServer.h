@@ -2,9 +2,12 @@
 
 #include "service/HttpMessage.h"
 
+#include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace brevint::service {
@@ -13,15 +16,36 @@ struct HttpServerOptions {
     std::string address = "127.0.0.1";
     std::uint16_t port = 0;                         ///< 0: chosen by the system.
     std::uint64_t maxBody = std::uint64_t{2} << 30; ///< Longer request bodies are refused (413).
+    std::uint64_t maxUntrustedBody = 64 * 1024;     ///< The same for requests that are not trusted.
+
+    /// The longest wait for a request's head. An exchange that is not trusted must end in that
+    /// time.
+    std::chrono::milliseconds patience = std::chrono::minutes(1);
+
+    /// Beyond so many the connection that has waited longest for its next request is closed, even
+    /// in the middle of an exchange that is not trusted. It is half of the files that Linux lets a
+    /// process have open.
+    std::size_t maxConnections = 512;
 };
 
-/// An HTTP/1.1 server: keep-alive, any number of connections, a few threads of its own.
+/// What comes of a request, decided when its head is there.
+struct Admission {
+    std::optional<HttpReply> refusal = {}; ///< Sent at once; the body is not read.
+
+    /// Answers the request once its body is there too; called when there is no refusal.
+    std::function<HttpReply(HttpRequest)> answer = {};
+
+    bool trusted = false; ///< The exchange may take as long as it likes.
+};
+
+/// An HTTP/1.1 server: keep-alive, many connections, a few threads of its own.
 class HttpServer {
 public:
-    /// Answers one request; called on the server's threads, several at a time.
-    using Handler = std::function<HttpReply(HttpRequest)>;
+    /// Judges a request by its head. Called on the server's threads, several at a time, as the
+    /// answers are.
+    using Gate = std::function<Admission(const HttpRequest& head)>;
 
-    HttpServer(HttpServerOptions options, Handler handler);
+    HttpServer(HttpServerOptions options, Gate gate);
     HttpServer(const HttpServer&) = delete;
     HttpServer& operator=(const HttpServer&) = delete;
     ~HttpServer();
@@ -38,7 +62,7 @@ public:
 private:
     class Engine;
     HttpServerOptions options_;
-    Handler handler_;
+    Gate gate_;
     std::unique_ptr<Engine> engine_;
 };
 

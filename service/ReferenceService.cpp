@@ -8,8 +8,7 @@ namespace brevint::service {
 
 ReferenceService::ReferenceService(ServiceOptions options)
     : state_(std::move(options)), router_(state_.options.basePath, state_.sessions),
-      server_(state_.options.http,
-              [this](HttpRequest request) { return router_.Answer(std::move(request)); }) {
+      server_(state_.options.http, [this](const HttpRequest& head) { return Admit(head); }) {
     AddSignInResources(router_, state_);
     AddAccountResources(router_);
     AddTemplateResources(router_, state_);

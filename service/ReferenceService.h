@@ -21,6 +21,9 @@ public:
     /// Closes every connection and joins the threads; so does the destructor.
     void Stop();
 
+    /// What the server does with a request. Needs no start.
+    Admission Admit(const HttpRequest& head) const { return router_.Admit(head); }
+
     /// The address that clients are given, with "/" at its end. Valid once started.
     std::string Url() const;
 

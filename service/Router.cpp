@@ -6,7 +6,6 @@
 #include "service/SessionCookies.h"
 #include "service/Text.h"
 
-#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -31,15 +30,33 @@ std::optional<std::vector<std::string>> Match(const std::vector<std::string>& pa
     return ids;
 }
 
-std::string CheckedHost(const HttpRequest& request) {
-    std::string host = request.Header("Host");
-    const bool proper = !host.empty() && std::all_of(host.begin(), host.end(), [](char c) {
-        return base::IsLetterOrDigit(c) ||
-               std::string_view(".-:[]").find(c) != std::string_view::npos;
-    });
-    if (!proper)
-        throw BadRequest("The request names no proper host.");
-    return host;
+HttpReply Refusal(const ServiceError& failure) {
+    return ErrorReply(failure.Status(), failure.what());
+}
+
+/// Whether a Host header names this machine itself, with or without a port.
+bool IsThisMachine(std::string_view host) {
+    if (!host.ends_with(']')) {
+        const std::size_t colon = std::min(host.rfind(':'), host.size());
+        const std::string_view port = host.substr(std::min(colon + 1, host.size()));
+        if (port.find_first_not_of("0123456789") != std::string_view::npos)
+            return false;
+        host = host.substr(0, colon);
+    }
+    const bool isV4 =
+        host.starts_with("127.") && host.find_first_not_of("0123456789.") == std::string_view::npos;
+    return isV4 || host == "localhost" || host == "[::1]";
+}
+
+/// Throws for a request that a web page of somebody else could have a browser send here: to a name
+/// that leads to this machine for once, or under a name of this machine, but from that page.
+void CheckOrigin(const HttpRequest& head) {
+    const std::string host = base::ToLower(head.Header("Host"));
+    if (!IsThisMachine(host))
+        throw ServiceError(421, "The host must be localhost, 127.x.x.x or [::1].");
+    const std::string origin = base::ToLower(head.Header("Origin"));
+    if (!origin.empty() && origin != "http://" + host)
+        throw ServiceError(403, "Another web site sent this request.");
 }
 
 } // namespace
@@ -61,21 +78,17 @@ void Router::Add(std::string method, std::string_view pattern, Access access, Ha
     routes_.push_back(std::move(route));
 }
 
-HttpReply Router::Answer(HttpRequest request) const {
+Admission Router::Admit(const HttpRequest& head) const {
     try {
-        return Dispatch(std::move(request));
+        CheckOrigin(head);
+        return Find(head);
     } catch (const ServiceError& failure) {
-        return ErrorReply(failure.Status(), failure.what());
+        return {Refusal(failure), {}};
     }
 }
 
-HttpReply Router::Dispatch(HttpRequest request) const {
-    Call call;
-    call.serviceUrl = "http://" + CheckedHost(request) + basePath_ + "/";
-    if (request.method == "GET" && !request.body.empty())
-        throw BadRequest("A GET request carries no body.");
-
-    const std::string path = request.path + (request.path == basePath_ ? "/" : "");
+Admission Router::Find(const HttpRequest& head) const {
+    const std::string path = head.path + (head.path == basePath_ ? "/" : "");
     if (!path.starts_with(basePath_ + "/"))
         throw ServiceError(404, "There is no such resource.");
     const auto segments = Split(std::string_view(path).substr(basePath_.size() + 1), '/');
@@ -85,22 +98,34 @@ HttpReply Router::Dispatch(HttpRequest request) const {
         auto ids = Match(route.segments, segments);
         if (!ids)
             continue;
-        if (route.method != request.method) {
+        if (route.method != head.method) {
             methods += (methods.empty() ? "" : ", ") + route.method;
             continue;
         }
-        call.ids = *std::move(ids);
-        call.user = sessions_.Find(ReadSessionCookies(request));
+        Call call{{},
+                  *std::move(ids),
+                  sessions_.Find(ReadSessionCookies(head)),
+                  "http://" + head.Header("Host") + basePath_ + "/"};
         if (!call.user && route.access == Access::SignedIn)
             throw AuthorizationFailed();
-        call.request = std::move(request);
-        return route.handler(call);
+        const bool trusted = call.user != nullptr;
+        const auto answer = [&route, call = std::move(call)](HttpRequest request) mutable {
+            try {
+                if (request.method == "GET" && !request.body.empty())
+                    throw BadRequest("A GET request carries no body.");
+                call.request = std::move(request);
+                return route.handler(call);
+            } catch (const ServiceError& failure) {
+                return Refusal(failure);
+            }
+        };
+        return {std::nullopt, answer, trusted};
     }
     if (methods.empty())
         throw ServiceError(404, "There is no such resource.");
     HttpReply reply = ErrorReply(405, "The resource does not know this method.");
     reply.headers.emplace_back("Allow", methods);
-    return reply;
+    return {std::move(reply), {}};
 }
 
 } // namespace brevint::service

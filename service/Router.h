@@ -1,6 +1,6 @@
 #pragma once
 
-#include "service/HttpMessage.h"
+#include "service/HttpServer.h"
 #include "service/Sessions.h"
 #include "service/User.h"
 
@@ -37,7 +37,10 @@ public:
     /// in any letter case, "{id}" matches any one segment.
     void Add(std::string method, std::string_view pattern, Access access, Handler handler);
 
-    HttpReply Answer(HttpRequest request) const;
+    /// Refuses by its head alone a request that names no name of this machine as its host, that a
+    /// page of another web site sends, whose resource is not there, or that lacks the session it
+    /// needs. Trusted is whoever has a session.
+    Admission Admit(const HttpRequest& head) const;
 
 private:
     struct Route {
@@ -47,7 +50,7 @@ private:
         Handler handler;
     };
 
-    HttpReply Dispatch(HttpRequest request) const;
+    Admission Find(const HttpRequest& head) const;
 
     const std::string basePath_;
     const Sessions& sessions_;

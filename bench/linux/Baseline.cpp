@@ -17,6 +17,9 @@ struct EasyCleanup {
 struct MultiCleanup {
     void operator()(CURLM* multi) const { curl_multi_cleanup(multi); }
 };
+struct MimeCleanup {
+    void operator()(curl_mime* form) const { curl_mime_free(form); }
+};
 struct ListCleanup {
     void operator()(curl_slist* list) const { curl_slist_free_all(list); }
 };
@@ -25,6 +28,7 @@ struct FileCleanup {
 };
 using Easy = std::unique_ptr<CURL, EasyCleanup>;
 using Multi = std::unique_ptr<CURLM, MultiCleanup>;
+using Mime = std::unique_ptr<curl_mime, MimeCleanup>;
 using List = std::unique_ptr<curl_slist, ListCleanup>;
 using File = std::unique_ptr<std::FILE, FileCleanup>;
 
@@ -118,9 +122,11 @@ void Download(const TaskArguments& arguments, Stopwatch& watch, const std::strin
         curl_easy_setopt(easy, CURLOPT_WRITEDATA, files.back().get());
         curl_multi_add_handle(multi.get(), easy);
     }
-    for (int running = 1; running > 0;) {
-        curl_multi_perform(multi.get(), &running);
+    int running = 0;
+    curl_multi_perform(multi.get(), &running);
+    while (running > 0) {
         curl_multi_poll(multi.get(), nullptr, 0, 1000, nullptr);
+        curl_multi_perform(multi.get(), &running);
     }
     for (std::size_t i = 0; i < arguments.count; ++i) {
         curl_multi_remove_handle(multi.get(), downloads[i].get());
@@ -140,24 +146,18 @@ void DownloadInChunks(const TaskArguments& arguments, Stopwatch& watch) {
 }
 
 void Upload(const TaskArguments& arguments, Stopwatch& watch) {
-    const std::string boundary = "---------------------8cdfaf76df000f9";
-    const std::string head = "--" + boundary +
-                             "\r\nContent-Disposition: form-data; name=\"file\"; filename=\"f\"\r\n"
-                             "Content-Type: application/octet-stream\r\n\r\n";
-    const std::string tail = "\r\n--" + boundary + "--\r\n";
     watch.Start();
-    const std::size_t size = head.size() + arguments.size + tail.size();
-    const std::unique_ptr<char[]> body(new char[size]);
-    char* content = std::copy(head.begin(), head.end(), body.get());
-    const File file = OpenFile(arguments.file, "rb");
-    Require(std::fread(content, 1, arguments.size, file.get()) == arguments.size, "short file");
-    std::copy(tail.begin(), tail.end(), content + arguments.size);
-    const List headers(
-        curl_slist_append(curl_slist_append(nullptr, "Expect:"),
-                          ("Content-Type: multipart/form-data; boundary=" + boundary).c_str()));
     const Easy easy = NewEasy();
+    const Mime form(curl_mime_init(easy.get()));
+    curl_mimepart* file = curl_mime_addpart(form.get());
+    curl_mime_name(file, "file");
+    Require(curl_mime_filedata(file, arguments.file.c_str()) == CURLE_OK, "no file");
+    const List headers(curl_slist_append(nullptr, "Expect:"));
     curl_easy_setopt(easy.get(), CURLOPT_HTTPHEADER, headers.get());
-    Post(easy.get(), arguments.url + "Repository/Items/1/Files", body.get(), size);
+    curl_easy_setopt(easy.get(), CURLOPT_MIMEPOST, form.get());
+    const std::string url = arguments.url + "Repository/Items/1/Files";
+    curl_easy_setopt(easy.get(), CURLOPT_URL, url.c_str());
+    Perform(easy.get(), 200);
     watch.Stop();
 }
 

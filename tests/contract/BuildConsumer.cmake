@@ -11,6 +11,9 @@ set(prefix "${FOLDER}/moved here")
 run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${FOLDER}/prefix)
 file(RENAME ${FOLDER}/prefix ${prefix})
 
+if(NOT TOOLCHAIN)
+  run(${CMAKE_CURRENT_LIST_DIR}/check-run-paths ${prefix} ${prefix})
+endif()
 execute_process(COMMAND ${EMULATOR} "${prefix}/bin/brevint${SUFFIX}" --version
   OUTPUT_VARIABLE output OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 if(NOT output MATCHES " ${VERSION}$")

@@ -2,7 +2,8 @@
 
 #include <utility>
 
-#include <boost/asio.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
 
 namespace brevint::test {
 
