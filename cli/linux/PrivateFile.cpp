@@ -2,6 +2,7 @@
 
 #include "cli/Failure.h"
 #include "cli/Utf8.h"
+#include "support/linux/Descriptor.h"
 
 #include <array>
 #include <cerrno>
@@ -14,22 +15,6 @@
 namespace brevint::cli {
 
 namespace {
-
-class Descriptor {
-public:
-    explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() {
-        if (descriptor_ >= 0) {
-            close(descriptor_);
-        }
-    }
-    int Get() const { return descriptor_; }
-
-private:
-    int descriptor_;
-};
 
 [[noreturn]] void Fail(const std::filesystem::path& path, const char* cannot) {
     const std::error_code reason(errno, std::generic_category());
