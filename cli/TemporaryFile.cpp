@@ -6,7 +6,8 @@
 
 namespace brevint::cli {
 
-TemporaryFile::TemporaryFile(const std::filesystem::path& folder) : path_(folder / LocalFileWriter::PartName()) {}
+TemporaryFile::TemporaryFile(const std::filesystem::path& folder)
+    : path_(folder / LocalFileWriter::PartName()) {}
 
 TemporaryFile::~TemporaryFile() {
     std::error_code ignored;
