@@ -46,7 +46,14 @@ TEST_F(LinuxFileWriter, KeepsPermissions) {
         {0600, 0600}, {0666, 0666}, {0755, 0755}, {0440, 0640}, {04711, 0711}};
     for (const auto& [before, after] : cases) {
         chmod(At("target").c_str(), before);
-        ASSERT_FALSE(WriteTo(At("target")));
+        LocalFileWriter writer;
+        ASSERT_FALSE(writer.Open(At("target")));
+        for (const auto& entry : fs::directory_iterator(folder.Folder())) {
+            const auto others = fs::perms::group_all | fs::perms::others_all;
+            const bool isPart = entry.path().filename() != "target";
+            EXPECT_TRUE(!isPart || (entry.status().permissions() & others) == fs::perms::none);
+        }
+        ASSERT_FALSE(writer.Finish());
         struct stat file {};
         stat(At("target").c_str(), &file);
         EXPECT_EQ(file.st_mode & 07777, after) << std::oct << before;
