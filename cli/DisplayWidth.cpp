@@ -1,68 +1,23 @@
 #include "cli/DisplayWidth.h"
 
 #include <utf8.h>
-
-#include <algorithm>
-#include <array>
+#include <utf8proc.h>
 
 namespace brevint::cli {
 
 namespace {
 
-struct Range {
-    char32_t first;
-    char32_t last;
-};
-
-// The blocks in common use, in order. What they leave out costs a crooked column, no more.
-constexpr std::array<Range, 18> kNoColumn = {{{0x0300, 0x036F},
-                                              {0x0483, 0x0489},
-                                              {0x0591, 0x05BD},
-                                              {0x0610, 0x061A},
-                                              {0x064B, 0x065F},
-                                              {0x093C, 0x093C},
-                                              {0x0941, 0x0948},
-                                              {0x094D, 0x094D},
-                                              {0x0E31, 0x0E31},
-                                              {0x0E34, 0x0E3A},
-                                              {0x0E47, 0x0E4E},
-                                              {0x1AB0, 0x1AFF},
-                                              {0x1DC0, 0x1DFF},
-                                              {0x200B, 0x200D},
-                                              {0x20D0, 0x20FF},
-                                              {0x3099, 0x309A},
-                                              {0xFE00, 0xFE0F},
-                                              {0xFE20, 0xFE2F}}};
-constexpr std::array<Range, 18> kTwoColumns = {{{0x1100, 0x115F},
-                                                {0x231A, 0x231B},
-                                                {0x23E9, 0x23EC},
-                                                {0x2614, 0x2615},
-                                                {0x2648, 0x2653},
-                                                {0x2E80, 0x303E},
-                                                {0x3041, 0x4DBF},
-                                                {0x4E00, 0xA4CF},
-                                                {0xA960, 0xA97F},
-                                                {0xAC00, 0xD7A3},
-                                                {0xF900, 0xFAFF},
-                                                {0xFE30, 0xFE6F},
-                                                {0xFF01, 0xFF60},
-                                                {0xFFE0, 0xFFE6},
-                                                {0x16FE0, 0x1B2FF},
-                                                {0x1F300, 0x1F64F},
-                                                {0x1F680, 0x1FAFF},
-                                                {0x20000, 0x3FFFD}}};
-
-bool IsIn(const auto& ranges, char32_t c) {
-    const auto range =
-        std::find_if(ranges.begin(), ranges.end(), [c](const Range& r) { return c <= r.last; });
-    return range != ranges.end() && c >= range->first;
-}
-
+/// As wcwidth has it, by which terminals go. utf8proc 2.8 differs in two things: it counts no
+/// column for marks that stand beside their letter, and one for the vowels and ends of Korean
+/// syllables, which are drawn into the column of the beginning.
 std::size_t Columns(char32_t c) {
-    if (IsIn(kNoColumn, c)) {
-        return 0;
+    const auto* const character = utf8proc_get_property(static_cast<utf8proc_int32_t>(c));
+    if (character->category == UTF8PROC_CATEGORY_MC) {
+        return 1;
     }
-    return IsIn(kTwoColumns, c) ? 2 : 1;
+    const bool continuesSyllable = character->boundclass == UTF8PROC_BOUNDCLASS_V ||
+                                   character->boundclass == UTF8PROC_BOUNDCLASS_T;
+    return continuesSyllable ? 0 : character->charwidth;
 }
 
 } // namespace

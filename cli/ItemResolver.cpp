@@ -1,5 +1,6 @@
 #include "cli/ItemResolver.h"
 
+#include "base/Ascii.h"
 #include "brevint/IGetFolderContentsResponse.h"
 #include "brevint/IRepositoryProxy.h"
 #include "brevint/PathResponse.h"
@@ -15,7 +16,7 @@ namespace {
 
 bool IsIdentifier(std::string_view text) {
     return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
-        return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
+        return base::IsLetterOrDigit(c) ||
                std::string_view("-_{}").find(c) != std::string_view::npos;
     });
 }

@@ -1,5 +1,6 @@
 #include "cli/SafeName.h"
 
+#include "base/Ascii.h"
 #include "cli/SafeText.h"
 
 #include <algorithm>
@@ -21,16 +22,13 @@ bool IsOneOf(std::string_view text, const auto& list) {
 }
 
 bool IsDevice(std::string_view name) {
-    std::string stem(name.substr(0, name.find('.')));
+    std::string stem = base::ToLower(name.substr(0, name.find('.')));
     stem.erase(stem.find_last_not_of(' ') + 1);
-    std::transform(stem.begin(), stem.end(), stem.begin(), [](unsigned char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : static_cast<char>(c);
-    });
     if (!IsOneOf(std::string_view(stem).substr(0, 3), kNumberedDevices)) {
         return IsOneOf(stem, kDevices);
     }
     const std::string_view number = std::string_view(stem).substr(3);
-    return (number.size() == 1 && number >= "0" && number <= "9") || IsOneOf(number, kRaisedDigits);
+    return (number.size() == 1 && base::IsDigit(number.front())) || IsOneOf(number, kRaisedDigits);
 }
 
 bool HasForbiddenCharacter(std::string_view name) {

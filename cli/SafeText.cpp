@@ -1,8 +1,8 @@
 #include "cli/SafeText.h"
 
 #include <utf8.h>
+#include <utf8proc.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <iterator>
 
@@ -14,22 +14,16 @@ bool IsControl(char32_t c) {
     return c < 0x20 || (c >= 0x7F && c <= 0x9F);
 }
 
-/// Line separators, and what Unicode lets a display leave out or obey: with it two names could look
-/// the same, or one like another. In order.
+/// Line separators, and what a display obeys or leaves out: with it two names could look the same,
+/// or one like another.
 bool IsInvisible(char32_t c) {
-    struct Range {
-        char32_t first;
-        char32_t last;
-    };
-    constexpr Range kRanges[] = {
-        {0x00AD, 0x00AD},   {0x034F, 0x034F},   {0x061C, 0x061C}, {0x070F, 0x070F},
-        {0x115F, 0x1160},   {0x17B4, 0x17B5},   {0x180B, 0x180F}, {0x200B, 0x200F},
-        {0x2028, 0x202E},   {0x2060, 0x206F},   {0x3164, 0x3164}, {0xFE00, 0xFE0F},
-        {0xFEFF, 0xFEFF},   {0xFFA0, 0xFFA0},   {0xFFF0, 0xFFFB}, {0x1BCA0, 0x1BCA3},
-        {0x1D173, 0x1D17A}, {0xE0000, 0xE0FFF},
-    };
-    return std::any_of(std::begin(kRanges), std::end(kRanges),
-                       [c](const Range& range) { return c >= range.first && c <= range.last; });
+    const auto* const character = utf8proc_get_property(static_cast<utf8proc_int32_t>(c));
+    switch (character->category) {
+    case UTF8PROC_CATEGORY_CF:
+    case UTF8PROC_CATEGORY_ZL:
+    case UTF8PROC_CATEGORY_ZP: return true;
+    default: return character->ignorable; // variation selectors and fillers
+    }
 }
 
 bool IsUnsafe(char32_t c) {

@@ -1,5 +1,6 @@
 #include "cli/ServiceUrl.h"
 
+#include "base/Ascii.h"
 #include "cli/Failure.h"
 
 #include <algorithm>
@@ -8,14 +9,6 @@
 namespace brevint::cli {
 
 namespace {
-
-std::string ToLower(std::string_view text) {
-    std::string lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-    });
-    return lower;
-}
 
 bool IsProper(std::string_view url) {
     return std::all_of(url.begin(), url.end(), [](char c) {
@@ -29,7 +22,7 @@ bool IsHost(std::string_view host) {
     const bool isAddress = host.starts_with('[') && host.ends_with(']');
     const std::string_view name = isAddress ? host.substr(1, host.size() - 2) : host;
     return !name.empty() && std::all_of(name.begin(), name.end(), [isAddress](char c) {
-        return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') ||
+        return base::IsLetterOrDigit(c) ||
                std::string_view(isAddress ? ":." : "-._").find(c) != std::string_view::npos;
     });
 }
@@ -84,12 +77,12 @@ bool IsLoopback(std::string_view host) {
 
 std::optional<Origin> ParseOrigin(std::string_view url) {
     const std::size_t schemeEnd = url.find("://");
-    const std::string scheme = ToLower(url.substr(0, schemeEnd));
+    const std::string scheme = base::ToLower(url.substr(0, schemeEnd));
     if (schemeEnd == std::string_view::npos || (scheme != "http" && scheme != "https")) {
         return std::nullopt;
     }
     const std::string_view rest = url.substr(schemeEnd + 3);
-    const std::string authority = ToLower(rest.substr(0, rest.find_first_of("/?#")));
+    const std::string authority = base::ToLower(rest.substr(0, rest.find_first_of("/?#")));
     const std::size_t bracket = authority.rfind(']');
     const std::size_t colon = authority.find(':', bracket == std::string::npos ? 0 : bracket);
     const bool isSecure = scheme == "https";

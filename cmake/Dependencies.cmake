@@ -9,6 +9,16 @@ else()
   find_package(CURL 7.88 REQUIRED)
 endif()
 
+# Debian's utf8proc brings no CMake package. UTF8PROC_STATIC keeps its header from importing: functions,
+# and we use nothing else of it, link so from a static library and from a DLL's import library alike.
+find_path(BREVINT_UTF8PROC_FOLDER utf8proc.h REQUIRED)
+find_library(BREVINT_UTF8PROC_LIBRARY NAMES utf8proc utf8proc_static REQUIRED)
+add_library(utf8proc::utf8proc UNKNOWN IMPORTED)
+set_target_properties(utf8proc::utf8proc PROPERTIES
+  IMPORTED_LOCATION ${BREVINT_UTF8PROC_LIBRARY}
+  INTERFACE_INCLUDE_DIRECTORIES ${BREVINT_UTF8PROC_FOLDER}
+  INTERFACE_COMPILE_DEFINITIONS UTF8PROC_STATIC)
+
 # Header-only libraries. They are architecture-independent, so the cross build uses the native
 # packages, but through a folder of links: the native include folder itself must stay out of it.
 add_library(brevint_header_only INTERFACE)

@@ -5,7 +5,7 @@
 set(licence_packages libboost1.74-dev libcli11-dev libutfcpp-dev nlohmann-json3-dev)
 if(WIN32)
   list(APPEND licence_packages
-    libxml2-dev gcc-mingw-w64-x86-64-posix-runtime mingw-w64-x86-64-dev)
+    libutf8proc-dev libxml2-dev gcc-mingw-w64-x86-64-posix-runtime mingw-w64-x86-64-dev)
   # The runtime DLLs' licence refers to this text.
   install(FILES /usr/share/common-licenses/GPL-3 DESTINATION ${CMAKE_INSTALL_DOCDIR}/licences
     COMPONENT runtime)

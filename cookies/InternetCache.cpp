@@ -48,7 +48,7 @@ void CInternetCache::DeleteCookie(const wchar_t* url) {
 }
 
 bool CInternetCache::IsReservedName(const std::wstring& name) const {
-    const std::wstring lower = BaseHlpr::ToLower(name.c_str());
+    const std::wstring lower = BaseHlpr::ToLower(name);
     return std::find(std::begin(kReservedNames), std::end(kReservedNames), lower) !=
            std::end(kReservedNames);
 }

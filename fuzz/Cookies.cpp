@@ -1,6 +1,6 @@
+#include "base/Ascii.h"
 #include "brevint/InternetCache.h"
 #include "fuzz/Fuzz.h"
-#include "platform/linux/Ascii.h"
 #include "platform/linux/CookieJar.h"
 #include "support/Utf8.h"
 
@@ -16,7 +16,7 @@ void Fuzz(std::string_view input) {
     CInternetCache cache;
     cache.SetCookie(url.c_str(), Utf8::ToWide(input).c_str());
     CookieJar::Instance().Set(url, "", input);
-    Require(!HasControls(Utf8::ToNarrow(cache.GetCookie(url.c_str()))));
+    Require(!base::HasControls(Utf8::ToNarrow(cache.GetCookie(url.c_str()))));
     cache.DeleteCookie(url.c_str());
     if (const auto cookie = Cookie::Parse("n", input, {"host.example.org", "/a/b", true})) {
         Require(Cookie::FromLine(cookie->ToLine()).value().ToLine() == cookie->ToLine());

@@ -1,5 +1,5 @@
+#include "base/Ascii.h"
 #include "fuzz/Fuzz.h"
-#include "platform/linux/Ascii.h"
 #include "platform/linux/HeaderList.h"
 #include "support/Utf8.h"
 
@@ -8,6 +8,6 @@ void Fuzz(std::string_view input) {
     headers.SetBlock(Utf8::ToWide(input));
     for (const auto& [name, value] : headers) {
         Require(!name.empty() && name.find(':') == name.npos && headers.Find(name)->value == value);
-        Require(!platform::HasControls(name + value));
+        Require(!base::HasControls(name + value));
     }
 }

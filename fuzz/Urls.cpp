@@ -1,5 +1,5 @@
+#include "base/Ascii.h"
 #include "fuzz/Fuzz.h"
-#include "platform/linux/Ascii.h"
 #include "platform/linux/Connection.h"
 #include "platform/linux/Redirect.h"
 #include "platform/linux/RequestTarget.h"
@@ -19,7 +19,7 @@ static void Redirect(const std::string& url, std::string_view location) {
     reply.status = 302;
     reply.location = location;
     if (const auto target = RedirectTarget(exchange, reply)) {
-        Require(!HasControls(*target) && target->find_first_of(" #") == target->npos);
+        Require(!base::HasControls(*target) && target->find_first_of(" #") == target->npos);
         const bool refused = FollowRedirect(exchange, *target, reply.status) != ERROR_SUCCESS;
         Require(refused == (url.starts_with("https:") && target->starts_with("http:")));
         Require(refused || target->starts_with("http://") || target->starts_with("https://"));
@@ -36,12 +36,14 @@ void Fuzz(std::string_view input) {
     if (CrackUrl(url, parts) == ERROR_SUCCESS) {
         const std::string host = Utf8::ToNarrow(parts.host);
         const std::string target = RequestTarget(parts.path);
-        Require(target.starts_with('/') && !HasControls(target) && target.find(' ') == target.npos);
+        Require(target.starts_with('/') && !base::HasControls(target) &&
+                target.find(' ') == target.npos);
         // What is connected to is what was cracked, in libcurl's eyes too, but for addresses.
         const std::string whole = Connection({}, 0, host, parts.port).Url(true, target);
         if (Url seen; seen.Resolve(whole)) {
             const std::string name = seen.Part(CURLUPART_HOST);
-            Require(EqualNames(name, host) || name.find_first_not_of("[:].0123456789abcdef") > 63);
+            Require(base::EqualsIgnoreCase(name, host) ||
+                    name.find_first_not_of("[:].0123456789abcdef") > 63);
             Require(seen.Part(CURLUPART_USER).empty());
             Redirect(whole, TakeLine(input));
         }

@@ -1,7 +1,7 @@
 #include "proxies/PortalForm.h"
 
+#include "base/Ascii.h"
 #include "support/HttpEscape.h"
-#include "support/Text.h"
 #include "support/Utf8.h"
 #include "support/Xml.h"
 
@@ -12,7 +12,7 @@ XmlDocPtr ParsePage(const char* page) {
 }
 
 bool IsHidden(_xmlNode* input) {
-    return BaseHlpr::ToLower(Utf8::ToWide(GetNodeAttrib(input, "type")).c_str()) == L"hidden";
+    return base::EqualsIgnoreCase(GetNodeAttrib(input, "type"), "hidden");
 }
 
 } // namespace
@@ -33,7 +33,7 @@ std::wstring GetHiddenFormData(const char* page) {
             body += GetNodeAttrib(input, "name");
             body += '=';
             body += BaseHlpr::HttpEscape(value.c_str(), static_cast<unsigned>(value.size()));
-            // Also behind the last field: the service is sent the separator and expects it.
+            // After the last field too, deliberately: the service is sent the body so.
             body += '&';
         }
     }

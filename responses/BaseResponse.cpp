@@ -5,7 +5,6 @@
 #include "support/Utf8.h"
 #include "support/Xml.h"
 
-#include <cwchar>
 #include <new>
 
 namespace {
@@ -34,9 +33,9 @@ std::wstring CBaseResponse::GetServerResponseAsString() const {
 }
 
 void CBaseResponse::SetServerResponse(const std::vector<char>& bytes, unsigned long status) {
-    StoreReply(bytes, status);
     TakeReplyAsText();
     try {
+        StoreReply(bytes, status);
         ParseServerResponse();
     } catch (const std::bad_alloc&) {
         DropReply();
@@ -64,18 +63,14 @@ void CBaseResponse::ParseServerResponse() {
 void CBaseResponse::ProcessErrorMessage(const wchar_t* message) {
     m_errorCode = ErrorCode::MessageNotRecognised;
     const std::wstring text = BaseHlpr::ToLower(message);
-    for (const ErrorRow& row : m_exactMessages) {
-        if (text == row.message) {
-            m_errorCode = row.code;
-            return;
-        }
+    if (const auto exact = m_exactMessages.find(text); exact != m_exactMessages.end()) {
+        m_errorCode = exact->second;
+        return;
     }
-    std::size_t shortest = text.size() + 1;
-    for (const ErrorRow& row : m_messagePrefixes) {
-        const std::size_t length = std::wcslen(row.message);
-        if (length < shortest && text.starts_with(row.message)) {
-            shortest = length;
-            m_errorCode = row.code;
+    for (const auto& [prefix, code] : m_messagePrefixes) {
+        if (text.starts_with(prefix)) {
+            m_errorCode = code;
+            return;
         }
     }
 }
@@ -85,12 +80,16 @@ CBaseResponse::ConvertServerResponseToStringReponse(const std::vector<char>& byt
     return Utf8::ToWide(UpToZero(bytes));
 }
 
-void CBaseResponse::UseExactMessages(std::span<const ErrorRow> rows) {
-    m_exactMessages = rows;
+void CBaseResponse::AddExactMessages(std::span<const ErrorRow> rows) {
+    for (const ErrorRow& row : rows) {
+        m_exactMessages.emplace(row.message, row.code);
+    }
 }
 
-void CBaseResponse::UseMessagePrefixes(std::span<const ErrorRow> rows) {
-    m_messagePrefixes = rows;
+void CBaseResponse::AddMessagePrefixes(std::span<const ErrorRow> rows) {
+    for (const ErrorRow& row : rows) {
+        m_messagePrefixes.emplace(row.message, row.code);
+    }
 }
 
 void CBaseResponse::SetErrorCode(double code) {
@@ -98,8 +97,8 @@ void CBaseResponse::SetErrorCode(double code) {
 }
 
 void CBaseResponse::StoreReply(const std::vector<char>& bytes, unsigned long status) {
-    m_replyBytes.insert(m_replyBytes.end(), bytes.begin(), bytes.end());
     m_statusCode = status;
+    m_replyBytes.insert(m_replyBytes.end(), bytes.begin(), bytes.end());
 }
 
 void CBaseResponse::DropReply() {
@@ -119,23 +118,28 @@ std::string_view CBaseResponse::ReplyText() const {
     return m_replyIsText ? UpToZero(m_replyBytes) : std::string_view();
 }
 
-XmlDocPtr CBaseResponse::ParseReplyText(const char* path, XmlElementSink* sink) const {
-    std::string_view text = ReplyText();
-    std::string repaired;
-    if (!Utf8::IsValid(text)) {
-        repaired = Utf8::Repaired(text);
-        text = repaired;
+std::string_view CBaseResponse::ReplyAsUtf8(std::string& repaired) const {
+    const std::string_view text = ReplyText();
+    if (Utf8::IsValid(text)) {
+        return text;
     }
-    return XmlDocPtr(sink ? ParseXML(text, path, *sink) : ParseXML(text));
+    repaired = Utf8::Repaired(text);
+    return repaired;
 }
 
-XmlDocPtr CBaseResponse::ParseReply(const char* path, XmlElementSink* sink) {
-    m_errorCode = ErrorCode::EmptyReply;
-    if (IsReplyEmpty()) {
-        return nullptr;
-    }
-    m_errorCode = ErrorCode::ReplyNotXml;
-    return ParseReplyText(path, sink);
+bool CBaseResponse::BeginParse() {
+    const bool isEmpty = IsReplyEmpty();
+    m_errorCode = isEmpty ? ErrorCode::EmptyReply : ErrorCode::ReplyNotXml;
+    return !isEmpty;
+}
+
+XmlDocPtr CBaseResponse::ParseReplyText() const {
+    std::string repaired;
+    return XmlDocPtr(ParseXML(ReplyAsUtf8(repaired)));
+}
+
+XmlDocPtr CBaseResponse::ParseReply() {
+    return BeginParse() ? ParseReplyText() : nullptr;
 }
 
 void CBaseResponse::JudgeByMessage(_xmlDoc* document) {

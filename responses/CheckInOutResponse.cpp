@@ -19,9 +19,9 @@ void CCheckInOutResponse::InitErrorMaps() {
         {L"item already checked in.", ErrorCode::Success},
         {ErrorMessage::CheckedOutToAnotherUser, ErrorCode::CheckInOutByAnotherUser},
     };
-    UseExactMessages(kExact);
+    AddExactMessages(kExact);
     static constexpr ErrorRow kPrefixes[] = {
         {ErrorMessage::ConversionPrefix, ErrorCode::CheckInOutInvalidId},
     };
-    UseMessagePrefixes(kPrefixes);
+    AddMessagePrefixes(kPrefixes);
 }

@@ -31,9 +31,9 @@ void CCreateFolderResponse::InitErrorMaps() {
          ErrorCode::CreateFolderInvalidName},
         {ErrorMessage::InvalidId, ErrorCode::CreateFolderInvalidId},
     };
-    UseExactMessages(kExact);
+    AddExactMessages(kExact);
     static constexpr ErrorRow kPrefixes[] = {
         {L"the destination already contains a folder named '", ErrorCode::CreateFolderNameExists},
     };
-    UseMessagePrefixes(kPrefixes);
+    AddMessagePrefixes(kPrefixes);
 }

@@ -13,9 +13,9 @@ void CDeleteResponse::InitErrorMaps() {
     static constexpr ErrorRow kExact[] = {
         {ErrorMessage::AuthorizationFailed, ErrorCode::AuthorizationFailed},
     };
-    UseExactMessages(kExact);
+    AddExactMessages(kExact);
     static constexpr ErrorRow kPrefixes[] = {
         {ErrorMessage::ConversionPrefix, ErrorCode::DeleteInvalidId},
     };
-    UseMessagePrefixes(kPrefixes);
+    AddMessagePrefixes(kPrefixes);
 }

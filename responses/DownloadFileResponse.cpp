@@ -3,14 +3,27 @@
 #include "brevint/ErrorCodes.h"
 #include "responses/ErrorMessages.h"
 #include "support/Files.h"
+#include "transport/RequestContext.h"
 
+#include <algorithm>
 #include <new>
+#include <span>
+#include <utility>
+
+namespace {
+
+/// What is written of a file at a time. Whoever destroys the response waits for one block.
+constexpr std::size_t kBlockSize = std::size_t{1} << 20;
+
+} // namespace
 
 CDownloadFileResponse::CDownloadFileResponse() {
     InitErrorMaps();
 }
 
-CDownloadFileResponse::~CDownloadFileResponse() = default;
+CDownloadFileResponse::~CDownloadFileResponse() {
+    Detach();
+}
 
 void CDownloadFileResponse::SetFileDestination(const std::wstring& path) {
     m_fileDestination = path;
@@ -26,8 +39,8 @@ bool CDownloadFileResponse::IsComplete() const {
 
 void CDownloadFileResponse::SetServerResponse(const std::vector<char>& bytes,
                                               unsigned long status) {
-    StoreReply(bytes, status);
     try {
+        StoreReply(bytes, status);
         ParseServerResponse();
     } catch (const std::bad_alloc&) {
         DropReply();
@@ -45,6 +58,12 @@ void CDownloadFileResponse::ParseServerResponse() {
 }
 
 bool CDownloadFileResponse::WriteFileToDisk() {
+    const auto isGivenUp = [this] {
+        return m_exchange && m_exchange->IsWaitedFor();
+    };
+    if (isGivenUp()) {
+        return false;
+    }
     if (BaseHlpr::IsFileReadOnly(m_fileDestination)) {
         BaseHlpr::RemoveReadOnly(m_fileDestination);
         DeleteFileW(m_fileDestination.c_str());
@@ -53,8 +72,14 @@ bool CDownloadFileResponse::WriteFileToDisk() {
     if (!file) {
         return false;
     }
-    const std::vector<char>& bytes = GetServerResponse();
-    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
+    std::span<const char> rest = GetServerResponse();
+    bool written = true;
+    while (written && !rest.empty()) {
+        const auto block = rest.first(std::min(rest.size(), kBlockSize));
+        written =
+            !isGivenUp() && std::fwrite(block.data(), 1, block.size(), file.get()) == block.size();
+        rest = rest.subspan(block.size());
+    }
     // Bytes that are still buffered can fail to reach the disk as late as here.
     const bool closed = std::fclose(file.release()) == 0;
     return written && closed;
@@ -78,5 +103,16 @@ void CDownloadFileResponse::InitErrorMaps() {
         {ErrorMessage::ItemNotFound, ErrorCode::DownloadItemNotFound},
         {ErrorMessage::InvalidId, ErrorCode::DownloadInvalidId},
     };
-    UseExactMessages(kExact);
+    AddExactMessages(kExact);
+}
+
+void CDownloadFileResponse::Attach(std::shared_ptr<RequestContext> exchange) {
+    Detach();
+    m_exchange = std::move(exchange);
+}
+
+void CDownloadFileResponse::Detach() noexcept {
+    if (m_exchange) {
+        m_exchange->Abandon();
+    }
 }

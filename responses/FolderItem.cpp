@@ -2,6 +2,8 @@
 
 CFolderItem::CFolderItem() = default;
 
+CFolderItem::~CFolderItem() = default;
+
 const std::wstring& CFolderItem::GetUniqueId() const {
     return m_uniqueId;
 }

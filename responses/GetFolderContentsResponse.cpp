@@ -2,6 +2,7 @@
 
 #include "brevint/ErrorCodes.h"
 #include "brevint/FolderItem.h"
+#include "responses/AllOrNone.h"
 #include "responses/ErrorMessages.h"
 #include "responses/FolderListing.h"
 #include "support/Xml.h"
@@ -15,7 +16,9 @@ CGetFolderContentsResponse::~CGetFolderContentsResponse() = default;
 
 void CGetFolderContentsResponse::ParseServerResponse() {
     m_listing->Restart(GetServerResponse().size());
-    const XmlDocPtr document = ParseReply("/ResponseData/Item", m_listing.get());
+    std::string repaired;
+    const XmlDocPtr document(
+        BeginParse() ? ParseXML(ReplyAsUtf8(repaired), "/ResponseData/Item", *m_listing) : nullptr);
     if (document) {
         JudgeByMessage(document.get());
     } else {
@@ -24,7 +27,9 @@ void CGetFolderContentsResponse::ParseServerResponse() {
 }
 
 void CGetFolderContentsResponse::GetFolderContents(std::vector<CFolderItem*>& items) {
-    m_listing->AppendTo(items);
+    if (!AppendAllOrNone(items, [&] { m_listing->AppendTo(items); })) {
+        SetErrorCode(ErrorCode::EmptyReply);
+    }
 }
 
 CFolderItem* CGetFolderContentsResponse::GetFolderItemFromNode(_xmlNode* node) const {
@@ -47,5 +52,5 @@ void CGetFolderContentsResponse::InitErrorMaps() {
         {ErrorMessage::InvalidId, ErrorCode::FolderContentsInvalidId},
         {ErrorMessage::NotAFolder, ErrorCode::FolderContentsNotAFolder},
     };
-    UseExactMessages(kExact);
+    AddExactMessages(kExact);
 }

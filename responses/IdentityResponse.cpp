@@ -1,8 +1,8 @@
 #include "brevint/IdentityResponse.h"
 
+#include "base/Ascii.h"
 #include "brevint/ErrorCodes.h"
 #include "support/SimpleXPathHelper.h"
-#include "support/Text.h"
 #include "support/Xml.h"
 
 namespace {
@@ -11,7 +11,7 @@ constexpr int kAdministrator = 1;
 constexpr int kUser = 2;
 
 bool IsTrue(_xmlNode* node) {
-    return BaseHlpr::ToLower(GetWideNodeValue(node).c_str()) == L"true";
+    return base::EqualsIgnoreCase(GetNodeValue(node), "true");
 }
 
 } // namespace

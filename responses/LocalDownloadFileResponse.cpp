@@ -4,7 +4,7 @@
 
 CLocalDownloadFileResponse::CLocalDownloadFileResponse(const std::wstring& destination) {
     SetFileDestination(destination);
-    SetServerResponse(LocalResponseStore::Find(kStoredName).value_or(std::vector<char>()), 200);
+    SetServerResponse(LocalResponseStore::Read(kStoredName), 200);
 }
 
 CLocalDownloadFileResponse::~CLocalDownloadFileResponse() = default;

@@ -3,7 +3,7 @@
 #include "responses/LocalResponseStore.h"
 
 CLocalResponse::CLocalResponse(const std::wstring& name) {
-    SetServerResponse(LocalResponseStore::Find(name).value_or(std::vector<char>()), 200);
+    SetServerResponse(LocalResponseStore::Read(name), 200);
 }
 
 CLocalResponse::~CLocalResponse() = default;

@@ -3,6 +3,8 @@
 #include "platform/Environment.h"
 #include "support/Files.h"
 
+#include <new>
+
 namespace LocalResponseStore {
 namespace {
 
@@ -21,15 +23,19 @@ bool Holds(const std::wstring& name) {
     return Open(name, size) != nullptr;
 }
 
-std::optional<std::vector<char>> Find(const std::wstring& name) {
-    std::uint64_t size = 0;
-    const FilePtr file = Open(name, size);
-    if (!file) {
-        return std::nullopt;
+std::vector<char> Read(const std::wstring& name) noexcept {
+    try {
+        std::uint64_t size = 0;
+        if (const FilePtr file = Open(name, size)) {
+            std::vector<char> bytes(static_cast<std::size_t>(size));
+            if (std::fread(bytes.data(), 1, bytes.size(), file.get()) == bytes.size()) {
+                return bytes;
+            }
+        }
+    } catch (const std::bad_alloc&) {
+        // As good as none.
     }
-    std::vector<char> bytes(static_cast<std::size_t>(size));
-    bytes.resize(std::fread(bytes.data(), 1, bytes.size(), file.get()));
-    return bytes;
+    return {};
 }
 
 } // namespace LocalResponseStore

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,7 +10,8 @@ namespace LocalResponseStore {
 /// True when a readable reply is stored under that name.
 bool Holds(const std::wstring& name);
 
-/// The bytes stored under a response's name ("DownloadFileResponse"); nothing when none are.
-std::optional<std::vector<char>> Find(const std::wstring& name);
+/// The bytes stored under a response's name ("DownloadFileResponse"): all of them, or none when
+/// they cannot be read to the end or exceed memory.
+std::vector<char> Read(const std::wstring& name) noexcept;
 
 } // namespace LocalResponseStore

@@ -18,5 +18,5 @@ void COverwriteFileResponse::InitErrorMaps() {
         {ErrorMessage::CheckedOutToAnotherUser, ErrorCode::OverwriteCheckedOutByAnotherUser},
         {ErrorMessage::NoFilesFound, ErrorCode::OverwriteNoFile},
     };
-    UseExactMessages(kExact);
+    AddExactMessages(kExact);
 }

@@ -31,5 +31,5 @@ void CPathResponse::InitErrorMaps() {
         {ErrorMessage::ItemNotFound, ErrorCode::PathItemNotFound},
         {ErrorMessage::InvalidId, ErrorCode::PathInvalidId},
     };
-    UseExactMessages(kExact);
+    AddExactMessages(kExact);
 }

@@ -17,12 +17,12 @@ void CPollOverwriteStatusResponse::InitErrorMaps() {
         {ErrorMessage::NotAFile, ErrorCode::OverwriteNotAFile},
         {ErrorMessage::CheckedOutToAnotherUser, ErrorCode::OverwriteCheckedOutByAnotherUser},
     };
-    UseExactMessages(kExact);
+    AddExactMessages(kExact);
     // The three beginnings are the same, so the first code stands for all of them.
     static constexpr ErrorRow kPrefixes[] = {
         {ErrorMessage::ProvidedFilePrefix, ErrorCode::OverwriteFileRejected},
         {ErrorMessage::ProvidedFilePrefix, ErrorCode::OverwriteFileRejectedSecond},
         {ErrorMessage::ProvidedFilePrefix, ErrorCode::OverwriteFileRejectedThird},
     };
-    UseMessagePrefixes(kPrefixes);
+    AddMessagePrefixes(kPrefixes);
 }

@@ -19,12 +19,12 @@ void CPollUploadStatusResponse::InitErrorMaps() {
         {ErrorMessage::ProjectToTemplates, ErrorCode::UploadProjectToTemplates},
         {ErrorMessage::TemplateToProjects, ErrorCode::UploadTemplateToProjects},
     };
-    UseExactMessages(kExact);
+    AddExactMessages(kExact);
     // The three beginnings are the same, so the first code stands for all of them.
     static constexpr ErrorRow kPrefixes[] = {
         {ErrorMessage::ProvidedFilePrefix, ErrorCode::UploadFileRejected},
         {ErrorMessage::ProvidedFilePrefix, ErrorCode::UploadFileRejectedSecond},
         {ErrorMessage::ProvidedFilePrefix, ErrorCode::UploadFileRejectedThird},
     };
-    UseMessagePrefixes(kPrefixes);
+    AddMessagePrefixes(kPrefixes);
 }

@@ -9,6 +9,8 @@ CTemplateInfo::CTemplateInfo(const std::wstring& name, const std::wstring& id,
     : m_created(created), m_createdBy(createdBy), m_category(category), m_description(description),
       m_name(name), m_key(key), m_id(id) {}
 
+CTemplateInfo::~CTemplateInfo() = default;
+
 const std::wstring& CTemplateInfo::GetCreated() const {
     return m_created;
 }

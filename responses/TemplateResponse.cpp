@@ -2,6 +2,7 @@
 
 #include "brevint/ErrorCodes.h"
 #include "brevint/TemplateInfo.h"
+#include "responses/AllOrNone.h"
 #include "responses/ErrorMessages.h"
 #include "support/HtmlUnescape.h"
 #include "support/Xml.h"
@@ -10,7 +11,7 @@ CTemplateResponse::CTemplateResponse() {
     static constexpr ErrorRow kExact[] = {
         {ErrorMessage::AuthorizationFailed, ErrorCode::AuthorizationFailed},
     };
-    UseExactMessages(kExact);
+    AddExactMessages(kExact);
 }
 
 CTemplateResponse::~CTemplateResponse() = default;
@@ -23,19 +24,24 @@ void CTemplateResponse::ParseServerResponse() {
 }
 
 void CTemplateResponse::GetTemplateMetadata(std::vector<CTemplateInfo*>& templates) {
-    std::vector<_xmlNode*> nodes;
-    SimpleDoXPath("//Item", m_document.get(), nodes);
-    templates.reserve(templates.size() + nodes.size());
-    for (_xmlNode* node : nodes) {
-        auto info = std::make_unique<CTemplateInfo>();
-        info->SetId(GetChildNodeValue("UniqueId", node));
-        info->SetCreated(GetChildNodeValue("Created", node));
-        info->SetCreatedBy(GetChildNodeValue("CreatedBy", node));
-        info->SetCategory(GetChildNodeValue("Category", node));
-        info->SetDescription(GetChildNodeValue("Description", node));
-        info->SetName(GetChildNodeValue("Name", node));
-        info->SetKey(GetChildNodeValue("TemplateKey", node));
-        templates.push_back(info.release());
+    const bool haveAll = AppendAllOrNone(templates, [&] {
+        std::vector<_xmlNode*> nodes;
+        SimpleDoXPath("//Item", m_document.get(), nodes);
+        templates.reserve(templates.size() + nodes.size());
+        for (_xmlNode* node : nodes) {
+            auto info = std::make_unique<CTemplateInfo>();
+            info->SetId(GetChildNodeValue("UniqueId", node));
+            info->SetCreated(GetChildNodeValue("Created", node));
+            info->SetCreatedBy(GetChildNodeValue("CreatedBy", node));
+            info->SetCategory(GetChildNodeValue("Category", node));
+            info->SetDescription(GetChildNodeValue("Description", node));
+            info->SetName(GetChildNodeValue("Name", node));
+            info->SetKey(GetChildNodeValue("TemplateKey", node));
+            templates.push_back(info.release());
+        }
+    });
+    if (!haveAll) {
+        SetErrorCode(ErrorCode::EmptyReply);
     }
 }
 

@@ -20,5 +20,5 @@ void CUploadFileResponse::InitErrorMaps() {
         {ErrorMessage::TemplateToProjects, ErrorCode::UploadTemplateToProjects},
         {ErrorMessage::NoFilesFound, ErrorCode::UploadNoFile},
     };
-    UseExactMessages(kExact);
+    AddExactMessages(kExact);
 }

@@ -1,10 +1,10 @@
 // The content of files: downloads, and uploads, which become jobs.
 
+#include "base/Hex.h"
 #include "service/FormFields.h"
 #include "service/MultipartFile.h"
 #include "service/Resources.h"
 #include "service/ServiceError.h"
-#include "service/Text.h"
 #include "service/XmlWriter.h"
 
 #include <utility>
@@ -20,7 +20,7 @@ HttpReply Download(const Call& call, const ServiceState& state) {
     HttpReply reply;
     reply.headers = {
         {"Content-Type", "application/octet-stream"},
-        {"Content-Disposition", "attachment; filename*=UTF-8''" + PercentEncode(item.name)}};
+        {"Content-Disposition", "attachment; filename*=UTF-8''" + base::PercentEncode(item.name)}};
     reply.file = item.content;
     reply.chunked =
         state.options.chunkedDownloads || ReadQuery(call.request.query).Single("chunked") == "1";

@@ -1,9 +1,9 @@
 // Folders: what is in them, and new ones.
 
+#include "base/Ascii.h"
 #include "service/JsonReader.h"
 #include "service/Resources.h"
 #include "service/ServiceError.h"
-#include "service/Text.h"
 #include "service/XmlWriter.h"
 
 namespace brevint::service {
@@ -14,7 +14,7 @@ constexpr int folderType = 0;
 
 /// The numbers that stand in ItemType, with their descriptions.
 std::pair<int, const char*> TypeOf(const Item& item) {
-    const std::string name = ToLower(item.name);
+    const std::string name = base::ToLower(item.name);
     if (item.IsFolder())
         return {folderType, "Folder"};
     if (name.ends_with(".project"))

@@ -1,5 +1,6 @@
 #include "service/FormFields.h"
 
+#include "base/Hex.h"
 #include "service/ServiceError.h"
 #include "service/Text.h"
 
@@ -12,15 +13,14 @@ namespace {
 std::string Decode(std::string_view text) {
     std::string blanks(text);
     std::replace(blanks.begin(), blanks.end(), '+', ' ');
-    std::optional<std::string> decoded = PercentDecode(blanks);
+    std::optional<std::string> decoded = base::PercentDecode(blanks);
     if (!decoded)
         throw BadRequest("A percent escape is malformed.");
     return *std::move(decoded);
 }
 
 bool IsFormCharacter(char c) {
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
-           std::string_view("*-._+%").find(c) != std::string_view::npos;
+    return base::IsLetterOrDigit(c) || std::string_view("*-._+%").find(c) != std::string_view::npos;
 }
 
 } // namespace
@@ -53,8 +53,8 @@ FormFields ReadQuery(std::string_view query) {
 }
 
 FormFields ReadForm(std::string_view contentType, std::string_view body) {
-    const std::string_view mediaType = Trim(contentType.substr(0, contentType.find(';')));
-    if (!EqualsIgnoreCase(mediaType, "application/x-www-form-urlencoded"))
+    const std::string_view mediaType = base::Trim(contentType.substr(0, contentType.find(';')));
+    if (!base::EqualsIgnoreCase(mediaType, "application/x-www-form-urlencoded"))
         throw ServiceError(415, "The body must be application/x-www-form-urlencoded.");
     if (body.ends_with('&'))
         body.remove_suffix(1);

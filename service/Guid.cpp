@@ -1,6 +1,6 @@
 #include "service/Guid.h"
 
-#include "service/Text.h"
+#include "base/Hex.h"
 
 #include <random>
 
@@ -15,10 +15,9 @@ constexpr std::string_view form = "xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
 std::optional<std::string> ParseGuid(std::string_view text) {
     if (text.size() != form.size())
         return std::nullopt;
-    const std::string guid = ToLower(text);
+    const std::string guid = base::ToLower(text);
     for (std::size_t i = 0; i < form.size(); ++i) {
-        const bool digit = (guid[i] >= '0' && guid[i] <= '9') || (guid[i] >= 'a' && guid[i] <= 'f');
-        if (form[i] == '-' ? guid[i] != '-' : !digit)
+        if (form[i] == '-' ? guid[i] != '-' : base::HexValue(guid[i]) < 0)
             return std::nullopt;
     }
     return guid;
@@ -33,8 +32,7 @@ std::string NewGuid() {
     }();
     std::string guid;
     for (char place : form) {
-        constexpr char digits[] = "0123456789abcdef";
-        guid += place == '-' ? '-' : digits[generator() & 15];
+        guid += place == '-' ? '-' : base::kHexDigits[generator() & 15];
     }
     guid[14] = '4'; // the version digit of a random identifier
     return guid;

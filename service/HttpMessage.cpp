@@ -1,5 +1,6 @@
 #include "service/HttpMessage.h"
 
+#include "base/Ascii.h"
 #include "service/Text.h"
 #include "service/XmlWriter.h"
 
@@ -9,7 +10,7 @@ std::string HttpRequest::Header(std::string_view name) const {
     std::string value;
     bool found = false;
     for (const auto& [key, text] : headers) {
-        if (!EqualsIgnoreCase(key, name))
+        if (!base::EqualsIgnoreCase(key, name))
             continue;
         if (found)
             value += ", ";
@@ -21,10 +22,10 @@ std::string HttpRequest::Header(std::string_view name) const {
 
 std::optional<std::string> HttpRequest::Cookie(std::string_view name) const {
     for (const auto& [key, text] : headers) {
-        if (!EqualsIgnoreCase(key, "Cookie"))
+        if (!base::EqualsIgnoreCase(key, "Cookie"))
             continue;
         for (std::string_view piece : Split(text, ';')) {
-            piece = Trim(piece);
+            piece = base::Trim(piece);
             if (piece.size() > name.size() && piece.starts_with(name) && piece[name.size()] == '=')
                 return std::string(piece.substr(name.size() + 1));
         }

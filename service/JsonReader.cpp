@@ -1,8 +1,8 @@
 #include "service/JsonReader.h"
 
+#include "base/Ascii.h"
 #include "service/Guid.h"
 #include "service/ServiceError.h"
-#include "service/Text.h"
 
 #include <nlohmann/json.hpp>
 
@@ -54,8 +54,8 @@ struct JsonReader::Object {
 
 JsonReader::JsonReader(std::string_view contentType, std::string_view body,
                        std::initializer_list<std::string_view> members) {
-    const std::string_view mediaType = Trim(contentType.substr(0, contentType.find(';')));
-    if (!mediaType.empty() && !EqualsIgnoreCase(mediaType, "application/json"))
+    const std::string_view mediaType = base::Trim(contentType.substr(0, contentType.find(';')));
+    if (!mediaType.empty() && !base::EqualsIgnoreCase(mediaType, "application/json"))
         throw ServiceError(415, "The body must be application/json.");
     json value = Parse(body);
     if (!value.is_object())

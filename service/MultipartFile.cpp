@@ -1,7 +1,7 @@
 #include "service/MultipartFile.h"
 
+#include "base/Ascii.h"
 #include "service/ServiceError.h"
-#include "service/Text.h"
 
 namespace brevint::service {
 
@@ -23,11 +23,12 @@ bool Consume(std::string_view& text, std::string_view prefix) {
 
 std::string ReadBoundary(std::string_view contentType) {
     const auto semicolon = contentType.find(';');
-    if (!EqualsIgnoreCase(Trim(contentType.substr(0, semicolon)), "multipart/form-data"))
+    if (!base::EqualsIgnoreCase(base::Trim(contentType.substr(0, semicolon)),
+                                "multipart/form-data"))
         throw ServiceError(415, "The body must be multipart/form-data.");
     std::string_view parameter;
     if (semicolon != std::string_view::npos)
-        parameter = Trim(contentType.substr(semicolon + 1));
+        parameter = base::Trim(contentType.substr(semicolon + 1));
     std::string boundary;
     if (Consume(parameter, "boundary="))
         boundary = parameter;
@@ -61,11 +62,11 @@ std::string_view PartHeader(std::string_view block, std::string_view name) {
         const auto colon = line.find(':');
         if (colon == std::string_view::npos)
             throw Malformed("a header line has no colon.");
-        if (!EqualsIgnoreCase(line.substr(0, colon), name))
+        if (!base::EqualsIgnoreCase(line.substr(0, colon), name))
             continue;
         if (found)
             throw Malformed("header " + std::string(name) + " is doubled.");
-        value = Trim(line.substr(colon + 1));
+        value = base::Trim(line.substr(colon + 1));
         found = true;
     }
     if (!found)
@@ -94,7 +95,7 @@ MultipartFile ReadMultipartFile(std::string_view contentType, std::string_view b
     const std::string_view headers = rest.substr(0, blankLine + lineEnd.size());
     MultipartFile file;
     file.name = ReadFileName(PartHeader(headers, "Content-Disposition"));
-    if (!EqualsIgnoreCase(PartHeader(headers, "Content-Type"), "application/octet-stream"))
+    if (!base::EqualsIgnoreCase(PartHeader(headers, "Content-Type"), "application/octet-stream"))
         throw Malformed("the part is not application/octet-stream.");
     rest.remove_prefix(blankLine + 2 * lineEnd.size());
 

@@ -1,5 +1,6 @@
 #include "service/Repository.h"
 
+#include "base/Ascii.h"
 #include "service/Guid.h"
 #include "service/ServiceError.h"
 #include "service/Text.h"
@@ -24,7 +25,7 @@ std::string Now() {
 /// The extension in lower case with its dot, "" when there is none.
 std::string FileType(std::string_view name) {
     const auto dot = name.rfind('.');
-    return dot == std::string_view::npos ? std::string() : ToLower(name.substr(dot));
+    return dot == std::string_view::npos ? std::string() : base::ToLower(name.substr(dot));
 }
 
 void CheckContent(const std::string& name, const Blob& content) {
@@ -99,7 +100,7 @@ std::string Repository::AddFolder(std::string_view parentId, const std::string& 
     const Node& parent = FindFolder(parentId);
     RequireWritable(parent, user);
     CheckName(name);
-    const auto namesake = parent.children.find(ToLower(name));
+    const auto namesake = parent.children.find(base::ToLower(name));
     if (namesake != parent.children.end())
         throw nodes_.at(namesake->second).item.IsFolder() ? FolderExists(name) : ItemExists();
     return Insert(NewItem(parentId, name, user));
@@ -169,7 +170,8 @@ void Repository::Remove(const std::vector<std::string>& ids, const User& user) {
         const auto entry = nodes_.find(id);
         if (entry == nodes_.end())
             continue; // went with a folder named before it
-        nodes_.at(entry->second.item.parentId).children.erase(ToLower(entry->second.item.name));
+        nodes_.at(entry->second.item.parentId)
+            .children.erase(base::ToLower(entry->second.item.name));
         Erase(id);
     }
 }
@@ -220,10 +222,7 @@ void Repository::RequireUnlocked(const Node& node, const User& user) const {
 }
 
 void Repository::CheckName(const std::string& name) const {
-    const bool control = std::any_of(name.begin(), name.end(), [](char c) {
-        return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
-    });
-    if (control || name.find_first_of("\\/:*?\"<>|") != std::string::npos)
+    if (base::HasControls(name) || name.find_first_of("\\/:*?\"<>|") != std::string::npos)
         throw InvalidName();
     if (name.find_first_not_of(" .") == std::string::npos)
         throw BadRequest("Please specify a name.");
@@ -241,7 +240,7 @@ void Repository::CheckNewFileLocked(std::string_view parentId, const std::string
         throw NoProjectsInTemplates();
     if (type == ".template" && !LiesInTemplates(parent))
         throw NoTemplatesInProjects();
-    if (parent.children.contains(ToLower(name)))
+    if (parent.children.contains(base::ToLower(name)))
         throw ItemExists();
 }
 
@@ -263,7 +262,7 @@ Repository::Node& Repository::Lockable(std::string_view id, const User& user) {
 std::string Repository::Insert(Item item) {
     item.id = NewGuid();
     std::string id = item.id;
-    nodes_.at(item.parentId).children[ToLower(item.name)] = id;
+    nodes_.at(item.parentId).children[base::ToLower(item.name)] = id;
     nodes_[id].item = std::move(item);
     return id;
 }

@@ -1,5 +1,6 @@
 #include "service/Router.h"
 
+#include "base/Ascii.h"
 #include "service/Guid.h"
 #include "service/ServiceError.h"
 #include "service/SessionCookies.h"
@@ -24,7 +25,7 @@ std::optional<std::vector<std::string>> Match(const std::vector<std::string>& pa
     for (std::size_t i = 0; i < path.size(); ++i) {
         if (pattern[i] == idSegment)
             ids.emplace_back(path[i]);
-        else if (!EqualsIgnoreCase(pattern[i], path[i]))
+        else if (!base::EqualsIgnoreCase(pattern[i], path[i]))
             return std::nullopt;
     }
     return ids;
@@ -33,7 +34,7 @@ std::optional<std::vector<std::string>> Match(const std::vector<std::string>& pa
 std::string CheckedHost(const HttpRequest& request) {
     std::string host = request.Header("Host");
     const bool proper = !host.empty() && std::all_of(host.begin(), host.end(), [](char c) {
-        return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
+        return base::IsLetterOrDigit(c) ||
                std::string_view(".-:[]").find(c) != std::string_view::npos;
     });
     if (!proper)

@@ -2,6 +2,7 @@
 // portal takes the credentials and answers with a form that carries a token to the federation
 // endpoint; that endpoint opens the session and sends back to the dashboard.
 
+#include "base/Hex.h"
 #include "service/FormFields.h"
 #include "service/Resources.h"
 #include "service/ServiceError.h"
@@ -56,7 +57,7 @@ HttpReply ShowDashboard(const Call& call) {
     if (!call.user) {
         const std::string context = "rm=0&id=dashboard&ru=" + call.serviceUrl;
         return RedirectReply(call.serviceUrl + portalPath + "?wa=" + signInAction +
-                             "&mode=DB&wctx=" + PercentEncode(context));
+                             "&mode=DB&wctx=" + base::PercentEncode(context));
     }
     return HtmlReply(200, Page("Dashboard", "<p>Signed in as " + HtmlEscape(call.user->name) +
                                                 ". <a href=\"" + HtmlEscape(call.serviceUrl) +

@@ -1,5 +1,6 @@
 // The templates of the template repository, by the folder that they lie in.
 
+#include "base/Ascii.h"
 #include "service/FormFields.h"
 #include "service/Resources.h"
 #include "service/ServiceError.h"
@@ -19,7 +20,7 @@ HttpReply ListTemplates(const Call& call, const Repository& repository) {
     XmlWriter xml;
     xml.Open("ResponseData");
     for (const auto& [item, category] : repository.Templates()) {
-        if (!key->empty() && !EqualsIgnoreCase(category, *key))
+        if (!key->empty() && !base::EqualsIgnoreCase(category, *key))
             continue;
         // Texts that users wrote are HTML in this listing.
         xml.Open("Item")
@@ -29,7 +30,7 @@ HttpReply ListTemplates(const Call& call, const Repository& repository) {
             .Element("Category", HtmlEscape(category))
             .Element("Description", HtmlEscape(item.description))
             .Element("Name", HtmlEscape(item.name.substr(0, item.name.rfind('.'))))
-            .Element("TemplateKey", HtmlEscape(ToLower(category)))
+            .Element("TemplateKey", HtmlEscape(base::ToLower(category)))
             .Close();
     }
     xml.Close();

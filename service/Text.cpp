@@ -1,45 +1,11 @@
 #include "service/Text.h"
 
-#include <algorithm>
+#include "base/Hex.h"
+
 #include <cstdio>
 #include <random>
 
 namespace brevint::service {
-
-namespace {
-
-constexpr char hexDigits[] = "0123456789ABCDEF";
-
-char LowerChar(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-int HexValue(char c) {
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    c = LowerChar(c);
-    return c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
-}
-
-} // namespace
-
-std::string ToLower(std::string_view text) {
-    std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(), LowerChar);
-    return result;
-}
-
-bool EqualsIgnoreCase(std::string_view left, std::string_view right) {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](char a, char b) { return LowerChar(a) == LowerChar(b); });
-}
-
-std::string_view Trim(std::string_view text) {
-    const auto first = text.find_first_not_of(" \t");
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
 
 std::vector<std::string_view> Split(std::string_view text, char separator) {
     std::vector<std::string_view> pieces;
@@ -50,41 +16,6 @@ std::vector<std::string_view> Split(std::string_view text, char separator) {
             return pieces;
         text.remove_prefix(end + 1);
     }
-}
-
-std::optional<std::string> PercentDecode(std::string_view text) {
-    std::string result;
-    result.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] != '%') {
-            result += text[i];
-            continue;
-        }
-        if (i + 2 >= text.size())
-            return std::nullopt;
-        const int high = HexValue(text[i + 1]);
-        const int low = HexValue(text[i + 2]);
-        if (high < 0 || low < 0)
-            return std::nullopt;
-        result += static_cast<char>(high * 16 + low);
-        i += 2;
-    }
-    return result;
-}
-
-std::string PercentEncode(std::string_view text) {
-    std::string result;
-    for (char c : text) {
-        const bool plain = (c >= '0' && c <= '9') || (LowerChar(c) >= 'a' && LowerChar(c) <= 'z') ||
-                           std::string_view("-._~").find(c) != std::string_view::npos;
-        if (plain) {
-            result += c;
-        } else {
-            const auto byte = static_cast<unsigned char>(c);
-            result += {'%', hexDigits[byte >> 4], hexDigits[byte & 15]};
-        }
-    }
-    return result;
 }
 
 std::string HtmlEscape(std::string_view text) {
@@ -108,7 +39,7 @@ std::string RandomToken() {
     while (token.size() < 64) {
         unsigned bits = source();
         for (int digit = 0; digit < 8; ++digit, bits >>= 4)
-            token += LowerChar(hexDigits[bits & 15]);
+            token += base::kHexDigits[bits & 15];
     }
     return token;
 }

@@ -14,8 +14,8 @@ namespace BaseHlpr {
 namespace {
 
 bool IsRegularFile(const std::wstring& path) {
-    // By way of UTF-8: outside Windows std::filesystem converts wide names by the process's locale,
-    // which in an application that sets none knows ASCII only.
+    // Outside Windows std::filesystem converts wide names by the process's locale, which knows
+    // ASCII only unless the application has set another one. UTF-8 it takes as it is.
     const std::string name = Utf8::ToNarrow(path);
     std::error_code ignored;
     return std::filesystem::is_regular_file(std::u8string(name.begin(), name.end()), ignored);

@@ -16,7 +16,7 @@ using FilePtr = std::unique_ptr<std::FILE, FileCloser>;
 
 namespace BaseHlpr {
 
-/// The text after the last path separator of this platform.
+/// The text after the last path separator: "/", and on Windows "\" too.
 std::wstring ExtractFileName(const std::wstring& path);
 
 /// Opens a file for reading and learns its size in bytes. Null when there is no readable regular

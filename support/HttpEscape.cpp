@@ -1,5 +1,6 @@
 #include "support/HttpEscape.h"
 
+#include "base/Hex.h"
 #include "support/Utf8.h"
 
 #include <string_view>
@@ -7,19 +8,15 @@
 namespace BaseHlpr {
 
 std::string HttpEscape(const char* text, unsigned length) {
-    constexpr std::string_view kUnreserved = "ABCDEFGHIJKLMNOPQRSTUVWXYZ"
-                                             "abcdefghijklmnopqrstuvwxyz"
-                                             "0123456789*-._";
-    constexpr std::string_view kHex = "0123456789ABCDEF";
+    constexpr std::string_view kKept = "*-._";
     std::string escaped;
     for (const char character : std::string_view(text, length)) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (kUnreserved.find(character) != std::string_view::npos) {
+        if (base::IsLetterOrDigit(character) || kKept.find(character) != std::string_view::npos) {
             escaped += character;
         } else if (character == ' ') {
             escaped += '+';
         } else {
-            escaped += {'%', kHex[byte >> 4], kHex[byte & 0x0F]};
+            base::AppendPercentEscape(escaped, character);
         }
     }
     return escaped;

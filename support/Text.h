@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// String editing that does not depend on the process's locale. Null pointers count as empty texts.
@@ -9,11 +10,14 @@ namespace BaseHlpr {
 /// Replaces every occurrence of `what`, from left to right; replaced text is not searched again.
 /// An empty `what` occurs nowhere.
 std::wstring StringReplace(const wchar_t* text, const wchar_t* what, const wchar_t* with);
+/// The same in place; `text` may hold zeros.
 void StringReplace(std::wstring& text, const wchar_t* what, const wchar_t* with);
 
-/// Lower-cases every character of the Latin, Greek, Cyrillic and Armenian scripts that has a
-/// single lower-case form.
+/// Replaces every character by the one that Unicode calls its lower case: one for one, whatever the
+/// language and the characters around it.
 std::wstring ToLower(const wchar_t* text);
+/// The same for a text that may hold zeros.
+std::wstring ToLower(std::wstring_view text);
 
 /// Removes blanks, tabs, line ends, vertical tabs and form feeds at both ends.
 std::wstring Trim(const wchar_t* text);

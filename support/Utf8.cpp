@@ -24,7 +24,8 @@ bool IsCodePoint(char32_t value) {
     return value <= 0x10FFFF && !IsLeadSurrogate(value) && !IsTrailSurrogate(value);
 }
 
-/// The length of the ASCII at the beginning, by eight bytes at a time: most texts are nothing else.
+/// The length of the ASCII that a text begins with. Most texts are nothing else, so eight bytes are
+/// looked at together.
 std::size_t AsciiLength(std::string_view text) {
     constexpr std::uint64_t kHighBits = 0x8080808080808080;
     std::size_t length = 0;
@@ -40,7 +41,7 @@ std::size_t AsciiLength(std::string_view text) {
     return length;
 }
 
-/// The length of what is not ASCII at the beginning. No character extends beyond it.
+/// The length of the other bytes that a text begins with. They end where a character ends.
 std::size_t OtherLength(std::string_view text) {
     const auto end = std::find_if(text.begin(), text.end(), [](char byte) {
         return static_cast<unsigned char>(byte) < 0x80;
@@ -102,14 +103,8 @@ void ToWide(std::string_view text, std::wstring& wide) {
 std::string ToNarrow(std::wstring_view text) {
     std::string narrow;
     narrow.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        char32_t codePoint = static_cast<char32_t>(text[i]);
-        if (kWideIsUtf16 && IsLeadSurrogate(codePoint) && i + 1 < text.size() &&
-            IsTrailSurrogate(static_cast<char32_t>(text[i + 1]))) {
-            ++i;
-            codePoint =
-                0x10000 + ((codePoint - 0xD800) << 10) + (static_cast<char32_t>(text[i]) - 0xDC00);
-        }
+    while (!text.empty()) {
+        const char32_t codePoint = TakeCodePoint(text);
         if (codePoint < 0x80) {
             narrow.push_back(static_cast<char>(codePoint));
         } else {
@@ -118,6 +113,20 @@ std::string ToNarrow(std::wstring_view text) {
         }
     }
     return narrow;
+}
+
+char32_t TakeCodePoint(std::wstring_view& text) {
+    const auto first = static_cast<char32_t>(text.front());
+    text.remove_prefix(1);
+    if (!kWideIsUtf16 || !IsLeadSurrogate(first) || text.empty()) {
+        return first;
+    }
+    const auto second = static_cast<char32_t>(text.front());
+    if (!IsTrailSurrogate(second)) {
+        return first;
+    }
+    text.remove_prefix(1);
+    return 0x10000 + ((first - 0xD800) << 10) + (second - 0xDC00);
 }
 
 void AppendCodePoint(std::wstring& text, char32_t codePoint) {

@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-/// Conversion between UTF-8 and wide text. Malformed input becomes U+FFFD, piece by piece; nothing
-/// throws but an allocation.
+/// Conversion between UTF-8 and wide text. Malformed input ends no text: each malformed sequence
+/// becomes U+FFFD. Only running out of memory throws.
 namespace Utf8 {
 
 bool IsValid(std::string_view text);
@@ -12,9 +12,13 @@ bool IsValid(std::string_view text);
 std::string Repaired(std::string_view text);
 
 std::wstring ToWide(std::string_view text);
-/// The same into a text that is there already, so that its memory serves many conversions.
+/// The same into `wide`, whose memory is used again: for those who convert many texts.
 void ToWide(std::string_view text, std::wstring& wide);
 std::string ToNarrow(std::wstring_view text);
+
+/// Takes the first code point off a text, which must not be empty. What is none, such as half a
+/// surrogate pair, is taken by itself and returned as it is.
+char32_t TakeCodePoint(std::wstring_view& text);
 
 /// Appends one code point; one that does not exist becomes U+FFFD.
 void AppendCodePoint(std::wstring& text, char32_t codePoint);

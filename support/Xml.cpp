@@ -1,5 +1,6 @@
 #include "support/Xml.h"
 
+#include "base/Ascii.h"
 #include "support/MarkupGuard.h"
 #include "support/SimpleXPathHelper.h"
 #include "support/Utf8.h"
@@ -203,12 +204,7 @@ XmlDocPtr ParseAsHtml(std::string_view text) {
 
 /// False if the document keeps no further names.
 bool LowerCaseName(xmlNode* node) {
-    std::string name(reinterpret_cast<const char*>(node->name));
-    for (char& character : name) {
-        if (character >= 'A' && character <= 'Z') {
-            character = static_cast<char>(character - 'A' + 'a');
-        }
-    }
+    const std::string name = base::ToLower(reinterpret_cast<const char*>(node->name));
     xmlNodeSetName(node, XmlText(name.c_str()));
     node->ns = nullptr;
     return node->name != nullptr;
@@ -272,8 +268,7 @@ XmlDocPtr ParseTolerantly(std::string_view text) {
 }
 
 bool IsNameCharacter(char character) {
-    return (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z') ||
-           (character >= '0' && character <= '9') || character == '_' || character == '-';
+    return base::IsLetterOrDigit(character) || character == '_' || character == '-';
 }
 
 /// Whether a path is "Name" or "Name/Name": nothing but element names, each a child of the one
@@ -282,7 +277,7 @@ bool IsChildPath(std::string_view path) {
     bool atName = true;
     for (const char character : path) {
         const bool nameStarts =
-            IsNameCharacter(character) && character != '-' && (character < '0' || character > '9');
+            IsNameCharacter(character) && character != '-' && !base::IsDigit(character);
         if (atName ? !nameStarts : character != '/' && !IsNameCharacter(character)) {
             return false;
         }

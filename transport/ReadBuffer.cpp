@@ -5,15 +5,15 @@
 
 namespace {
 
-/// Longer replies are not believed before they come.
-constexpr std::size_t kBelieved = std::size_t{1} << 30;
+/// Above this announced length memory is committed only as data arrives: the length may be bogus.
+constexpr std::size_t kCommitted = std::size_t{1} << 30;
 
 } // namespace
 
 bool ReadBuffer::Allocate(std::size_t size) noexcept {
     *this = {};
     try {
-        if (size <= kBelieved) {
+        if (size <= kCommitted) {
             m_bytes.resize(size);
         } else {
             m_lazy = std::make_unique_for_overwrite<char[]>(size);

@@ -7,8 +7,8 @@
 /// What the platform reads a reply into.
 class ReadBuffer {
 public:
-    /// Makes it `size` bytes long; false when there is no room for that. A size that only a lie is
-    /// likely to announce takes memory as it is written to, and a copy in Take.
+    /// Makes it `size` bytes long; false when there is no room for that. The memory of a very large
+    /// one is committed only as it is written to, at the price of a copy in Take.
     bool Allocate(std::size_t size) noexcept;
 
     char* Data() noexcept { return m_lazy ? m_lazy.get() : m_bytes.data(); }

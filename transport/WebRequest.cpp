@@ -1,5 +1,6 @@
 #include "brevint/WebRequest.h"
 
+#include "brevint/IDetachable.h"
 #include "brevint/IRequestInfo.h"
 #include "brevint/IResponse.h"
 #include "platform/WinInet.h"
@@ -11,7 +12,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
+#include <limits>
 #include <new>
 #include <string_view>
 #include <utility>
@@ -50,14 +51,12 @@ void CALLBACK StatusCallback(HINTERNET, DWORD_PTR context, DWORD status, LPVOID 
     }
 }
 
-/// A number from the reply's head; 0 when it has none.
-DWORD QueryNumber(HINTERNET request, DWORD what) {
-    DWORD number = 0;
-    DWORD size = sizeof(number);
-    if (!HttpQueryInfoW(request, what | HTTP_QUERY_FLAG_NUMBER, &number, &size, nullptr)) {
-        return 0;
+/// A body to send; null when the platform cannot carry it, which counts bytes in 32 bits.
+std::shared_ptr<std::vector<char>> MakeBody(std::string_view bytes) {
+    if (bytes.size() > std::numeric_limits<DWORD>::max()) {
+        return nullptr;
     }
-    return number;
+    return std::make_shared<std::vector<char>>(bytes.begin(), bytes.end());
 }
 
 } // namespace
@@ -66,7 +65,8 @@ void WebRequest::HandleCloser::operator()(void* handle) const noexcept {
     InternetCloseHandle(handle);
 }
 
-WebRequest::WebRequest() : m_context(std::make_shared<RequestContext>()) {}
+WebRequest::WebRequest()
+    : m_uploadData(MakeBody({})), m_context(std::make_shared<RequestContext>()) {}
 
 WebRequest::WebRequest(const wchar_t* url, WebRequestType type) : WebRequest() {
     WebRequest::SetRequestType(type);
@@ -81,7 +81,7 @@ void WebRequest::EndExchange() {
     m_context->Abandon();
     // Children first: closing a parent closes its children and frees their numbers, which the
     // platform may give to another thread before this one comes to close them.
-    m_request.reset();
+    m_context->CloseRequest();
     m_connection.reset();
     m_session.reset();
 }
@@ -111,7 +111,7 @@ void WebRequest::SetCookie(const wchar_t* url, const wchar_t* data) {
 }
 
 unsigned long WebRequest::GetRequestStatus() {
-    return QueryNumber(m_request.get(), HTTP_QUERY_STATUS_CODE);
+    return m_context->QueryNumber(HTTP_QUERY_STATUS_CODE);
 }
 
 void WebRequest::GetRequestedData(std::wstring& out) {
@@ -135,8 +135,10 @@ void WebRequest::GetCookie(std::wstring& out) {
 
 void WebRequest::SendRequest() {
     Connect(0);
-    OpenRequest(nullptr);
-    Send(m_uploadData);
+    if (m_uploadData) {
+        OpenRequest(nullptr);
+        Send(*m_uploadData);
+    }
 }
 
 void WebRequest::SendRequest(IRequestInfo* info) {
@@ -146,16 +148,23 @@ void WebRequest::SendRequest(IRequestInfo* info) {
 
 void WebRequest::SendRequestAsync(IResponse* response) {
     Connect(INTERNET_FLAG_ASYNC);
-    // A context serves one exchange; an earlier one may still be in the platform's hands.
-    const auto context = m_context = std::make_shared<RequestContext>();
+    const std::shared_ptr<RequestContext> context = m_context;
     context->response = response;
     context->request = this;
-    context->body = std::move(m_uploadData);
+    context->body = m_uploadData;
+    if (auto* const detachable = dynamic_cast<IDetachable*>(response)) {
+        detachable->Attach(context);
+    }
+    const unsigned step = context->Begin(RequestContext::State::Sending);
+    if (!context->body) {
+        context->OnSendFailed(step);
+        return;
+    }
     OpenRequest(context.get());
     // From a send that is under way on, the exchange belongs to the callback, which may have ended
     // it and this object's life by now.
-    if (!Send(context->body) && GetLastError() != ERROR_IO_PENDING) {
-        context->Fail(0);
+    if (!Send(*context->body) && GetLastError() != ERROR_IO_PENDING) {
+        context->OnSendFailed(step);
     }
 }
 
@@ -170,12 +179,11 @@ void WebRequest::SetRequestFlags(int flags) {
 
 void WebRequest::SetUploadData(const wchar_t* data) {
     const _UNICODECONVERT narrow(data);
-    const char* text = narrow;
-    m_uploadData.assign(text, text + std::strlen(text));
+    m_uploadData = MakeBody(static_cast<const char*>(narrow));
 }
 
 void WebRequest::SetUploadData(const std::vector<char>& data) {
-    m_uploadData = data;
+    m_uploadData = MakeBody({data.data(), data.size()});
 }
 
 void WebRequest::ClearAcceptTypes() {
@@ -189,10 +197,11 @@ void WebRequest::ClearHeaders() {
 void WebRequest::GetRedirectUrl(std::wstring& out) {
     out.clear();
     DWORD size = 0;
-    HttpQueryInfoA(m_request.get(), HTTP_QUERY_LOCATION, nullptr, &size, nullptr);
+    const HINTERNET request = m_context->Handle();
+    HttpQueryInfoA(request, HTTP_QUERY_LOCATION, nullptr, &size, nullptr);
     std::vector<char> location(size + 1);
     if (size != 0 &&
-        HttpQueryInfoA(m_request.get(), HTTP_QUERY_LOCATION, location.data(), &size, nullptr)) {
+        HttpQueryInfoA(request, HTTP_QUERY_LOCATION, location.data(), &size, nullptr)) {
         out = _UNICODECONVERT(location.data());
     }
 }
@@ -200,28 +209,25 @@ void WebRequest::GetRedirectUrl(std::wstring& out) {
 void WebRequest::GetRequestedDataAsync(RequestContext* context) {
     using State = RequestContext::State;
     const DWORD length = ContentLength();
-    const bool prepared = length != 0 ? context->PrepareRead(length, State::ReadingLast)
-                                      : context->PrepareRead(kChunkSize, State::ReadingChunk);
-    if (!prepared) {
-        context->Fail(GetRequestStatus());
+    const unsigned step = length != 0 ? context->BeginRead(State::ReadingLast, length)
+                                      : context->BeginRead(State::ReadingChunk, kChunkSize);
+    if (step == 0) {
         return;
     }
     const BOOL finished =
-        InternetReadFile(m_request.get(), context->readBuffer.Data(),
+        InternetReadFile(context->Handle(), context->readBuffer.Data(),
                          static_cast<DWORD>(context->readBuffer.Size()), &context->bytesRead);
-    if (!finished && GetLastError() == ERROR_IO_PENDING) {
-        return;
-    }
-    // A read that finishes at once is the reply's last one, whatever its length.
-    if (finished && context->TakeRead()) {
-        context->Complete();
-    } else {
-        context->Fail(GetRequestStatus());
+    // A read that finishes at once is the reply's last one, whatever its length. This object may be
+    // gone by now, if a callback has come all the same.
+    if (finished || GetLastError() != ERROR_IO_PENDING) {
+        context->OnReadAtOnce(step, finished != FALSE);
     }
 }
 
 void WebRequest::Connect(int flags) {
     EndExchange();
+    // A context serves one exchange; the last one may still be in the platform's hands.
+    m_context = std::make_shared<RequestContext>();
     m_session.reset(InternetOpenW(L"Velmora", INTERNET_OPEN_TYPE_PRECONFIG, nullptr, nullptr,
                                   static_cast<DWORD>(flags)));
     if (!m_session) {
@@ -290,10 +296,11 @@ void WebRequest::OpenRequest(RequestContext* context) {
     if (context) {
         context->HoldForPlatform();
     }
-    m_request.reset(HttpOpenRequestW(m_connection.get(), m_verb.c_str(), m_urlPath.c_str(), nullptr,
-                                     nullptr, acceptTypes.data(), flags,
-                                     reinterpret_cast<DWORD_PTR>(context)));
-    if (context && !m_request) {
+    const HINTERNET request =
+        HttpOpenRequestW(m_connection.get(), m_verb.c_str(), m_urlPath.c_str(), nullptr, nullptr,
+                         acceptTypes.data(), flags, reinterpret_cast<DWORD_PTR>(context));
+    m_context->OwnHandle(request);
+    if (context && !request) {
         context->LetGoByPlatform();
     }
 }
@@ -303,13 +310,13 @@ bool WebRequest::Send(std::vector<char>& body) {
     for (const std::wstring& header : m_headers) {
         headers += header + L"\r\n";
     }
-    return HttpSendRequestW(m_request.get(), headers.c_str(), static_cast<DWORD>(headers.size()),
-                            body.empty() ? nullptr : body.data(),
-                            static_cast<DWORD>(body.size())) != FALSE;
+    return HttpSendRequestW(
+               m_context->Handle(), headers.c_str(), static_cast<DWORD>(headers.size()),
+               body.empty() ? nullptr : body.data(), static_cast<DWORD>(body.size())) != FALSE;
 }
 
 std::uint32_t WebRequest::ContentLength() const {
-    return QueryNumber(m_request.get(), HTTP_QUERY_CONTENT_LENGTH);
+    return m_context->QueryNumber(HTTP_QUERY_CONTENT_LENGTH);
 }
 
 void WebRequest::ReadReply(std::vector<char>& out, bool asText) {
@@ -319,7 +326,7 @@ void WebRequest::ReadReply(std::vector<char>& out, bool asText) {
             ReadBuffer buffer;
             DWORD bytesRead = 0;
             if (buffer.Allocate(length) &&
-                InternetReadFile(m_request.get(), buffer.Data(), length, &bytesRead) &&
+                InternetReadFile(m_context->Handle(), buffer.Data(), length, &bytesRead) &&
                 bytesRead == length) {
                 buffer.Take(length, out);
             }
@@ -337,9 +344,9 @@ void WebRequest::ReadChunks(std::vector<char>& out, bool asText) {
         out.resize(before + kChunkSize);
         DWORD bytesRead = 0;
         const BOOL succeeded =
-            InternetReadFile(m_request.get(), out.data() + before, kChunkSize, &bytesRead);
+            InternetReadFile(m_context->Handle(), out.data() + before, kChunkSize, &bytesRead);
         if (!succeeded && GetLastError() == ERROR_NOT_ENOUGH_MEMORY) {
-            throw std::bad_alloc(); // the rest has no room there, as it might have had none here
+            throw std::bad_alloc(); // out of memory in the platform counts as out of memory here
         }
         if (!succeeded || bytesRead == 0) {
             out.resize(before);

@@ -1,3 +1,4 @@
+#include "base/Hex.h"
 #include "brevint/ITemplateProxy.h"
 #include "brevint/TemplateInfo.h"
 #include "brevint/TemplateResponse.h"
@@ -11,24 +12,6 @@ namespace brevint::cli {
 
 namespace {
 
-/// The type as part of an address, where the library puts it as it is given.
-std::wstring PercentEncode(const std::string& text) {
-    constexpr wchar_t digits[] = L"0123456789ABCDEF";
-    std::wstring encoded;
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if ((c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
-            std::string_view("-._~").find(c) != std::string_view::npos) {
-            encoded += static_cast<wchar_t>(byte);
-        } else {
-            encoded += L'%';
-            encoded += digits[byte / 16];
-            encoded += digits[byte % 16];
-        }
-    }
-    return encoded;
-}
-
 class Templates : public Command {
 public:
     void AddOptions(OptionList& options) override {
@@ -38,7 +21,8 @@ public:
     ExitCode Run(Context& context) override {
         const auto response = context.TheService().Call(
             "The templates of the type \"" + type_ + "\" cannot be listed.",
-            [type = PercentEncode(type_)](Service& service) {
+            // The library puts the type into the address as it is given.
+            [type = ToWide(base::PercentEncode(type_))](Service& service) {
                 return service.Templates()->GetTemplates(service.Url().c_str(), type.c_str());
             });
         Table table({{"Category"}, {"Created"}, {"Created by"}, {"Name"}, {"Description"}});

@@ -3,16 +3,19 @@
 #include "brevint/IResponse.h"
 #include "brevint/XmlDocPtr.h"
 
+#include <map>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
-class XmlElementSink;
 struct _xmlNode;
 
 /// Common part of every response: keeps the reply, parses it and turns the server's message into an
 /// error code. Not safe for use by two threads at once.
+///
+/// A class of an application's own may derive from it, or from a response of the library: it
+/// overrides ParseServerResponse and adds messages of its own in its constructor.
 class BREVINT_API CBaseResponse : public virtual IResponse {
 public:
     CBaseResponse();
@@ -45,12 +48,11 @@ protected:
         double code;            ///< one of ErrorCode
     };
 
-    /// The messages that are recognised as a whole. The rows are not copied: they live as long as
-    /// the program.
-    void UseExactMessages(std::span<const ErrorRow> rows);
-    /// The beginnings by which other messages are recognised, likewise. Where several fit the
-    /// shortest counts.
-    void UseMessagePrefixes(std::span<const ErrorRow> rows);
+    /// Adds messages that are recognised as a whole. One that is known already keeps its code.
+    void AddExactMessages(std::span<const ErrorRow> rows);
+    /// Adds beginnings by which other messages are recognised, likewise. Where several fit, the one
+    /// that sorts first counts.
+    void AddMessagePrefixes(std::span<const ErrorRow> rows);
 
     /// Judges the reply.
     void SetErrorCode(double code);
@@ -62,20 +64,23 @@ protected:
     void TakeReplyAsText();
     /// True when the reply's text is empty.
     bool IsReplyEmpty() const;
-    /// Parses the reply's text; null when it is not XML. Elements that `path`, as in "/Name/Name",
-    /// selects go to the sink one by one and do not stay in the document: for replies with very
-    /// many of a kind. They count only if a document is returned.
-    XmlDocPtr ParseReplyText(const char* path = nullptr, XmlElementSink* sink = nullptr) const;
-    /// The beginning of every parse: code 1102 and null for an empty reply, otherwise code 1104 and
-    /// what ParseReplyText returns.
-    XmlDocPtr ParseReply(const char* path = nullptr, XmlElementSink* sink = nullptr);
+    /// The beginning of every parse. False, with the code 1102, for an empty reply; otherwise the
+    /// code is 1104, which stays when the reply turns out not to be XML.
+    bool BeginParse();
+    /// Parses the reply's text; null when it is not XML.
+    XmlDocPtr ParseReplyText() const;
+    /// BeginParse, and then what ParseReplyText returns; null for an empty reply.
+    XmlDocPtr ParseReply();
+    /// The reply's text in well-formed UTF-8. It lies in the reply, or in `repaired` when it came
+    /// malformed.
+    std::string_view ReplyAsUtf8(std::string& repaired) const;
     /// Success, unless the document holds a message of the server.
     void JudgeByMessage(_xmlDoc* document);
     /// Takes a node's text (empty for null) as the server's message and sets its code.
     void TakeServerMessage(_xmlNode* node);
 
 private:
-    /// The text as it came in, in UTF-8 if it is well-formed.
+    /// The text as it came.
     std::string_view ReplyText() const;
 
     std::wstring m_serverErrorMessage;
@@ -83,6 +88,6 @@ private:
     unsigned long m_statusCode;
     std::vector<char> m_replyBytes;
     bool m_replyIsText = false;
-    std::span<const ErrorRow> m_exactMessages;
-    std::span<const ErrorRow> m_messagePrefixes;
+    std::map<std::wstring, double> m_exactMessages;
+    std::map<std::wstring, double> m_messagePrefixes;
 };

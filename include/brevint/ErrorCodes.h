@@ -6,13 +6,14 @@ namespace ErrorCode {
 // Every call.
 /// Not filled yet, or a message without a code.
 inline constexpr double MessageNotRecognised = 1100;
-/// The call succeeded.
+/// The call succeeded. A sign-out has no other code: CSignOutResponse::GetSignOutResult tells.
 inline constexpr double Success = 1101;
-/// Nothing arrived: no connection, a reply that broke off, or an empty one.
+/// Nothing arrived: no connection, a reply that broke off, or an empty one. Or memory ended. Not
+/// for the identity, which has ReplyNotXml then.
 inline constexpr double EmptyReply = 1102;
 /// Nobody is signed in, or the user may not do this.
 inline constexpr double AuthorizationFailed = 1103;
-/// The reply is not the service's.
+/// The reply is not the service's. For the identity, also that there is none.
 inline constexpr double ReplyNotXml = 1104;
 
 // Check-in and check-out.

@@ -9,6 +9,11 @@
 class BREVINT_API CFolderItem {
 public:
     CFolderItem();
+    CFolderItem(const CFolderItem&) = default;
+    CFolderItem(CFolderItem&&) = default;
+    CFolderItem& operator=(const CFolderItem&) = default;
+    CFolderItem& operator=(CFolderItem&&) = default;
+    virtual ~CFolderItem();
 
     /// Identifier, as the calls of IRepositoryProxy take it.
     const std::wstring& GetUniqueId() const;

@@ -7,7 +7,7 @@
 
 class FolderListing;
 
-/// Outcome of listing a folder. Keeps the parsed reply until the next parse or its destruction.
+/// Outcome of listing a folder. Keeps what the reply says of each item until the next parse.
 class BREVINT_API CGetFolderContentsResponse : public CBaseResponse,
                                                public IGetFolderContentsResponse {
 public:

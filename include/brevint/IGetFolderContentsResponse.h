@@ -12,6 +12,6 @@ public:
     ~IGetFolderContentsResponse() override = default;
 
     /// Appends one new record per item, in the server's order. The caller deletes each record; they
-    /// may outlive the response.
+    /// may outlive the response. Where memory ends none is appended, and the code becomes 1102.
     virtual void GetFolderContents(std::vector<CFolderItem*>& items) = 0;
 };

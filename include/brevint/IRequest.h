@@ -17,8 +17,9 @@ class IResponse;
 class BREVINT_INTERFACE IRequest {
 public:
     /// Ends the exchange. A reply still under way is dropped: once the destructor has returned,
-    /// the response given to SendRequestAsync is not touched any more. While that response is
-    /// being filled on another thread, the destructor waits until it has been.
+    /// the response given to SendRequestAsync is not touched any more. The network is not waited
+    /// for. While that response is being filled on another thread, the destructor waits until it
+    /// has been; a download stops after the block of its file that is being written.
     virtual ~IRequest() = default;
 
     /// Sets the URL; null stands for an empty one.
@@ -46,15 +47,17 @@ public:
     virtual void SendRequest(IRequestInfo* info) = 0;
     /// Starts the exchange and returns at once. `response` (not owned) is filled exactly once, on a
     /// thread of the platform, or on this one when the exchange cannot be started. It must live
-    /// until it has been filled or this request has been destroyed.
+    /// until it has been filled or this request has been destroyed; only a CDownloadFileResponse
+    /// may be destroyed at any moment, which ends the exchange.
     virtual void SendRequestAsync(IResponse* response) = 0;
     /// Takes over `info` (not kept) and starts the exchange as above.
     virtual void SendRequestAsync(IRequestInfo* info, IResponse* response) = 0;
     /// Sets the request flags of the platform's internet client (INTERNET_FLAG_...).
     virtual void SetRequestFlags(int flags) = 0;
-    /// Sets the body: the text as UTF-8, without a terminator.
+    /// Sets the body: the text as UTF-8, without a terminator. It stays for every send. A body of
+    /// 4 GiB or more cannot be sent: the exchange fails, with status 0.
     virtual void SetUploadData(const wchar_t* data) = 0;
-    /// Sets the body: a copy of the bytes.
+    /// Sets the body: a copy of the bytes. Otherwise as above.
     virtual void SetUploadData(const std::vector<char>& data) = 0;
     /// Forgets the accepted media types.
     virtual void ClearAcceptTypes() = 0;

@@ -12,6 +12,7 @@ public:
     ~ITemplateResponse() override = default;
 
     /// Appends one new record per template, in the server's order. The caller deletes each record;
-    /// they may outlive the response.
+    /// they may outlive the response. Where memory ends none is appended, and the code becomes
+    /// 1102.
     virtual void GetTemplateMetadata(std::vector<CTemplateInfo*>& templates) = 0;
 };

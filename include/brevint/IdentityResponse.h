@@ -19,7 +19,7 @@ public:
     const wchar_t* GetUsername() const;
     /// Stores a copy; null stands for an empty text.
     void SetErrorMessage(const wchar_t* message);
-    /// Adds the messages that this response recognises. The constructor calls it.
+    /// Does nothing: this response recognises no messages.
     virtual void InitErrorMaps();
 
 private:

@@ -10,6 +10,7 @@ public:
     static constexpr const wchar_t* kStoredName = L"DownloadFileResponse";
 
     /// Writes the stored bytes to `destination`, with the outcomes of a download with status 200.
+    /// Those that cannot be read to their end, or held in memory, are an empty reply.
     explicit CLocalDownloadFileResponse(const std::wstring& destination);
     ~CLocalDownloadFileResponse() override;
 };

@@ -13,7 +13,8 @@ class IResponse;
 /// The repository over HTTP.
 ///
 /// Requests of downloads live until the proxy is destroyed. Destroying it ends downloads that are
-/// still running: their responses are not touched any more, and never become complete.
+/// still running: their responses are not touched any more, and never become complete. One whose
+/// file is being written ends with the code 1302. Proxy and responses may go in any order.
 class BREVINT_API CRepositoryProxy : public IRepositoryProxy {
 public:
     /// `factory` is not owned and must outlive the proxy.

@@ -11,6 +11,6 @@ public:
     void ParseServerResponse() override;
     /// True exactly when the HTTP status is 200.
     bool GetSignOutResult() const;
-    /// Adds the messages that this response recognises. The constructor calls it.
+    /// Does nothing: this response recognises no messages.
     virtual void InitErrorMaps();
 };

@@ -3,8 +3,7 @@
 #include "brevint/BaseResponse.h"
 #include "brevint/ITemplateResponse.h"
 
-/// The templates that the service offers. Keeps the parsed reply until the next parse or its
-/// destruction.
+/// The templates that the service offers. Keeps the parsed reply until the next parse.
 class BREVINT_API CTemplateResponse : public CBaseResponse, public ITemplateResponse {
 public:
     CTemplateResponse();

@@ -13,7 +13,7 @@ public:
     const wchar_t* GetSystemVersion() const;
     /// In the server's order.
     std::vector<std::wstring> GetCompatableDesktopVersions() const;
-    /// This response recognises no messages.
+    /// Does nothing: this response recognises no messages.
     void InitErrorMaps();
 
 private:

@@ -70,13 +70,14 @@ private:
 
     Handle m_session;
     Handle m_connection;
-    Handle m_request;
     std::wstring m_requestUrl;
     std::wstring m_hostName;
     std::wstring m_urlPath;
     bool m_secure = false;
     int m_requestFlags = 0;
-    std::vector<char> m_uploadData;
+    /// Null when it is more than can be sent.
+    std::shared_ptr<std::vector<char>> m_uploadData;
+    /// Owns the request's handle.
     std::shared_ptr<RequestContext> m_context;
     std::vector<AcceptType> m_acceptTypes;
     std::vector<std::wstring> m_headers;

@@ -3,12 +3,14 @@
 /// @file
 /// Ownership of parsed documents.
 
+#include "brevint/Export.h"
+
 #include <memory>
 
 struct _xmlDoc;
 
 /// Frees a parsed document and all its nodes.
-struct XmlDocDeleter {
+struct BREVINT_API XmlDocDeleter {
     /// Frees.
     void operator()(_xmlDoc* document) const noexcept;
 };

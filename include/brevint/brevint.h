@@ -16,6 +16,7 @@
 #include "brevint/Guid.h"
 #include "brevint/ICheckComplete.h"
 #include "brevint/ICreateFolderResponse.h"
+#include "brevint/IDetachable.h"
 #include "brevint/IDownloadFileResponse.h"
 #include "brevint/IGetFolderContentsResponse.h"
 #include "brevint/IIdentityProxy.h"

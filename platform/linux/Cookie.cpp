@@ -1,6 +1,6 @@
 #include "platform/linux/Cookie.h"
 
-#include "platform/linux/Ascii.h"
+#include "base/Ascii.h"
 
 #include <algorithm>
 #include <array>
@@ -30,9 +30,9 @@ bool IsAddress(string_view host) {
 }
 
 bool IsWithin(string_view host, string_view domain) {
-    return EqualNames(host, domain) ||
+    return base::EqualsIgnoreCase(host, domain) ||
            (!IsAddress(host) && host.size() > domain.size() &&
-            EqualNames(host.substr(host.size() - domain.size()), domain) &&
+            base::EqualsIgnoreCase(host.substr(host.size() - domain.size()), domain) &&
             host[host.size() - domain.size() - 1] == '.');
 }
 
@@ -66,26 +66,26 @@ std::optional<Cookie> Cookie::Parse(string_view name, string_view data, const Co
     Cookie cookie;
     cookie.domain = scope.host;
     cookie.path = scope.path.substr(0, std::max<std::size_t>(scope.path.rfind('/'), 1));
-    cookie.name = Trim(name);
-    cookie.value = Trim(Cut(data, ';'));
+    cookie.name = base::Trim(name);
+    cookie.value = base::Trim(Cut(data, ';'));
     std::optional<std::int64_t> maxAge;
     while (!data.empty()) {
         string_view attribute = Cut(data, ';');
-        const string_view key = Trim(Cut(attribute, '='));
-        string_view value = Trim(attribute);
-        if (EqualNames(key, "expires")) {
+        const string_view key = base::Trim(Cut(attribute, '='));
+        string_view value = base::Trim(attribute);
+        if (base::EqualsIgnoreCase(key, "expires")) {
             cookie.expires = ParseExpires(std::string(value));
-        } else if (EqualNames(key, "max-age")) {
+        } else if (base::EqualsIgnoreCase(key, "max-age")) {
             maxAge = ParseMaxAge(value);
-        } else if (EqualNames(key, "path") && value.starts_with('/')) {
+        } else if (base::EqualsIgnoreCase(key, "path") && value.starts_with('/')) {
             cookie.path = value;
-        } else if (EqualNames(key, "domain") && !value.empty()) {
+        } else if (base::EqualsIgnoreCase(key, "domain") && !value.empty()) {
             value.remove_prefix(value.starts_with('.') ? 1 : 0);
             cookie.domain = value;
             cookie.subdomains = !IsAddress(cookie.domain);
-        } else if (EqualNames(key, "secure")) {
+        } else if (base::EqualsIgnoreCase(key, "secure")) {
             cookie.secure = true;
-        } else if (EqualNames(key, "httponly")) {
+        } else if (base::EqualsIgnoreCase(key, "httponly")) {
             cookie.httpOnly = true;
         }
     }
@@ -93,11 +93,12 @@ std::optional<Cookie> Cookie::Parse(string_view name, string_view data, const Co
 
     // A domain of one label, unless it is the host itself, would reach half the world.
     const bool ownDomain =
-        EqualNames(cookie.domain, scope.host) ||
+        base::EqualsIgnoreCase(cookie.domain, scope.host) ||
         (IsWithin(scope.host, cookie.domain) && cookie.domain.find('.') != std::string::npos);
-    const bool clean =
-        !cookie.name.empty() && cookie.name.find_first_of("=;") == std::string::npos &&
-        !HasControls(cookie.name) && !HasControls(cookie.value) && !HasControls(cookie.path);
+    const bool clean = !cookie.name.empty() &&
+                       cookie.name.find_first_of("=;") == std::string::npos &&
+                       !base::HasControls(cookie.name) && !base::HasControls(cookie.value) &&
+                       !base::HasControls(cookie.path);
     if (!ownDomain || !clean || (cookie.secure && !scope.secure)) {
         return std::nullopt;
     }
@@ -137,7 +138,8 @@ bool Cookie::Expired() const {
 }
 
 bool Cookie::GoesTo(const CookieScope& scope) const {
-    const bool toHost = subdomains ? IsWithin(scope.host, domain) : EqualNames(scope.host, domain);
+    const bool toHost =
+        subdomains ? IsWithin(scope.host, domain) : base::EqualsIgnoreCase(scope.host, domain);
     const string_view folder = Folder(path);
     const bool toPath = scope.path.starts_with(folder) &&
                         (scope.path.size() == folder.size() || scope.path[folder.size()] == '/');
@@ -145,8 +147,8 @@ bool Cookie::GoesTo(const CookieScope& scope) const {
 }
 
 bool Cookie::SameAs(const Cookie& other) const {
-    return EqualNames(name, other.name) && EqualNames(domain, other.domain) &&
-           Folder(path) == Folder(other.path);
+    return base::EqualsIgnoreCase(name, other.name) &&
+           base::EqualsIgnoreCase(domain, other.domain) && Folder(path) == Folder(other.path);
 }
 
 } // namespace platform

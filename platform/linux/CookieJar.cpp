@@ -1,6 +1,6 @@
 #include "platform/linux/CookieJar.h"
 
-#include "platform/linux/Ascii.h"
+#include "base/Ascii.h"
 #include "platform/linux/CurlLibrary.h"
 #include "platform/linux/RequestTarget.h"
 #include "platform/linux/UrlCracker.h"
@@ -32,8 +32,9 @@ DWORD ParseScope(std::wstring_view url, CookieScope& scope) {
     scope.host = Utf8::ToNarrow(host);
     scope.path = RequestTarget(parts.path);
     scope.path.resize(std::min(scope.path.find('?'), scope.path.size()));
-    scope.secure = parts.scheme == INTERNET_SCHEME_HTTPS || EqualNames(scope.host, "localhost") ||
-                   scope.host == "127.0.0.1" || scope.host == "::1";
+    scope.secure = parts.scheme == INTERNET_SCHEME_HTTPS ||
+                   base::EqualsIgnoreCase(scope.host, "localhost") || scope.host == "127.0.0.1" ||
+                   scope.host == "::1";
     return ERROR_SUCCESS;
 }
 
@@ -90,7 +91,7 @@ DWORD CookieJar::Set(std::wstring_view url, std::string_view name, std::string_v
     bool isNew = true;
     std::size_t neighbours = 0;
     for (const Cookie& present : Cookies()) {
-        neighbours += EqualNames(present.domain, cookie->domain) ? 1 : 0;
+        neighbours += base::EqualsIgnoreCase(present.domain, cookie->domain) ? 1 : 0;
         if (!present.SameAs(*cookie)) {
             continue;
         }

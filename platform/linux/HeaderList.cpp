@@ -1,6 +1,6 @@
 #include "platform/linux/HeaderList.h"
 
-#include "platform/linux/Ascii.h"
+#include "base/Ascii.h"
 #include "support/Utf8.h"
 
 #include <algorithm>
@@ -14,12 +14,12 @@ void HeaderList::Set(std::string_view name, std::string_view value) {
 }
 
 void HeaderList::Remove(std::string_view name) {
-    std::erase_if(m_headers, [&](const Header& h) { return EqualNames(h.name, name); });
+    std::erase_if(m_headers, [&](const Header& h) { return base::EqualsIgnoreCase(h.name, name); });
 }
 
 const Header* HeaderList::Find(std::string_view name) const {
-    const auto found =
-        std::ranges::find_if(m_headers, [&](const Header& h) { return EqualNames(h.name, name); });
+    const auto found = std::ranges::find_if(
+        m_headers, [&](const Header& h) { return base::EqualsIgnoreCase(h.name, name); });
     return found == m_headers.end() ? nullptr : &*found;
 }
 
@@ -28,7 +28,7 @@ void HeaderList::SetBlock(std::wstring_view block) {
     std::string_view rest = text;
     while (!rest.empty()) {
         const std::size_t lineEnd = std::min(rest.find_first_of("\r\n"), rest.size());
-        const std::string_view line = Trim(rest.substr(0, lineEnd));
+        const std::string_view line = base::Trim(rest.substr(0, lineEnd));
         rest.remove_prefix(std::min(lineEnd + 1, rest.size()));
         if (line.empty()) {
             continue;
@@ -37,10 +37,11 @@ void HeaderList::SetBlock(std::wstring_view block) {
         if (colon == std::string_view::npos) {
             return;
         }
-        const std::string_view name = Trim(line.substr(0, colon));
-        const std::string_view value = Trim(line.substr(colon + 1));
-        if (!name.empty() && !HasControls(name) && !HasControls(value) &&
-            !EqualNames(name, "Content-Length") && !EqualNames(name, "Transfer-Encoding")) {
+        const std::string_view name = base::Trim(line.substr(0, colon));
+        const std::string_view value = base::Trim(line.substr(colon + 1));
+        if (!name.empty() && !base::HasControls(name) && !base::HasControls(value) &&
+            !base::EqualsIgnoreCase(name, "Content-Length") &&
+            !base::EqualsIgnoreCase(name, "Transfer-Encoding")) {
             Set(name, value);
         }
     }

@@ -1,6 +1,6 @@
 #include "platform/linux/Reply.h"
 
-#include "platform/linux/Ascii.h"
+#include "base/Ascii.h"
 
 #include <charconv>
 #include <cstdint>
@@ -8,9 +8,9 @@
 namespace platform {
 
 void Reply::AddHeader(std::string_view name, std::string_view value) {
-    if (EqualNames(name, "Transfer-Encoding")) {
+    if (base::EqualsIgnoreCase(name, "Transfer-Encoding")) {
         hasTransferEncoding = true;
-    } else if (EqualNames(name, "Content-Length")) {
+    } else if (base::EqualsIgnoreCase(name, "Content-Length")) {
         std::int64_t length = 0;
         const auto [end, error] =
             std::from_chars(value.data(), value.data() + value.size(), length);
@@ -18,7 +18,7 @@ void Reply::AddHeader(std::string_view name, std::string_view value) {
                             end != value.data() + value.size() || length < 0 ||
                             (contentLength && *contentLength != value);
         contentLength = value;
-    } else if (EqualNames(name, "Location") && !location) {
+    } else if (base::EqualsIgnoreCase(name, "Location") && !location) {
         location = value;
     }
 }

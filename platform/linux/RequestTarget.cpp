@@ -1,5 +1,6 @@
 #include "platform/linux/RequestTarget.h"
 
+#include "base/Hex.h"
 #include "support/Utf8.h"
 
 namespace platform {
@@ -18,8 +19,7 @@ std::string RequestTarget(std::wstring_view objectName) {
         if (c == '\\' && !inQuery) {
             target += '/';
         } else if (byte <= 0x20 || byte >= 0x7F) {
-            constexpr char kDigits[] = "0123456789ABCDEF";
-            target += {'%', kDigits[byte >> 4], kDigits[byte & 0xF]};
+            base::AppendPercentEscape(target, c);
         } else {
             target += c;
         }

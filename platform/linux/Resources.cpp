@@ -1,5 +1,6 @@
 #include "platform/linux/Resources.h"
 
+#include "base/Ascii.h"
 #include "platform/linux/StringTable.h"
 
 #include <algorithm>
@@ -14,8 +15,8 @@ Module ownModule;
 
 } // namespace
 
-HMODULE GetModuleHandleA(LPCSTR /*name*/) noexcept {
-    return &ownModule;
+HMODULE GetModuleHandleA(LPCSTR name) noexcept {
+    return name != nullptr && base::EqualsIgnoreCase(name, ModuleName()) ? &ownModule : nullptr;
 }
 
 int LoadStringW(HINSTANCE /*module*/, UINT id, LPWSTR buffer, int size) noexcept {

@@ -5,7 +5,8 @@
 using HINSTANCE = struct Module*;
 using HMODULE = HINSTANCE;
 
-// The layer is linked into one module, so every name leads to that module's strings.
+// The module of that name; null if it is not the one that this layer is linked into, for no other
+// is known here.
 HMODULE GetModuleHandleA(LPCSTR name) noexcept;
 
 inline constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_PIN = 1;

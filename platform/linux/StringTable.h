@@ -8,5 +8,6 @@ struct StringResource {
     const wchar_t* text;
 };
 
-// The string resources of the module that this layer is linked into; that module defines it.
+// The module that this layer is linked into defines these: its name, and its string resources.
+const char* ModuleName() noexcept;
 std::span<const StringResource> ModuleStringTable() noexcept;

@@ -1,6 +1,6 @@
 #include "platform/linux/Transfer.h"
 
-#include "platform/linux/Ascii.h"
+#include "base/Ascii.h"
 #include "platform/linux/ChannelPool.h"
 #include "platform/linux/CookieJar.h"
 #include "platform/linux/ExitGate.h"
@@ -237,7 +237,8 @@ Transfer::List Transfer::HeaderLines() const {
     };
     for (const Header& header : m_exchange.headers) {
         // Cookies of the jar replace the caller's own.
-        const bool replaced = m_exchange.useCookies && EqualNames(header.name, "Cookie") &&
+        const bool replaced = m_exchange.useCookies &&
+                              base::EqualsIgnoreCase(header.name, "Cookie") &&
                               CookieJar::Instance().HasCookies(m_exchange.url);
         if (!replaced) {
             append(header.value.empty() ? header.name + ";" : header.name + ": " + header.value);
@@ -284,7 +285,7 @@ void Transfer::AddHeaderLine(std::string_view line) {
     } else if (line.starts_with("HTTP/")) {
         m_reply = {};
     } else if (const std::size_t colon = line.find(':'); colon != std::string_view::npos) {
-        m_reply.AddHeader(Trim(line.substr(0, colon)), Trim(line.substr(colon + 1)));
+        m_reply.AddHeader(base::Trim(line.substr(0, colon)), base::Trim(line.substr(colon + 1)));
     }
 }
 

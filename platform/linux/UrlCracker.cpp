@@ -1,6 +1,6 @@
 #include "platform/linux/UrlCracker.h"
 
-#include "platform/linux/Ascii.h"
+#include "base/Ascii.h"
 
 #include <algorithm>
 
@@ -23,14 +23,6 @@ constexpr KnownScheme kKnownSchemes[] = {
     {L"file", INTERNET_SCHEME_FILE, INTERNET_INVALID_PORT_NUMBER},
 };
 
-constexpr bool IsLetter(wchar_t c) {
-    return Lower(c) >= L'a' && Lower(c) <= L'z';
-}
-
-constexpr bool IsDigit(wchar_t c) {
-    return c >= L'0' && c <= L'9';
-}
-
 // A control character would end the cookie's line in which the host is a field. An escape would be
 // another host to libcurl, and to its cookies, than to whoever compares names.
 bool IsHost(wstring_view host) {
@@ -41,15 +33,16 @@ bool IsHost(wstring_view host) {
 }
 
 bool IsSchemeName(wstring_view text) {
-    return !text.empty() && IsLetter(text.front()) && std::ranges::all_of(text, [](wchar_t c) {
-        return IsLetter(c) || IsDigit(c) || c == L'+' || c == L'-' || c == L'.';
-    });
+    return !text.empty() && base::IsLetter(text.front()) &&
+           std::ranges::all_of(text, [](wchar_t c) {
+               return base::IsLetterOrDigit(c) || c == L'+' || c == L'-' || c == L'.';
+           });
 }
 
 bool ParsePort(wstring_view digits, INTERNET_PORT& port) {
     unsigned value = 0;
     for (const wchar_t c : digits) {
-        if (!IsDigit(c) || (value = value * 10 + static_cast<unsigned>(c - L'0')) > 0xFFFF) {
+        if (!base::IsDigit(c) || (value = value * 10 + static_cast<unsigned>(c - L'0')) > 0xFFFF) {
             return false;
         }
     }
@@ -66,7 +59,7 @@ DWORD CrackUrl(wstring_view url, UrlParts& parts) noexcept {
     }
     parts.schemeName = url.substr(0, colon);
     for (const KnownScheme& known : kKnownSchemes) {
-        if (EqualNames<wchar_t>(parts.schemeName, known.name)) {
+        if (base::EqualsIgnoreCase(parts.schemeName, known.name)) {
             parts.scheme = known.scheme;
             parts.port = known.port;
         }

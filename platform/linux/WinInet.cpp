@@ -1,6 +1,6 @@
 #include "platform/linux/WinInet.h"
 
-#include "platform/linux/Ascii.h"
+#include "base/Ascii.h"
 #include "platform/linux/Connection.h"
 #include "platform/linux/CookieJar.h"
 #include "platform/linux/HandleTable.h"
@@ -126,7 +126,7 @@ bool SetOwnHeaders(HeaderList& headers, const std::string& agent, LPCWSTR* accep
     for (const auto& [name, value] : {std::pair<const char*, const std::string&>{"Accept", accept},
                                       {"User-Agent", agent},
                                       {"Referer", referrer}}) {
-        if (platform::HasControls(value)) {
+        if (base::HasControls(value)) {
             return false;
         }
         if (!value.empty()) {
@@ -206,7 +206,7 @@ HINTERNET InternetOpenW(LPCWSTR agent, DWORD accessType, LPCWSTR /*proxy*/, LPCW
         settings.agent = Utf8::ToNarrow(View(agent));
         settings.asynchronous = (flags & INTERNET_FLAG_ASYNC) != 0;
         settings.useProxy = accessType == INTERNET_OPEN_TYPE_PRECONFIG;
-        if (accessType > INTERNET_OPEN_TYPE_DIRECT || platform::HasControls(settings.agent)) {
+        if (accessType > INTERNET_OPEN_TYPE_DIRECT || base::HasControls(settings.agent)) {
             return ERROR_INVALID_PARAMETER;
         }
         return AddHandle(std::make_shared<Session>(std::move(settings)), nullptr, handle);

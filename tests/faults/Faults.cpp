@@ -2,8 +2,6 @@
 
 #include "tests/library/Helpers.h"
 
-#include <boost/algorithm/string/replace.hpp>
-
 #include <sstream>
 
 namespace brevint::test {
@@ -125,7 +123,11 @@ std::string FillIn(const std::string& reply, const Healthy& healthy, const std::
     };
     std::string text = reply;
     for (const auto& [name, value] : parts) {
-        boost::replace_all(text, name, value);
+        const std::string_view mark = name;
+        for (std::size_t at = text.find(mark); at != std::string::npos;
+             at = text.find(mark, at + value.size())) {
+            text.replace(at, mark.size(), value);
+        }
     }
     return text;
 }

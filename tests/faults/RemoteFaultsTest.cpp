@@ -33,7 +33,7 @@ protected:
     std::string Try(const Fault& fault, const Call& call) {
         // The jar is the process's, so the cookies of each sign-in have a path of their own.
         const std::string path = "/" + std::to_string(++tries);
-        ScriptedServer victim, healthy;
+        ScriptedServer victim;
         const std::string after = "/after";
         victim.On(after + "/Repository/Items/id/Path")
             .Reply(200, {}, "<ResponseData><Path>/p</Path></ResponseData>");
@@ -70,6 +70,7 @@ protected:
         return outcome.text;
     }
 
+    ScriptedServer healthy; // for all: to start one takes long under Wine
     const RefusedPort refused;
     const TempFolder folder;
     int tries = 1000;

@@ -37,7 +37,7 @@ void ExpectSlots(std::size_t first, Functions... functions) {
     }
 }
 
-// The first slot behind a destructor, and behind IReadOnlyResponse.
+// The first slot after a destructor, and after IReadOnlyResponse.
 constexpr std::size_t kFirst = 2;
 constexpr std::size_t kResponse = 4;
 
@@ -85,6 +85,10 @@ TEST(ClassLayout, OfResponses) {
     ExpectSlots(kResponse, &ITemplateResponse::GetTemplateMetadata);
     EXPECT_TRUE(Slot(&CIdentityResponse::InitErrorMaps));
     EXPECT_FALSE(Slot(&CVersionInfoResponse::InitErrorMaps));
+    // What the library hands out is freed by the library, whoever deletes it.
+    EXPECT_TRUE(std::has_virtual_destructor_v<CFolderItem>);
+    EXPECT_TRUE(std::has_virtual_destructor_v<CTemplateInfo>);
+    EXPECT_TRUE(std::has_virtual_destructor_v<SignInResponse>);
 }
 
 TEST(ClassLayout, OfProxiesAndTheCache) {

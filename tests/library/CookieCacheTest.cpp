@@ -27,6 +27,18 @@ TEST(CookieCache, SplitsACookieString) {
     }
 }
 
+TEST(CookieCache, KnowsReservedNames) {
+    for (const auto* name : {L"expires", L"DOMAIN", L"Path", L"sEcUrE", L"httpOnly"}) {
+        EXPECT_TRUE(CInternetCache().IsReservedName(name)) << name;
+    }
+    for (const std::wstring& name :
+         {std::wstring(), std::wstring(L"expires\0x", 9), std::wstring(L"path\0", 5),
+          std::wstring(L"Exp\u0131res"), std::wstring(L"\u017fecure"), std::wstring(L"domai"),
+          std::wstring(L"domains"), std::wstring(L"path "), std::wstring(L"max-age")}) {
+        EXPECT_FALSE(CInternetCache().IsReservedName(name)) << name;
+    }
+}
+
 TEST(CookieCache, StoresPairsAndLeavesAttributesOut) {
     CInternetCache cache;
     const auto* url = L"http://127.0.0.1/store/";

@@ -36,35 +36,43 @@ inline std::wstring Detail(CIdentityResponse& response) {
            response.GetIdentifyingPartyUrl();
 }
 
-inline std::wstring Detail(CTemplateResponse& response) {
-    std::vector<CTemplateInfo*> infos;
-    response.GetTemplateMetadata(infos);
+inline std::wstring Detail(const CTemplateInfo& info) {
+    return info.GetName() + L'|' + info.GetId() + L'|' + info.GetKey() + L'|' + info.GetCreated() +
+           L'|' + info.GetCreatedBy() + L'|' + info.GetDescription() + L'|' + info.GetCategory() +
+           L';';
+}
+
+inline std::wstring Detail(const CFolderItem& item) {
     std::wstring text;
-    for (CTemplateInfo* raw : infos) {
-        const std::unique_ptr<CTemplateInfo> info(raw);
-        text += info->GetName() + L'|' + info->GetId() + L'|' + info->GetKey() + L'|' +
-                info->GetCreated() + L'|' + info->GetCreatedBy() + L'|' + info->GetDescription() +
-                L'|' + info->GetCategory() + L';';
+    for (const std::wstring& field :
+         {item.GetUniqueId(), item.GetParentId(), item.GetOwnerId(), item.GetName(),
+          item.GetDescription(), item.GetCreated(), item.GetModified(), item.GetSize(),
+          item.GetLockedBy(), item.GetItemType(), item.GetItemTypeDescription()}) {
+        text += field + L'|';
+    }
+    return text + (item.GetIsLocked() ? L"locked" : L"") + (item.GetIsPublic() ? L"public;" : L";");
+}
+
+/// The details of records that were appended to a list of one, which deletes them.
+template <class Record>
+std::wstring DetailOf(const std::vector<Record*>& records) {
+    std::wstring text;
+    for (Record* raw : std::span(records).subspan(1)) {
+        text += Detail(*std::unique_ptr<Record>(raw));
     }
     return text;
 }
 
+inline std::wstring Detail(CTemplateResponse& response) {
+    std::vector<CTemplateInfo*> infos = {nullptr};
+    response.GetTemplateMetadata(infos);
+    return DetailOf(infos);
+}
+
 inline std::wstring Detail(CGetFolderContentsResponse& response) {
     std::vector<CFolderItem*> items = {nullptr};
-    response.GetFolderContents(items); // appends
-    std::wstring text;
-    for (CFolderItem* raw : std::span(items).subspan(1)) {
-        const std::unique_ptr<CFolderItem> item(raw);
-        for (const std::wstring& field :
-             {item->GetUniqueId(), item->GetParentId(), item->GetOwnerId(), item->GetName(),
-              item->GetDescription(), item->GetCreated(), item->GetModified(), item->GetSize(),
-              item->GetLockedBy(), item->GetItemType(), item->GetItemTypeDescription()}) {
-            text += field + L'|';
-        }
-        text += item->GetIsLocked() ? L"locked" : L"";
-        text += item->GetIsPublic() ? L"public;" : L";";
-    }
-    return text;
+    response.GetFolderContents(items);
+    return DetailOf(items);
 }
 
 inline std::wstring Detail(CPathResponse& response) {

@@ -51,7 +51,8 @@ TEST(PortalForm, IsReadFromEveryPageThatABrowserWouldPost) {
          L"a=1&a=1&"},
         {"<form action='u'>" + field +
              "<input type=text name=t><input name=n>"
-             "<input type='hidden ' name=h><input type='' name=e><button type=hidden name=b>",
+             "<input type='h\u0130dden' name=i><input type='hidden ' name=h>"
+             "<input type='' name=e><button type=hidden name=b>",
          L"u"},
         {"<form action='u'><input type=hidden name=a><input type=hidden value=v><input type=hidden>"
          "<input type=hidden name='w r' value='&amp;amp;&#61;&nbsp;+ %'>",

@@ -1,7 +1,9 @@
 #include "support/HtmlUnescape.h"
 #include "support/HttpEscape.h"
+#include "support/ResourceString.h"
 #include "support/Text.h"
 #include "support/Utf8.h"
+#include "tests/support/Environment.h"
 
 #include <gtest/gtest.h>
 
@@ -39,18 +41,34 @@ TEST(HttpEscape, TreatsEveryByteByTheRule) {
 }
 
 TEST(Text, LowerCaseIsTheSameInEveryLocale) {
-    // Locales that are not installed leave the one before in place.
-    for (const auto* locale : {"C", "tr_TR.UTF-8", "Turkish_Turkey.1254"}) {
-        std::setlocale(LC_ALL, locale);
+    SetVariable("LOCPATH", BREVINT_LOCALES);
+    const std::wstring halves = {L'A', wchar_t{0xD801}, L'B', wchar_t{0xDC00}};
+    for (const auto* locale : {"C", BREVINT_TURKISH}) {
+        ASSERT_NE(std::setlocale(LC_ALL, locale), nullptr) << locale;
         ExpectSame({
             {ToLower(L"ABCDEFGHIJKLMNOPQRSTUVWXYZ"), L"abcdefghijklmnopqrstuvwxyz"},
             {ToLower(L"@[`{ 0189 az"), L"@[`{ 0189 az"},
             {ToLower(L"\u00c0\u00de \u00d7\u00f7\u00df"), L"\u00e0\u00fe \u00d7\u00f7\u00df"},
-            {ToLower(L"\u0141\u0178 \u03a9 \u042f\u0401"), L"\u0142\u00ff \u03c9 \u044f\u0451"},
-            {ToLower(L"\u6982 \U0001d11e"), L"\u6982 \U0001d11e"},
+            {ToLower(L"\u0130I\u0131i"), L"ii\u0131i"}, // with and without a dot
+            {ToLower(L"\u0178\u0181\u01c4\u1e9e\u2c62"), L"\u00ff\u0253\u01c6\u00df\u026b"},
+            {ToLower(L"\u039f\u03a3 \u03c2 \u1f88"), L"\u03bf\u03c3 \u03c2 \u1f80"}, // final sigma
+            {ToLower(L"\u042f\u0401 \u10a0 \u13a0"), L"\u044f\u0451 \u2d00 \uab70"}, // Cherokee
+            {ToLower(L"\U00010400\U00010428 \U0001d11e"), L"\U00010428\U00010428 \U0001d11e"},
+            {ToLower(halves), {L'a', halves[1], L'b', halves[3]}},
         });
     }
     std::setlocale(LC_ALL, "C");
+}
+
+TEST(Text, IsReplacedToItsEnd) {
+    std::wstring text(L"%a%\0%", 5);
+    StringReplace(text, L"%", L"%%");
+    EXPECT_EQ(text, std::wstring(L"%%a%%\0%%", 8));
+}
+
+TEST(ResourceString, IsThatOfTheNamedModuleOnly) {
+    EXPECT_EQ(GetResourceString(2, "NotLoaded.dll"), L"");
+    EXPECT_EQ(GetResourceString(2, nullptr), L"");
 }
 
 TEST(Utf8, ConvertsBothWays) {

@@ -141,62 +141,25 @@ TEST(RepositoryProxy, OperationsOnTheWireAndTheirReplies) {
 }
 
 TEST(RepositoryProxy, Downloads) {
-    const auto pattern = ScriptedServer::Pattern(3'000'000);
-    const std::string kept = "what was there, and is longer than some of the replies";
-    const auto document = Document("<Message>x</Message>");
-    const auto notFound = Document("<Message>Requested item not found.</Message>");
-    const std::vector<std::string> pieces{std::string("a\0b\r\n", 5), "c"};
-    using Script = ScriptedServer::Script;
-    struct Case {
-        const char* name;
-        std::function<void(Script&)> script;
-        double code;
-        std::string content; ///< of the destination afterwards
-    };
-    const Case cases[] = {
-        {"chunks", [&](Script& to) { to.ReplyChunked(200, {}, pieces); }, 1101, pieces[0] + "c"},
-        {"large", [&](Script& to) { to.Reply(200, {}, pattern); }, 1101, pattern},
-        {"not found", [&](Script& to) { to.Reply(404, {}, notFound); }, 1300, kept},
-    };
+    const TempFolder folder;
+    const auto path = WriteFile(folder.Path(kFileName), "what was there, and is longer");
+    const std::string pieces[] = {std::string("a\0b\r\n", 5), "c"};
+    ScriptedServer server;
+    server.On("*").Reply(404, {}, Document("<Message>Requested item not found.</Message>"));
+    server.On("*").ReplyChunked(200, {}, {pieces[0], pieces[1]});
     WebRequestFactory factory;
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.name);
-        const TempFolder folder;
-        const auto path = WriteFile(folder.Path(kFileName), kept);
-        ScriptedServer server;
-        test.script(server.On("/Repository/Files/f1"));
-        CRepositoryProxy proxy(&factory);
+    CRepositoryProxy proxy(&factory);
+    for (const double code : {1300, 1101}) {
         const std::unique_ptr<IDownloadFileResponse> response(
             proxy.DownloadFile(server.Url(""), L"f1", path));
         ASSERT_TRUE(AwaitComplete(*response));
-        EXPECT_EQ(response->GetErrorCode(), test.code);
-        EXPECT_EQ(response->GetSucceeded(), test.code == 1101);
-        EXPECT_TRUE(ReadFile(path) == test.content) << ReadFile(path).substr(0, 100);
-        EXPECT_EQ(server.Requests().at(0).Header("Accept"), "application/octet-stream");
+        EXPECT_EQ(response->GetErrorCode(), code);
+        EXPECT_EQ(response->GetSucceeded(), code == 1101);
+        EXPECT_EQ(ReadFile(path),
+                  code == 1101 ? pieces[0] + pieces[1] : "what was there, and is longer");
+        EXPECT_EQ(server.Requests().back().target, "/Repository/Files/f1");
+        EXPECT_EQ(server.Requests().back().Header("Accept"), "application/octet-stream");
     }
-}
-
-TEST(RepositoryProxy, EndOfTheProxyEndsItsDownloads) {
-    const TempFolder folder;
-    ScriptedServer server;
-    auto& running = server.On("/Repository/Files/running");
-    running.Head(200, {{"Content-Length", "9"}}).Send("abc").Wait("go");
-    server.On("/Repository/Files/unanswered").Wait("go").Reply(200, {}, "file");
-    server.On("/Repository/Files/done").Reply(200, {}, "file");
-    WebRequestFactory factory;
-    auto proxy = std::make_unique<CRepositoryProxy>(&factory);
-    const auto start = [&](const wchar_t* id) {
-        return std::unique_ptr<IDownloadFileResponse>(
-            proxy->DownloadFile(server.Url(""), id, folder.Path(id)));
-    };
-    const auto begun = start(L"running"), waiting = start(L"unanswered"), done = start(L"done");
-    ASSERT_TRUE(server.AwaitRequests(3));
-    ASSERT_TRUE(AwaitComplete(*done));
-    proxy.reset();
-    server.Open("go");
-    EXPECT_EQ(ReadFile(folder.Path(L"done")), "file");
-    EXPECT_FALSE(begun->IsComplete() || waiting->IsComplete());
-    EXPECT_EQ(ReadFile(folder.Path(L"running")), "(unreadable)");
 }
 
 TEST(RepositoryProxy, DownloadsManyFilesAtOnce) {

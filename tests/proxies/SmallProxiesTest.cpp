@@ -62,7 +62,9 @@ TEST(SmallProxies, CallsOnTheWireAndTheirReplies) {
              Case{Templates, types, 200, "<Item><Name>a &amp;amp; b</Name></Item><Item/>", 1101,
                   L"a & b||||||;||||||;"},
              Case{Templates, types, 0, "", 1102, L""},
-             Case{Versions, versions, 200, "<Version>7</Version>", 1101, L"7"},
+             Case{Versions, versions, 200,
+                  "<Version>7</Version><Client><Version>8.1</Version><Version/></Client>", 1101,
+                  L"7|8.1|"},
              Case{Versions, versions, 0, "", 1102, L""},
          }) {
         SCOPED_TRACE(test.target);

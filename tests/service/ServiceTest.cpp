@@ -1,5 +1,6 @@
 #include "service/ReferenceService.h"
-#include "service/Text.h"
+
+#include "base/Hex.h"
 #include "tests/service/HttpClient.h"
 
 #include <boost/algorithm/string/replace.hpp>
@@ -115,7 +116,7 @@ protected:
             for (const auto& [entity, character] :
                  {std::pair("&lt;", "<"), {"&gt;", ">"}, {"&quot;", "\""}, {"&amp;", "&"}})
                 boost::replace_all(value, entity, character);
-            form += "&" + field + "=" + service::PercentEncode(value);
+            form += "&" + field + "=" + base::PercentEncode(value);
         }
         return {"POST", "/federation", form, formType};
     }

@@ -1,9 +1,9 @@
 #include "tests/support/ScriptedServer.h"
 
+#include "base/Ascii.h"
+
 #include <utility>
 
-#include <boost/algorithm/string/predicate.hpp>
-#include <boost/algorithm/string/trim.hpp>
 #include <boost/asio.hpp>
 
 #include <algorithm>
@@ -33,8 +33,9 @@ void ParseHead(ScriptedServer::Request& request) {
     std::getline(lines, line);
     while (std::getline(lines, line) && line != "\r") {
         const auto colon = line.find(':');
-        request.headers.emplace_back(line.substr(0, colon),
-                                     boost::trim_copy(line.substr(colon + 1)));
+        request.headers.emplace_back(
+            line.substr(0, colon),
+            base::Trim<char>(std::string_view(line).substr(colon + 1), " \t\r"));
     }
 }
 
@@ -49,7 +50,7 @@ std::string HeadText(int status, const ScriptedServer::Headers& headers) {
 /// What finds the headers of a name, in any letter case.
 auto Named(std::string_view name) {
     return [name](const auto& header) {
-        return boost::iequals(header.first, name);
+        return base::EqualsIgnoreCase(header.first, name);
     };
 }
 

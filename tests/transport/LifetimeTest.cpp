@@ -1,24 +1,27 @@
 #include "brevint/brevint.h"
-#include "requests/DownloadFileRequestInfo.h"
+#include "tests/library/Helpers.h"
+#include "tests/support/AwaitComplete.h"
 #include "tests/support/ScriptedServer.h"
+#include "tests/support/TempFolder.h"
 #include "tests/transport/RecordingResponse.h"
+#include "transport/RequestContext.h"
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <memory>
 #include <semaphore>
+#include <thread>
 
 namespace brevint::test {
 namespace {
 
-/// How far an exchange has come when its request is destroyed.
+/// How far an exchange has come when it is given up.
 enum class Phase { justSent, beforeHead, afterHead, inBody, inLastChunk, inFilling, complete };
 
 /// Scripts a reply that stops at the gate in that phase.
 void ScriptReply(ScriptedServer::Script& script, Phase phase, bool chunked,
                  const std::string& gate) {
-    const auto body = ScriptedServer::Pattern(250'000);
+    static const auto body = ScriptedServer::Pattern(250'000);
     const auto stopIn = [&](Phase here) {
         if (phase == here) {
             script.Wait(gate);
@@ -42,56 +45,121 @@ void ScriptReply(ScriptedServer::Script& script, Phase phase, bool chunked,
     }
 }
 
-TEST(Lifetime, RequestProxyAndFactoryMayBeDestroyedAtAnyMoment) {
-    constexpr int kRounds = 1008; // 36 of each phase, each kind of reply and each kind of owner
+/// A response of an application's own goes after its request.
+TEST(Lifetime, RequestMayBeDestroyedAtAnyMoment) {
+    constexpr int kRounds = 504; // 36 of each phase and each kind of reply
     ScriptedServer server;
     std::counting_semaphore<> filled(0); // those that are waited for
     for (int round = 0; round < kRounds; ++round) {
         const auto phase = static_cast<Phase>(round % 7);
-        const bool chunked = round / 7 % 2 == 1;
         const auto name = std::to_string(round);
-        ScriptReply(server.On("/Repository/Files/" + name), phase, chunked, name);
-
+        ScriptReply(server.On('/' + name), phase, round / 7 % 2 == 1, name);
+        auto request =
+            std::make_unique<WebRequest>(server.Url('/' + name).c_str(), WebRequestTypeGet);
         auto response = std::make_unique<RecordingResponse>();
-        // A request, or a repository proxy, whose factory goes at the same moment.
-        auto factory = std::make_unique<CProxyFactory>();
-        std::shared_ptr<void> owner;
-        const auto destroyed = std::make_shared<std::atomic<bool>>(false);
-        response->onFilled = [&, phase, destroyed] {
-            EXPECT_FALSE(*destroyed) << "filled after the request's end";
+        response->onFilled = [&, phase] {
             if (phase == Phase::inFilling) {
-                factory.reset();
-                owner.reset();
+                request.reset();
             }
             if (phase >= Phase::inFilling) {
                 filled.release();
             }
         };
-        CDownloadFileRequestInfo info(server.Url(""), std::wstring(name.begin(), name.end()));
-        if (round / 14 % 2 == 0) {
-            const auto request = new WebRequest;
-            owner.reset(request);
-            request->SendRequestAsync(&info, response.get());
-        } else {
-            void* object = nullptr;
-            ASSERT_EQ(factory->Create(IID_IRepositoryProxy, &object), 1);
-            const auto proxy =
-                dynamic_cast<CRepositoryProxy*>(static_cast<IRepositoryProxy*>(object));
-            owner.reset(proxy);
-            proxy->MakeRequestAsync(&info, response.get());
-        }
+        request->SendRequestAsync(response.get());
         if (phase >= Phase::inFilling) {
             ASSERT_TRUE(filled.try_acquire_for(std::chrono::minutes(1)));
-            EXPECT_EQ(owner == nullptr, phase == Phase::inFilling);
         } else if (phase != Phase::justSent) {
             ASSERT_TRUE(server.AwaitArrivalAt(name));
         }
-        factory.reset();
-        owner.reset();
-        *destroyed = true;
-        response.reset();
+        request.reset();
+        const int fillings = response->Fillings();
         server.Open(name); // the platform goes on with what it was doing
+        EXPECT_EQ(response->Fillings(), fillings);
     }
+}
+
+/// The response, the proxy with its request, and the factory.
+TEST(Lifetime, DownloadMayBeGivenUpInAnyOrder) {
+    constexpr int kRounds = 672; // 16 of each phase, each kind of reply and each order
+    const TempFolder folder;
+    ScriptedServer server;
+    for (int round = 0; round < kRounds; ++round) {
+        const auto phase = static_cast<Phase>(round % 7);
+        const int order = round / 14 % 3;
+        const auto name = std::to_string(round);
+        const std::wstring id(name.begin(), name.end());
+        ScriptReply(server.On("/Repository/Files/" + name), phase, round / 7 % 2 == 1, name);
+        auto factory = std::make_unique<WebRequestFactory>();
+        auto proxy = std::make_unique<CRepositoryProxy>(factory.get());
+        std::unique_ptr<IDownloadFileResponse> response(
+            proxy->DownloadFile(server.Url(""), id, folder.Path(id)));
+        if (phase == Phase::complete) {
+            ASSERT_TRUE(AwaitComplete(*response));
+        } else if (phase == Phase::inFilling) {
+            while (!response->IsComplete() && !std::filesystem::exists(FilePath(folder.Path(id)))) {
+                std::this_thread::yield();
+            }
+        } else if (phase != Phase::justSent) {
+            ASSERT_TRUE(server.AwaitArrivalAt(name));
+        }
+        if (order == 0) {
+            response.reset();
+            proxy.reset();
+        } else if (order == 1) {
+            proxy.reset();
+            const bool isComplete = response->IsComplete();
+            server.Open(name);
+            EXPECT_EQ(isComplete, response->GetErrorCode() != 1100);
+            const auto& bytes = response->GetServerResponse();
+            EXPECT_EQ(response->GetSucceeded(),
+                      ReadFile(folder.Path(id)) == std::string(bytes.begin(), bytes.end()));
+        } else {
+            const std::jthread other([&] { response.reset(); });
+            proxy.reset();
+        }
+        factory.reset();
+        server.Open(name);
+    }
+}
+
+/// A download that calls back when its destination has been opened.
+class WatchedDownload : public CDownloadFileResponse {
+public:
+    std::function<void(RequestContext&)> onOpened;
+
+    void Attach(std::shared_ptr<RequestContext> exchange) override {
+        m_exchange = exchange;
+        CDownloadFileResponse::Attach(std::move(exchange));
+    }
+    const std::vector<char>& GetServerResponse() const override {
+        if (ReadFile(GetFileDestination()).empty()) {
+            onOpened(*m_exchange);
+        }
+        return CDownloadFileResponse::GetServerResponse();
+    }
+
+private:
+    std::shared_ptr<RequestContext> m_exchange;
+};
+
+TEST(Lifetime, WriteOfAFileIsNotWaitedForToItsEnd) {
+    const TempFolder folder;
+    ScriptedServer server;
+    server.On("*").Reply(200, {}, ScriptedServer::Pattern(3'000'000));
+    auto request = std::make_unique<WebRequest>(server.Url("/").c_str(), WebRequestTypeGet);
+    WatchedDownload response;
+    response.SetFileDestination(WriteFile(folder.Path(L"file"), "before"));
+    std::jthread other;
+    response.onOpened = [&](RequestContext& exchange) {
+        other = std::jthread([&] { request.reset(); });
+        while (!exchange.IsWaitedFor()) {
+            std::this_thread::yield();
+        }
+    };
+    request->SendRequestAsync(&response);
+    ASSERT_TRUE(AwaitComplete(response));
+    EXPECT_EQ(response.GetErrorCode(), 1302);
+    EXPECT_EQ(ReadFile(folder.Path(L"file")), "");
 }
 
 } // namespace

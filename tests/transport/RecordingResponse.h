@@ -3,36 +3,27 @@
 #include "brevint/IResponse.h"
 
 #include <atomic>
-#include <chrono>
 #include <functional>
-#include <semaphore>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace brevint::test {
 
-/// A response that keeps what it is filled with, and tells how often and on which thread.
+/// A response that keeps what it is filled with, and tells how often.
 class RecordingResponse : public IResponse {
 public:
     /// Called last in every filling, on the thread that fills. It may end the life of this object.
     std::function<void()> onFilled;
 
-    /// Blocks until the response has been filled. False after a minute.
-    bool AwaitFilled() { return m_filled.try_acquire_for(std::chrono::minutes(1)); }
-
     int Fillings() const { return m_fillings; }
 
-    // What the last filling brought; to be asked after it.
+    /// What the last filling brought; to be asked after it.
     std::string Bytes() const { return {m_bytes.begin(), m_bytes.end()}; }
-    std::thread::id Thread() const { return m_thread; }
 
     void SetServerResponse(const std::vector<char>& bytes, unsigned long status) override {
         m_bytes = bytes;
         m_status = status;
-        m_thread = std::this_thread::get_id();
         ++m_fillings;
-        m_filled.release();
         if (const auto last = onFilled) {
             last();
         }
@@ -49,11 +40,9 @@ public:
     double GetErrorCode() const override { return 0; }
 
 private:
-    std::counting_semaphore<> m_filled{0};
     std::atomic<int> m_fillings = 0;
     std::vector<char> m_bytes;
     unsigned long m_status = 0;
-    std::thread::id m_thread;
 };
 
 } // namespace brevint::test

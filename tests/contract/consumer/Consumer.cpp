@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <iostream>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace {
@@ -16,6 +17,36 @@ void Require(bool holds, const char* what) {
 
 std::vector<char> Bytes(const char* text) {
     return std::vector<char>(text, text + std::char_traits<char>::length(text));
+}
+
+/// A response of the application's own: it knows one message more, and reads an element of its own.
+class MyPathResponse : public CPathResponse {
+public:
+    MyPathResponse() {
+        const ErrorRow rows[] = {{L"quota exceeded.", 1999}, {L"requested item not found.", 1998}};
+        AddExactMessages(rows);
+        const ErrorRow beginnings[] = {{L"quota of ", 1997}};
+        AddMessagePrefixes(beginnings);
+    }
+
+    void ParseServerResponse() override {
+        CPathResponse::ParseServerResponse();
+        isXml = ParseReply() != nullptr;
+        if (isXml) {
+            CBaseResponse::ParseServerResponse();
+        }
+    }
+
+    bool isXml = false;
+};
+
+double CodeOf(const char* message) {
+    MyPathResponse response;
+    const std::string text = message;
+    response.SetServerResponse(
+        Bytes(("<ResponseData><Message>" + text + "</Message></ResponseData>").c_str()), 404);
+    Require(response.isXml, "a class of the application's own parses");
+    return response.GetErrorCode();
 }
 
 } // namespace
@@ -50,6 +81,13 @@ int main() {
     Require(items.size() == 1, "a listing has its items");
     const std::unique_ptr<CFolderItem> item(items.front());
     Require(item->GetName() == L"\u00DC", "names are wide text");
+
+    Require(CodeOf("Quota exceeded.") == 1999, "a row is added");
+    Require(CodeOf("Quota of 5 GB is used up") == 1997, "a beginning is added");
+    Require(CodeOf("Requested item not found.") == ErrorCode::PathItemNotFound,
+            "a row that is there stays as it is");
+    Require(CodeOf("Authorization failed.") == ErrorCode::AuthorizationFailed,
+            "the other rows are kept");
 
     const std::unique_ptr<IRequest> request(requests.Create());
     std::vector<char> nothing;

@@ -1,9 +1,11 @@
 #include "brevint/DownloadFileResponse.h"
 #include "brevint/ErrorCodes.h"
+#include "brevint/LocalResponse.h"
 #include "requests/UploadFileRequestInfo.h"
 #include "support/Files.h"
 
 #include "tests/library/Helpers.h"
+#include "tests/support/Environment.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -107,6 +109,14 @@ TEST(SpecialFiles, ThatShrinkOrGrowWhileTheyAreReadAreSentInTheSizeTheyHad) {
         content.resize(size);
         EXPECT_NE(Upload(path).find("\r\n\r\n" + content + "\r\n--"), std::string::npos);
     }
+}
+
+TEST(SpecialFiles, ThatEndTooEarlyAreNoStoredReply) {
+    const TempFolder folder;
+    std::filesystem::create_symlink("/sys/devices/system/cpu/online", folder.Folder() / "Stored");
+    SetVariable("BREVINT_LOCAL_RESPONSES", folder.Folder().string());
+    EXPECT_EQ(CLocalResponse(L"Stored").GetErrorCode(), 1102);
+    ClearVariable("BREVINT_LOCAL_RESPONSES");
 }
 
 /// Takes this process's privileges away, if it has any, as long as it lives.

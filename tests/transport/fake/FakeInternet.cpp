@@ -1,7 +1,5 @@
 #include "tests/transport/fake/FakeInternet.h"
 
-#include "transport/RequestContext.h"
-
 #include <algorithm>
 #include <sstream>
 #include <string_view>
@@ -72,8 +70,11 @@ BOOL FakeInternet::Begin(const Step& step, LPVOID buffer, LPDWORD count) {
     if (step.how == How::fails) {
         return Failure(ERROR_GEN_FAILURE);
     }
-    if (step.how == How::atOnce) {
+    if (step.how == How::atOnce || step.how == How::toldTwice) {
         begun.Deliver();
+        if (step.how == How::toldTwice) {
+            pending_ = Pending{step, nullptr, nullptr};
+        }
         // It means nothing after TRUE, so it says what misleads: a read that pends, a failed send.
         SetLastError(count ? ERROR_IO_PENDING : ERROR_GEN_FAILURE);
         return TRUE;
@@ -113,8 +114,8 @@ void SetLastError(DWORD error) noexcept {
 
 HINTERNET InternetOpenW(LPCWSTR agent, DWORD accessType, LPCWSTR proxy, LPCWSTR proxyBypass,
                         DWORD flags) noexcept {
-    const auto& fake = Called("open", agent, accessType, proxy, proxyBypass, Hex(flags));
-    return fake.sessionOpens ? &g_session : nullptr;
+    Called("open", agent, accessType, proxy, proxyBypass, Hex(flags));
+    return &g_session;
 }
 
 BOOL InternetSetOptionA(HINTERNET handle, DWORD option, LPVOID buffer, DWORD length) noexcept {
@@ -129,13 +130,9 @@ INTERNET_STATUS_CALLBACK InternetSetStatusCallback(HINTERNET handle,
 }
 
 BOOL InternetCrackUrlW(LPCWSTR url, DWORD length, DWORD flags, LPURL_COMPONENTSW parts) noexcept {
-    const auto& fake =
-        Called("crack", url, length, flags, parts->dwHostNameLength, parts->dwUrlPathLength);
-    if (!fake.urlCracks) {
-        return Failure(ERROR_INTERNET_INVALID_URL);
-    }
-    parts->nScheme = fake.scheme;
-    parts->nPort = fake.port;
+    parts->nScheme =
+        Called("crack", url, length, flags, parts->dwHostNameLength, parts->dwUrlPathLength).scheme;
+    parts->nPort = 80;
     const auto store = [](std::wstring_view text, LPWSTR buffer, DWORD& capacity) {
         *std::copy(text.begin(), text.end(), buffer) = L'\0';
         capacity = static_cast<DWORD>(text.size());
@@ -148,9 +145,8 @@ BOOL InternetCrackUrlW(LPCWSTR url, DWORD length, DWORD flags, LPURL_COMPONENTSW
 HINTERNET InternetConnectW(HINTERNET session, LPCWSTR server, INTERNET_PORT port, LPCWSTR user,
                            LPCWSTR password, DWORD service, DWORD flags,
                            DWORD_PTR context) noexcept {
-    const auto& fake =
-        Called("connect", session, server, port, user, password, service, flags, context);
-    return fake.connects ? &g_connection : nullptr;
+    Called("connect", session, server, port, user, password, service, flags, context);
+    return &g_connection;
 }
 
 HINTERNET HttpOpenRequestW(HINTERNET connection, LPCWSTR verb, LPCWSTR objectName, LPCWSTR version,
@@ -163,7 +159,7 @@ HINTERNET HttpOpenRequestW(HINTERNET connection, LPCWSTR verb, LPCWSTR objectNam
     Called("request", connection, verb, objectName, version, referrer, accepted, Hex(flags),
            std::string(context ? "context" : "none"))
         .context = context;
-    return connection ? &g_request : nullptr;
+    return &g_request;
 }
 
 BOOL HttpSendRequestW(HINTERNET request, LPCWSTR headers, DWORD headersLength, LPVOID body,
@@ -171,15 +167,11 @@ BOOL HttpSendRequestW(HINTERNET request, LPCWSTR headers, DWORD headersLength, L
     const std::string bytes(body ? static_cast<char*>(body) : "null", body ? bodyLength : 4);
     auto& fake =
         Called("send", request, std::wstring(headers, headersLength).c_str(), bytes, bodyLength);
-    return request ? fake.Begin(fake.send, nullptr, nullptr)
-                   : Failure(ERROR_INTERNET_INCORRECT_HANDLE_TYPE);
+    return fake.Begin(fake.send, nullptr, nullptr);
 }
 
 BOOL InternetReadFile(HINTERNET request, LPVOID buffer, DWORD size, LPDWORD read) noexcept {
-    // The state says what the completion will find, so it is due before the call.
-    const auto* context = reinterpret_cast<const RequestContext*>(FakeInternet::current->context);
-    auto& fake = Called("read", request, size, *read,
-                        context ? static_cast<DWORD>(context->state) : DWORD{0});
+    auto& fake = Called("read", request, size, *read);
     FakeInternet::Step step;
     if (!fake.reads.empty()) {
         step = fake.reads.front();
@@ -188,30 +180,19 @@ BOOL InternetReadFile(HINTERNET request, LPVOID buffer, DWORD size, LPDWORD read
     return fake.Begin(step, buffer, read);
 }
 
-BOOL HttpQueryInfoW(HINTERNET, DWORD infoLevel, LPVOID buffer, LPDWORD length, LPDWORD) noexcept {
+BOOL HttpQueryInfoW(HINTERNET request, DWORD infoLevel, LPVOID buffer, LPDWORD, LPDWORD) noexcept {
     auto& number = *static_cast<DWORD*>(buffer);
-    const auto& fake = Called("query", Hex(infoLevel), number, *length);
+    const auto& fake = *FakeInternet::current;
     const bool asksStatus = infoLevel == (HTTP_QUERY_STATUS_CODE | HTTP_QUERY_FLAG_NUMBER);
-    if (asksStatus ? fake.status == 0 : !fake.contentLength) {
+    if (!request || (asksStatus ? fake.status == 0 : !fake.contentLength)) {
         return Failure(ERROR_HTTP_HEADER_NOT_FOUND);
     }
     number = asksStatus ? fake.status : *fake.contentLength;
     return TRUE;
 }
 
-BOOL HttpQueryInfoA(HINTERNET, DWORD infoLevel, LPVOID buffer, LPDWORD length, LPDWORD) noexcept {
-    const auto& fake = Called("query", Hex(infoLevel), *length);
-    if (!fake.location) {
-        return Failure(ERROR_HTTP_HEADER_NOT_FOUND);
-    }
-    const auto needed = static_cast<DWORD>(fake.location->size()) + 1;
-    if (!buffer) {
-        *length = needed;
-        return Failure(ERROR_INSUFFICIENT_BUFFER);
-    }
-    std::copy_n(fake.location->c_str(), needed, static_cast<char*>(buffer));
-    *length = needed - 1;
-    return TRUE;
+BOOL HttpQueryInfoA(HINTERNET, DWORD, LPVOID, LPDWORD, LPDWORD) noexcept {
+    return Failure(ERROR_HTTP_HEADER_NOT_FOUND);
 }
 
 BOOL InternetCloseHandle(HINTERNET handle) noexcept {
@@ -222,12 +203,24 @@ BOOL InternetCloseHandle(HINTERNET handle) noexcept {
     return TRUE;
 }
 
-BOOL InternetGetCookieW(LPCWSTR url, LPCWSTR name, LPWSTR, LPDWORD size) noexcept {
-    Called("cookies", url, name, *size);
-    return FALSE;
+BOOL InternetGetCookieW(LPCWSTR, LPCWSTR, LPWSTR buffer, LPDWORD size) noexcept {
+    auto& jar = FakeInternet::current->cookies;
+    if (jar.empty()) {
+        return Failure(ERROR_NO_MORE_ITEMS);
+    }
+    const std::wstring text = jar.front();
+    jar.pop_front();
+    const bool fits = *size > text.size();
+    *size = static_cast<DWORD>((text.size() + 1) * (buffer && fits ? 1 : sizeof(wchar_t)));
+    if (buffer && !fits) {
+        return Failure(ERROR_INSUFFICIENT_BUFFER);
+    }
+    if (buffer) {
+        std::copy_n(text.c_str(), text.size() + 1, buffer);
+    }
+    return TRUE;
 }
 
-BOOL InternetSetCookieW(LPCWSTR url, LPCWSTR name, LPCWSTR data) noexcept {
-    Called("set cookie", url, name, data);
+BOOL InternetSetCookieW(LPCWSTR, LPCWSTR, LPCWSTR) noexcept {
     return FALSE;
 }

@@ -21,6 +21,7 @@ public:
         fails,         ///< FALSE with an error
         pends,         ///< FALSE, ERROR_IO_PENDING; ends when the test calls Complete
         endsInTheCall, ///< pends, and has ended on the calling thread before the call returns
+        toldTwice,     ///< TRUE, everything is there; and a completion comes when the test says so
     };
     struct Step {
         How how = How::atOnce;
@@ -32,15 +33,11 @@ public:
     FakeInternet(const FakeInternet&) = delete;
 
     // The script.
-    bool sessionOpens = true;
-    bool urlCracks = true;
-    bool connects = true;
     INTERNET_SCHEME scheme = INTERNET_SCHEME_HTTP;
-    INTERNET_PORT port = 80;
-    DWORD status = 200;                  ///< 0: the reply has none
-    std::optional<DWORD> contentLength;  ///< none: not announced
-    std::optional<std::string> location; ///< none: no such header
-    bool closingTellsAtOnce = true;      ///< whether closing the request brings its last callback
+    DWORD status = 200;                 ///< 0: the reply has none
+    std::optional<DWORD> contentLength; ///< none: not announced
+    std::deque<std::wstring> cookies;   ///< what the jar holds, from one call to the next
+    bool closingTellsAtOnce = true;     ///< whether closing the request brings its last callback
     Step send;
     std::deque<Step> reads; ///< one after the other; afterwards reads bring nothing at once
 
