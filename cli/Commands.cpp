@@ -41,6 +41,7 @@ constexpr CommandRow kCommands[] = {
      "A file that is there already is replaced, but only once the download is complete.\n",
      "brevint get /Projects/2026/Plan.xlsx\n"
      "brevint get /Projects/2026/Plan.xlsx -o Old.xlsx\n"
+     "brevint get /Projects/Notes.txt -o - | less\n"
      "brevint get /Projects/Notes.txt /Projects/Map.png -d Downloads\n",
      MakeGet},
     {"put", "Send new files into a folder", "",

@@ -16,10 +16,13 @@ struct RemoteFile {
     std::optional<std::uint64_t> size; ///< In bytes, as listed; nothing when that is not known.
 };
 
-/// Downloads a file to `target`, which is replaced in one step once all is there: whatever goes
-/// wrong, an old file stays as it was and nothing else is left behind. What has another size than
-/// listed counts as incomplete. Returns the number of bytes.
+/// Downloads a file to `target` as LocalFileWriter writes files: whatever goes wrong, an old file
+/// stays as it was and nothing else is left behind. A pipe or device gets nothing unless all has
+/// come. What has another size than listed counts as incomplete. Returns the number of bytes.
 std::uintmax_t Download(Context& context, const RemoteFile& file,
                         const std::filesystem::path& target);
+
+/// The same to standard output.
+std::uintmax_t DownloadToOutput(Context& context, const RemoteFile& file);
 
 } // namespace brevint::cli

@@ -17,11 +17,12 @@ struct Failure : std::exception {
     const char* what() const noexcept override { return summary.c_str(); }
 
     ExitCode exitCode;
-    std::string summary;     ///< What failed.
-    std::string hint;        ///< What to try; may be empty.
-    std::string serverWords; ///< The service's own message; may be empty.
-    int code = 0;            ///< The library's error code; 0 when no call was made.
-    std::string codeName;    ///< Its name in brevint/ErrorCodes.h.
+    std::string summary;             ///< What failed.
+    std::string hint;                ///< What to try; may be empty.
+    std::string serverWords;         ///< The service's or portal's own message; may be empty.
+    const char* speaker = "service"; ///< Whose message that is.
+    int code = 0;                    ///< The library's error code; 0 when no call was made.
+    std::string codeName;            ///< Its name in brevint/ErrorCodes.h.
 };
 
 /// The exception that is being handled, as a Failure. One that no command expects is thrown on.

@@ -15,7 +15,9 @@ ExitCode ForEachItem(Context& context, const std::vector<std::string>& items,
         ExitCode exitCode = ExitCode::Success;
         try {
             Outcome outcome = work(item);
-            context.Out().Line(outcome.line);
+            if (!outcome.line.empty()) {
+                context.Out().Line(outcome.line);
+            }
             document.update(outcome.document);
         } catch (...) {
             const Failure failure = CurrentFailure();

@@ -12,7 +12,7 @@ namespace brevint::cli {
 
 /// What came of one of several items.
 struct Outcome {
-    std::string line;        ///< For people.
+    std::string line;        ///< For people; may be empty.
     nlohmann::json document; ///< An object with further members for programs.
 };
 

@@ -61,7 +61,8 @@ void Output::Report(const Failure& failure) const {
     std::string text = Colour(Terminal::Stream::Error, kRed, "brevint:") + " " +
                        Neutralise(failure.summary) + "\n";
     if (!failure.serverWords.empty()) {
-        text += "  The service says: " + Neutralise(failure.serverWords) + "\n";
+        text += "  The " + std::string(failure.speaker) + " says: \"" +
+                Neutralise(failure.serverWords) + "\"\n";
     }
     if (failure.code != 0) {
         text += "  Code: " + std::to_string(failure.code) + " (" + failure.codeName + ")\n";
@@ -80,7 +81,7 @@ nlohmann::json ToJson(const Failure& failure) {
     nlohmann::json document = {{"message", failure.summary},
                                {"exitCode", static_cast<int>(failure.exitCode)}};
     if (!failure.serverWords.empty()) {
-        document["service"] = failure.serverWords;
+        document[failure.speaker] = failure.serverWords;
     }
     if (failure.code != 0) {
         document["code"] = failure.code;

@@ -5,8 +5,8 @@
 
 namespace brevint::cli {
 
-/// `text` (UTF-8) as it may be shown on a terminal: every character that could steer the terminal
-/// or turn the direction of writing becomes U+FFFD, line ends and tabs too.
+/// `text` (UTF-8) as it may be shown on a terminal: every character that could steer the terminal,
+/// turn the direction of writing or not be seen becomes U+FFFD, line ends and tabs too.
 std::string Neutralise(std::string_view text);
 
 /// A JSON document with those characters, as far as JSON lets them stand, as \u escapes.

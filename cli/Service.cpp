@@ -2,10 +2,10 @@
 
 #include "brevint/IIdentityProxy.h"
 #include "brevint/IRepositoryProxy.h"
-#include "brevint/ISignInProxy.h"
 #include "brevint/ISignOutProxy.h"
 #include "brevint/ITemplateProxy.h"
 #include "brevint/InternetCache.h"
+#include "cli/ServiceUrl.h"
 #include "cli/Utf8.h"
 
 #include <new>
@@ -36,16 +36,24 @@ std::unique_ptr<IRepositoryProxy> Service::Repository() {
     return Make<IRepositoryProxy>(IID_IRepositoryProxy);
 }
 
-std::unique_ptr<ISignInProxy> Service::SignIn() {
-    return Make<ISignInProxy>(IID_ISignInProxy);
-}
-
 std::unique_ptr<ISignOutProxy> Service::SignOut() {
     return Make<ISignOutProxy>(IID_ISignOutProxy);
 }
 
 std::unique_ptr<ITemplateProxy> Service::Templates() {
     return Make<ITemplateProxy>(IID_ITemplateProxy);
+}
+
+void ForgetCookies(const std::string& url) {
+    // Sign-in sets its cookies for the whole host, and the jar deletes for the folder that it is
+    // told.
+    CInternetCache jar;
+    for (const std::string& folder : FoldersOf(url)) {
+        const std::wstring address = ToWide(folder);
+        if (!jar.GetCookie(address.c_str()).empty()) {
+            jar.DeleteCookie(address.c_str());
+        }
+    }
 }
 
 } // namespace brevint::cli

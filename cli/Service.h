@@ -14,7 +14,6 @@
 
 class IIdentityProxy;
 class IRepositoryProxy;
-class ISignInProxy;
 class ISignOutProxy;
 class ITemplateProxy;
 
@@ -31,7 +30,6 @@ public:
 
     std::unique_ptr<IIdentityProxy> Identity();
     std::unique_ptr<IRepositoryProxy> Repository();
-    std::unique_ptr<ISignInProxy> SignIn();
     std::unique_ptr<ISignOutProxy> SignOut();
     std::unique_ptr<ITemplateProxy> Templates();
 
@@ -59,5 +57,10 @@ private:
     std::chrono::seconds timeout_;
     CProxyFactory factory_;
 };
+
+/// Takes every cookie out of the process's jar that requests to the service at that address could
+/// carry, whichever folder of its host it was set for. The address is one that CheckServiceUrl has
+/// returned.
+void ForgetCookies(const std::string& url);
 
 } // namespace brevint::cli

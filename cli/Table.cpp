@@ -3,10 +3,40 @@
 #include "cli/DisplayWidth.h"
 #include "cli/SafeText.h"
 
+#include <utf8.h>
+
 #include <algorithm>
 #include <utility>
 
 namespace brevint::cli {
+
+namespace {
+
+/// A name that a file can have fits, one that a service makes up to fill the memory does not.
+constexpr std::size_t kWidestCell = 255;
+
+/// The text, or as much of its beginning as a cell holds and "…".
+std::string Cut(const std::string& text) {
+    if (text.size() <= kWidestCell) {
+        return text; // no character has more columns than bytes
+    }
+    std::size_t width = 0;
+    auto cut = text.begin();
+    for (auto next = text.begin(); next != text.end();) {
+        const auto start = next;
+        utf8::next(next, text.end());
+        width += DisplayWidth(std::string(start, next));
+        if (width > kWidestCell) {
+            return std::string(text.begin(), cut) + "\u2026";
+        }
+        if (width < kWidestCell) {
+            cut = next;
+        }
+    }
+    return text;
+}
+
+} // namespace
 
 Table::Table(std::vector<Column> columns) : columns_(std::move(columns)) {
     std::vector<std::string> headings;
@@ -19,7 +49,7 @@ Table::Table(std::vector<Column> columns) : columns_(std::move(columns)) {
 void Table::AddRow(std::vector<std::string> cells) {
     cells.resize(columns_.size());
     for (std::string& cell : cells) {
-        cell = Neutralise(cell);
+        cell = Cut(Neutralise(cell));
     }
     rows_.push_back(std::move(cells));
 }

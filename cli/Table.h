@@ -5,7 +5,7 @@
 
 namespace brevint::cli {
 
-/// Text in columns, each as wide as its widest cell.
+/// Text in columns, each as wide as its widest cell. What is wider than 255 columns is cut.
 class Table {
 public:
     enum class Align { Left, Right };

@@ -1,28 +1,13 @@
 #include "cli/TemporaryFile.h"
 
-#include "base/Hex.h"
 #include "cli/Failure.h"
 #include "cli/Utf8.h"
-
-#include <random>
-#include <string>
+#include "support/LocalFileWriter.h"
 
 namespace brevint::cli {
 
-namespace {
-
-std::string RandomName() {
-    std::random_device random;
-    std::string name = ".brevint-";
-    for (int i = 0; i < 16; ++i) {
-        name += base::kHexDigits[random() % 16];
-    }
-    return name + ".part";
-}
-
-} // namespace
-
-TemporaryFile::TemporaryFile(const std::filesystem::path& folder) : path_(folder / RandomName()) {}
+TemporaryFile::TemporaryFile(const std::filesystem::path& folder)
+    : path_(folder / LocalFileWriter::PartName()) {}
 
 TemporaryFile::~TemporaryFile() {
     std::error_code ignored;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -30,11 +31,16 @@ bool HasColours(Stream stream);
 /// How many columns a line of the terminal has; 80 where that is not known.
 std::size_t Width(Stream stream);
 
-/// Writes all of `text`. Throws std::system_error when it cannot be written.
+/// Whether writing to that file would be writing to standard output, as with /dev/stdout.
+bool IsOutput(const std::filesystem::path& path);
+
+/// Writes all of `text`, byte for byte unless it goes to a console of Windows, which takes
+/// characters. Throws std::system_error when it cannot be written.
 void Write(Stream stream, std::string_view text);
 
-/// Reads one line from the terminal at standard input without showing it. Nothing when Ctrl-C or
-/// the end of input came instead; the terminal is as before in every case.
-std::optional<std::string> ReadHiddenLine();
+/// Writes `prompt` to standard error and reads one line from the terminal at standard input without
+/// showing it. Nothing when Ctrl-C or the end of input came instead. The terminal is as before in
+/// every case, also while the program is stopped; it asks again when it goes on.
+std::optional<std::string> ReadHiddenLine(const std::string& prompt);
 
 } // namespace brevint::cli::Terminal

@@ -1,8 +1,9 @@
 # The library, of the same sources for both targets.
 
 brevint_sources(BREVINT_SOURCES cookies proxies requests responses support transport)
-# It has a library of its own, which the platform layer uses too.
-list(REMOVE_ITEM BREVINT_SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/support/Utf8.cpp)
+# These have libraries of their own, which the platform layer and the programs use too.
+list(REMOVE_ITEM BREVINT_SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/support/Utf8.cpp
+                                 ${CMAKE_CURRENT_SOURCE_DIR}/support/LocalFileWriter.cpp)
 
 if(WIN32)
   configure_file(resources/Brevint.rc.in ${CMAKE_BINARY_DIR}/Brevint.rc @ONLY)

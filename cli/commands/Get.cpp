@@ -4,6 +4,7 @@
 #include "cli/Outcomes.h"
 #include "cli/SafeName.h"
 #include "cli/SizeText.h"
+#include "cli/Terminal.h"
 #include "cli/Utf8.h"
 
 #include <set>
@@ -16,7 +17,8 @@ class Get : public Command {
 public:
     void AddOptions(OptionList& options) override {
         options.Required("items", items_, kItemType, "Files, by identifier or path");
-        options.Optional("-o,--output", file_, kFileType, "File to write, for one item only");
+        options.Optional("-o,--output", file_, kFileType,
+                         "File to write, for one item only; \"-\" is standard output");
         options.Optional("-d,--directory", folder_, kFolderType,
                          "Folder to write to; the files are called as on the service");
         options.Exclude("--output", "--directory");
@@ -26,6 +28,12 @@ public:
         if (!file_.empty() && items_.size() > 1) {
             throw Failure(ExitCode::Usage, "-o takes one item only.",
                           "Use -d to name the folder for several.");
+        }
+        toOutput_ = file_ == "-" || (!file_.empty() && Terminal::IsOutput(ToPath(file_)));
+        if (toOutput_ && context.Out().IsJson()) {
+            throw Failure(ExitCode::Usage,
+                          "The file and the document of --json cannot both be standard output.",
+                          "Name a file with -o.");
         }
         return ForEachItem(context, items_,
                            [&](const std::string& item) { return GetOne(context, item); });
@@ -43,6 +51,10 @@ private:
             file.id = CheckIdentifier(item);
             path = file_.empty() ? AskPath(context.TheService(), file.id, item) : std::string();
             file.size = ListedSize(context, file.id, path);
+        }
+        if (toOutput_) {
+            DownloadToOutput(context, file);
+            return {{}, nlohmann::json::object()};
         }
         const std::filesystem::path target =
             file_.empty() ? (ToPath(folder_) / ToPath(LocalName(path))).lexically_normal()
@@ -88,6 +100,7 @@ private:
     std::vector<std::string> items_;
     std::string file_;
     std::string folder_ = ".";
+    bool toOutput_ = false;
     std::set<std::filesystem::path> written_;
 };
 

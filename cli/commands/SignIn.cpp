@@ -1,11 +1,13 @@
-#include "brevint/ISignInProxy.h"
 #include "brevint/InternetCache.h"
+#include "brevint/SignInProxy.h"
 #include "brevint/SignInResponse.h"
 #include "cli/Command.h"
 #include "cli/Failure.h"
+#include "cli/PrivateFile.h"
 #include "cli/SafeText.h"
 #include "cli/ServiceUrl.h"
 #include "cli/Session.h"
+#include "cli/SignInRequests.h"
 #include "cli/Terminal.h"
 #include "cli/Utf8.h"
 
@@ -19,8 +21,8 @@ namespace {
 
 std::string AskPassword(const std::string& user) {
     if (Terminal::IsTerminal(Terminal::Stream::Input)) {
-        Terminal::Write(Terminal::Stream::Error, "Password of " + Neutralise(user) + ": ");
-        const std::optional<std::string> password = Terminal::ReadHiddenLine();
+        const std::optional<std::string> password =
+            Terminal::ReadHiddenLine("Password of " + Neutralise(user) + ": ");
         Terminal::Write(Terminal::Stream::Error, "\n");
         if (!password) {
             throw Failure(ExitCode::Interrupted, "No password was given.");
@@ -38,23 +40,35 @@ std::string AskPassword(const std::string& user) {
     return password;
 }
 
-/// A session that outlived an earlier run in the platform's jar would stand in the way.
-void ClearCookies(const std::wstring& url) {
-    CInternetCache jar;
-    if (!jar.GetCookie(url.c_str()).empty()) {
-        jar.DeleteCookie(url.c_str());
-    }
-}
+/// What came of a sign-in.
+struct Attempt {
+    std::unique_ptr<SignInResponse> response;
+    SignInRequests requests;
+};
 
-[[noreturn]] void Fail(const std::string& url, const std::string& words) {
-    // A sign-in gives its reason as text alone. The library's own text about the connection is told
-    // from the portal's by the address in it.
-    if (words.find("(" + url + ")") != std::string::npos) {
-        throw Failure(ExitCode::NoConnection, words);
+[[noreturn]] void Fail(const std::string& url, const Attempt& attempt) {
+    const std::string words = ToUtf8(attempt.response->GetErrorMessage());
+    const std::string summary = "The sign-in to " + url + " failed.";
+    if (!attempt.requests.Refusal().empty()) {
+        throw Failure(ExitCode::Refused, summary + " " + attempt.requests.Refusal(),
+                      "Nothing was sent there. Ask the service's administrator.");
     }
-    Failure failure(ExitCode::NotAuthorised, "The sign-in to " + url + " failed.",
-                    "Check the user name and the password.");
-    failure.serverWords = words;
+    if (attempt.requests.EndedWithServicePage()) {
+        throw Failure(ExitCode::Refused, summary + " It answered without asking who you are.",
+                      "Check that the address is the service's own.");
+    }
+    if (!attempt.requests.EndedWithPortalPage()) {
+        throw Failure(ExitCode::NoConnection, words); // the library's own
+    }
+    Failure failure(ExitCode::NotAuthorised, summary, "Check the user name and the password.");
+    // Where the page gives no reason, or its form would leave https, the words are the library's.
+    // A portal can imitate them, so they are nobody's here.
+    if (words == "Failed to find expected error" || words.find("(" + url + ")") != words.npos) {
+        failure.summary += " The portal's answer cannot be used.";
+    } else {
+        failure.serverWords = words;
+        failure.speaker = "portal";
+    }
     throw failure;
 }
 
@@ -71,17 +85,30 @@ public:
                           "Give it with --url URL.");
         }
         Session session{CheckServiceUrl(settings.url, settings.insecureHttp), user_, {}};
+        CreatePrivateFolder(StateFolder()); // what is wrong with it shows before the sign-in
         const auto service = std::make_shared<Service>(session, context.Timeout());
-        ClearCookies(service->Url());
-        const auto response = service->Call(
+        // A session that outlived an earlier run in the platform's jar would stand in the way.
+        ForgetCookies(session.url);
+        const auto attempt = service->Call(
             "The sign-in to " + session.url + " failed.",
-            [user = ToWide(user_), password = ToWide(AskPassword(user_))](Service& at) {
-                return at.SignIn()->SignIn(at.Url().c_str(), user.c_str(), password.c_str());
+            [user = ToWide(user_), password = ToWide(AskPassword(user_)),
+             requests = SignInRequests(session.url, settings.insecureHttp)](Service& at) {
+                auto made = std::make_unique<Attempt>(Attempt{nullptr, requests});
+                made->response.reset(CSignInProxy(&made->requests)
+                                         .SignIn(at.Url().c_str(), user.c_str(), password.c_str()));
+                return made.release();
             });
-        if (!response->GetSucceeded()) {
-            Fail(session.url, ToUtf8(response->GetErrorMessage()));
+        if (!attempt->response->GetSucceeded()) {
+            Fail(session.url, *attempt);
         }
-        session.cookies = ToUtf8(response->GetCookie());
+        // Those that requests to the service itself will carry, whatever else was set on the way.
+        session.cookies = ToUtf8(CInternetCache().GetCookie((service->Url() + L"/").c_str()));
+        if (session.cookies.find("FedAuth1=") == std::string::npos) {
+            throw Failure(ExitCode::Refused,
+                          "The sign-in to " + session.url +
+                              " succeeded, but has left no session for that address.",
+                          "Check that the address is the service's own.");
+        }
         SaveSession(session);
         context.Out().Line("Signed in to " + session.url + " as " + user_ + ".");
         context.Out().Document({{"url", session.url}, {"user", user_}});

@@ -9,6 +9,11 @@ namespace brevint::cli {
 
 namespace {
 
+void Forget(const std::string& url) {
+    ForgetCookies(url);
+    ForgetSession();
+}
+
 class SignOut : public Command {
 public:
     void AddOptions(OptionList&) override {}
@@ -23,13 +28,13 @@ public:
                 "The session is forgotten here, but " + url + " was not told of it.",
                 [](Service& service) { return service.SignOut()->SignOut(service.Url()); });
         } catch (const Failure& failure) {
-            ForgetSession();
+            Forget(url);
             // A session that the service knows no more is over, as it should be.
             if (failure.exitCode != ExitCode::NotAuthorised) {
                 throw;
             }
         }
-        ForgetSession();
+        Forget(url);
         context.Out().Line("Signed out of " + url + ".");
         context.Out().Document({{"url", url}});
         return ExitCode::Success;

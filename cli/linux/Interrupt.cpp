@@ -19,6 +19,7 @@ constexpr std::array kSignals = {SIGINT, SIGTERM, SIGHUP};
 std::array<int, 2> requests = {-1, -1};
 int nesting = 0;
 std::array<struct sigaction, kSignals.size()> previous;
+struct sigaction previousPipe;
 
 void NoteRequest(int) {
     const int error = errno;
@@ -46,6 +47,8 @@ Interrupt::Interrupt() {
             sigaction(kSignals[i], &previous[i], nullptr);
         }
     }
+    action.sa_handler = SIG_IGN;
+    sigaction(SIGPIPE, &action, &previousPipe);
 }
 
 Interrupt::~Interrupt() {
@@ -55,6 +58,7 @@ Interrupt::~Interrupt() {
     for (std::size_t i = 0; i < kSignals.size(); ++i) {
         sigaction(kSignals[i], &previous[i], nullptr);
     }
+    sigaction(SIGPIPE, &previousPipe, nullptr);
 }
 
 bool Interrupt::Wait(std::chrono::milliseconds time) {

@@ -2,6 +2,7 @@
 
 #include "cli/Failure.h"
 #include "cli/Utf8.h"
+#include "support/linux/Descriptor.h"
 
 #include <array>
 #include <cerrno>
@@ -15,22 +16,6 @@ namespace brevint::cli {
 
 namespace {
 
-class Descriptor {
-public:
-    explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() {
-        if (descriptor_ >= 0) {
-            close(descriptor_);
-        }
-    }
-    int Get() const { return descriptor_; }
-
-private:
-    int descriptor_;
-};
-
 [[noreturn]] void Fail(const std::filesystem::path& path, const char* cannot) {
     const std::error_code reason(errno, std::generic_category());
     throw LocalFailure("\"" + PathToUtf8(path) + "\" cannot be " + cannot, reason);
@@ -41,6 +26,28 @@ std::filesystem::path FolderVariable(const char* name) {
     const char* const value = std::getenv(name);
     std::filesystem::path folder(value ? value : "");
     return folder.is_absolute() ? folder : std::filesystem::path();
+}
+
+/// Opens the folder, provided that nobody else can put files into it; invalid where there is none.
+Descriptor OpenPrivateFolder(const std::filesystem::path& folder) {
+    Descriptor opened(open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (!opened) {
+        if (errno == ENOENT || errno == ENOTDIR) {
+            return opened;
+        }
+        Fail(folder, "opened");
+    }
+    struct stat status = {};
+    if (fstat(opened.Get(), &status) != 0) {
+        Fail(folder, "read");
+    }
+    if (status.st_uid != geteuid() || (status.st_mode & (S_IWGRP | S_IWOTH)) != 0) {
+        throw Failure(ExitCode::LocalFile,
+                      "The folder \"" + PathToUtf8(folder) +
+                          "\" is not one of yours that nobody else may write to.",
+                      "Others may have put a session there: delete it, and sign in again.");
+    }
+    return opened;
 }
 
 } // namespace
@@ -64,12 +71,13 @@ void CreatePrivateFolder(const std::filesystem::path& folder) {
     if (mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST) {
         Fail(folder, "made");
     }
+    OpenPrivateFolder(folder);
 }
 
 void CreatePrivateFile(const std::filesystem::path& path, std::string_view content) {
     const Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
                                S_IRUSR | S_IWUSR));
-    if (file.Get() < 0) {
+    if (!file) {
         Fail(path, "made");
     }
     while (!content.empty()) {
@@ -86,9 +94,14 @@ void CreatePrivateFile(const std::filesystem::path& path, std::string_view conte
 }
 
 std::optional<std::string> ReadPrivateFile(const std::filesystem::path& path) {
-    const Descriptor file(open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-    if (file.Get() < 0) {
-        if (errno == ENOENT || errno == ENOTDIR) {
+    const Descriptor folder = OpenPrivateFolder(path.parent_path());
+    if (!folder) {
+        return std::nullopt;
+    }
+    const Descriptor file(openat(folder.Get(), path.filename().c_str(),
+                                 O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (!file) {
+        if (errno == ENOENT) {
             return std::nullopt;
         }
         Fail(path, "opened");

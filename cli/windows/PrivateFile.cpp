@@ -82,8 +82,8 @@ bool IsSystemAccount(PSID sid) {
            IsWellKnownSid(sid, WinBuiltinAdministratorsSid) != FALSE;
 }
 
-/// Whether the access list lets nobody read but the user.
-bool IsPrivate(PACL list, PSID user) {
+/// Whether the access list gives those rights to nobody but the user.
+bool IsPrivate(PACL list, PSID user, DWORD rights) {
     if (!list) {
         return false; // no list at all: everybody may do everything
     }
@@ -93,7 +93,8 @@ bool IsPrivate(PACL list, PSID user) {
             return false;
         }
         const auto* header = static_cast<const ACE_HEADER*>(entry);
-        if (header->AceType == ACCESS_DENIED_ACE_TYPE) {
+        if (header->AceType == ACCESS_DENIED_ACE_TYPE ||
+            (header->AceFlags & INHERIT_ONLY_ACE) != 0) {
             continue;
         }
         if (header->AceType != ACCESS_ALLOWED_ACE_TYPE) {
@@ -101,24 +102,51 @@ bool IsPrivate(PACL list, PSID user) {
         }
         auto* allowed = static_cast<ACCESS_ALLOWED_ACE*>(entry);
         PSID sid = &allowed->SidStart;
-        constexpr DWORD reading = FILE_READ_DATA | GENERIC_READ | GENERIC_ALL;
-        if ((allowed->Mask & reading) != 0 && !EqualSid(sid, user) && !IsSystemAccount(sid)) {
+        if ((allowed->Mask & (rights | GENERIC_ALL)) != 0 && !EqualSid(sid, user) &&
+            !IsSystemAccount(sid)) {
             return false;
         }
     }
     return true;
 }
 
-bool IsPrivate(HANDLE file) {
+/// Whether the file or folder is the user's and nobody else has those rights.
+bool IsPrivate(HANDLE file, DWORD rights) {
+    PSID owner = nullptr;
     PACL list = nullptr;
     PSECURITY_DESCRIPTOR descriptor = nullptr;
-    if (GetSecurityInfo(file, SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr, nullptr, &list,
-                        nullptr, &descriptor) != ERROR_SUCCESS) {
+    if (GetSecurityInfo(file, SE_FILE_OBJECT,
+                        OWNER_SECURITY_INFORMATION | DACL_SECURITY_INFORMATION, &owner, nullptr,
+                        &list, nullptr, &descriptor) != ERROR_SUCCESS) {
         return false;
     }
     const LocalPtr descriptorOwner(descriptor);
     std::vector<std::byte> user = CurrentUser();
-    return IsPrivate(list, Sid(user));
+    return (EqualSid(owner, Sid(user)) || IsSystemAccount(owner)) &&
+           IsPrivate(list, Sid(user), rights);
+}
+
+/// Opens the folder, provided that nobody else can put files into it; null where there is none.
+HandlePtr OpenPrivateFolder(const std::filesystem::path& folder) {
+    constexpr DWORD writing = FILE_ADD_FILE | FILE_ADD_SUBDIRECTORY | FILE_DELETE_CHILD |
+                              WRITE_DAC | WRITE_OWNER | GENERIC_WRITE;
+    const HANDLE opened = CreateFileW(folder.c_str(), READ_CONTROL,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                      nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (opened == INVALID_HANDLE_VALUE) {
+        if (GetLastError() == ERROR_FILE_NOT_FOUND || GetLastError() == ERROR_PATH_NOT_FOUND) {
+            return nullptr;
+        }
+        Fail(folder, "opened");
+    }
+    HandlePtr handle(opened);
+    if (!IsPrivate(handle.get(), writing)) {
+        throw Failure(ExitCode::LocalFile,
+                      "The folder \"" + PathToUtf8(folder) +
+                          "\" is not one of yours that nobody else may write to.",
+                      "Others may have put a session there: delete it, and sign in again.");
+    }
+    return handle;
 }
 
 } // namespace
@@ -140,6 +168,7 @@ void CreatePrivateFolder(const std::filesystem::path& folder) {
     if (!CreateDirectoryW(folder.c_str(), &attributes) && GetLastError() != ERROR_ALREADY_EXISTS) {
         Fail(folder, "made");
     }
+    OpenPrivateFolder(folder);
 }
 
 void CreatePrivateFile(const std::filesystem::path& path, std::string_view content) {
@@ -160,6 +189,10 @@ void CreatePrivateFile(const std::filesystem::path& path, std::string_view conte
 }
 
 std::optional<std::string> ReadPrivateFile(const std::filesystem::path& path) {
+    const HandlePtr folder = OpenPrivateFolder(path.parent_path());
+    if (!folder) {
+        return std::nullopt;
+    }
     const HANDLE opened =
         CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -170,7 +203,7 @@ std::optional<std::string> ReadPrivateFile(const std::filesystem::path& path) {
         Fail(path, "opened");
     }
     const HandlePtr file(opened);
-    if (!IsPrivate(file.get())) {
+    if (!IsPrivate(file.get(), FILE_READ_DATA | GENERIC_READ)) {
         throw Failure(ExitCode::LocalFile,
                       "\"" + PathToUtf8(path) + "\" is not a file that nobody but you may read.",
                       "Others may know the session that it holds: delete it and sign in again.");

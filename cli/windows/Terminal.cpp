@@ -83,6 +83,10 @@ std::size_t Width(Stream stream) {
     return known ? static_cast<std::size_t>(info.dwSize.X) : 80;
 }
 
+bool IsOutput(const std::filesystem::path&) {
+    return false; // no file name stands for it
+}
+
 void Write(Stream stream, std::string_view text) {
     // A console takes UTF-16, whatever its code page; everything else is given UTF-8.
     if (IsTerminal(stream)) {
@@ -109,10 +113,11 @@ void Write(Stream stream, std::string_view text) {
     }
 }
 
-std::optional<std::string> ReadHiddenLine() {
+std::optional<std::string> ReadHiddenLine(const std::string& prompt) {
     // Ctrl-C breaks off the read below, with nothing read.
     Interrupt interrupt;
     const EchoOff echoOff;
+    Write(Stream::Error, prompt);
     std::wstring line;
     for (;;) {
         wchar_t buffer[256];

@@ -12,8 +12,10 @@
 
 namespace {
 
+// Only files can be read-only: what a folder's missing permission stands for is no attribute of the
+// folder on Windows, and devices and links are not protected by it there.
 bool IsReadOnly(const struct stat& file) {
-    return (file.st_mode & S_IWUSR) == 0;
+    return S_ISREG(file.st_mode) && (file.st_mode & S_IWUSR) == 0;
 }
 
 DWORD ErrorFromErrno() {
@@ -46,19 +48,20 @@ int OpenFlags(std::string_view mode) {
     }
 }
 
-// Opens with O_NONBLOCK, so that a pipe without a peer fails instead of blocking, and gives the
+// Opens with O_NONBLOCK, so that what has become a pipe meanwhile does not block, and gives the
 // descriptor back in blocking mode.
 int OpenDescriptor(const char* path, int flags) {
     struct stat file {};
     if (stat(path, &file) == 0) {
-        const bool reads = (flags & O_ACCMODE) != O_WRONLY;
         const bool writes = (flags & O_ACCMODE) != O_RDONLY;
-        if ((reads && !S_ISREG(file.st_mode)) || (writes && IsReadOnly(file))) {
+        const bool usable =
+            writes ? !S_ISFIFO(file.st_mode) && !IsReadOnly(file) : S_ISREG(file.st_mode);
+        if (!usable) {
             errno = EACCES;
             return -1;
         }
     }
-    const int descriptor = open(path, flags | O_NONBLOCK | O_CLOEXEC, 0666);
+    const int descriptor = open(path, flags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0666);
     if (descriptor >= 0) {
         fcntl(descriptor, F_SETFL, fcntl(descriptor, F_GETFL) & ~O_NONBLOCK);
     }
@@ -109,7 +112,7 @@ BOOL DeleteFileW(LPCWSTR name) noexcept try {
     if (lstat(path.c_str(), &file) != 0) {
         return Fail(ErrorFromErrno());
     }
-    if (S_ISDIR(file.st_mode) || (S_ISREG(file.st_mode) && IsReadOnly(file))) {
+    if (S_ISDIR(file.st_mode) || IsReadOnly(file)) {
         return Fail(ERROR_ACCESS_DENIED);
     }
     return unlink(path.c_str()) == 0 ? TRUE : Fail(ErrorFromErrno());
@@ -119,7 +122,7 @@ BOOL DeleteFileW(LPCWSTR name) noexcept try {
 
 DWORD GetFileAttributesW(LPCWSTR name) noexcept try {
     struct stat file {};
-    if (name == nullptr || stat(Utf8::ToNarrow(name).c_str(), &file) != 0) {
+    if (name == nullptr || lstat(Utf8::ToNarrow(name).c_str(), &file) != 0) {
         SetLastError(name == nullptr ? ERROR_INVALID_PARAMETER : ErrorFromErrno());
         return INVALID_FILE_ATTRIBUTES;
     }
@@ -137,13 +140,17 @@ BOOL SetFileAttributesW(LPCWSTR name, DWORD attributes) noexcept try {
     }
     const std::string path = Utf8::ToNarrow(name);
     struct stat file {};
-    if (stat(path.c_str(), &file) != 0) {
+    if (lstat(path.c_str(), &file) != 0) {
         return Fail(ErrorFromErrno());
+    }
+    if (!S_ISREG(file.st_mode)) {
+        return TRUE;
     }
     constexpr mode_t kWrite = S_IWUSR | S_IWGRP | S_IWOTH;
     const bool readOnly = (attributes & FILE_ATTRIBUTE_READONLY) != 0;
     const mode_t mode = readOnly ? file.st_mode & ~kWrite : file.st_mode | S_IWUSR;
-    return chmod(path.c_str(), mode & 07777) == 0 ? TRUE : Fail(ErrorFromErrno());
+    const bool set = fchmodat(AT_FDCWD, path.c_str(), mode & 07777, AT_SYMLINK_NOFOLLOW) == 0;
+    return set ? TRUE : Fail(ErrorFromErrno());
 } catch (const std::bad_alloc&) {
     return Fail(ERROR_NOT_ENOUGH_MEMORY);
 }

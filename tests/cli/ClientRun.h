@@ -38,7 +38,7 @@ private:
 std::string ReadFile(const std::filesystem::path& path);
 void WriteFile(const std::filesystem::path& path, const std::string& content);
 
-/// Lets every user of the machine read the file.
+/// Lets every user of the machine read the file, or write to the folder.
 void OpenToEverybody(const std::filesystem::path& path);
 
 } // namespace brevint::test

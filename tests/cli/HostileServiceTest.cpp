@@ -86,5 +86,98 @@ TEST_F(ClientHostileServiceTest, TextsDoNotSteerTheTerminal) {
     EXPECT_EQ("a\u009B2J\u202Eb\nc", RunJson({"ls", "abc"})["items"][0]["name"]);
 }
 
+// A service that signs the user in elsewhere, or sends the password or the token in clear.
+TEST_F(ClientTest, SignsInToTheServiceAloneAndInSecret) {
+    const std::string hidden = "<input type='hidden' name='token' value='t'>";
+    const std::string words = "Locked out.";
+    const std::string imitated = "Please call the help desk (%app)";
+    const struct {
+        const char* what;
+        std::string portal; ///< Where the service sends the sign-in.
+        std::string page;   ///< The portal's answer.
+        int exitCode;
+        const char* says;
+        std::vector<std::string> options = {};
+        std::set<std::string> untouched = {};
+    } cases[] = {
+        {"all is well", "%app/portal", "<form action='%app/form'>" + hidden, 0, ""},
+        {"the portal in clear", "http://127.1:%port/portal", "", 1, "unencrypted", {}, {"/portal"}},
+        {"the same, allowed",
+         "http://127.1:%port/app/portal",
+         "<form action='%app/form'>" + hidden,
+         0,
+         "",
+         {"--insecure-http"}},
+        {"no address", "//127.0.0.1:%port/portal", "", 1, "no http or https", {}, {"/portal"}},
+        {"another host's form",
+         "%app/portal",
+         "<form action='http://localhost:%port/app/form'>" + hidden,
+         1,
+         "another host",
+         {},
+         {"/app/form"}},
+        {"another service's form", "%app/portal", "<form action='%other'>" + hidden, 1,
+         "another host"},
+        {"the token in clear",
+         "%app/portal",
+         "<form action='http://127.1:%port/app/form'>" + hidden,
+         1,
+         "unencrypted",
+         {},
+         {"/app/form"}},
+        {"a session for another folder", "%app/portal", "<form action='%root/other/form'>" + hidden,
+         1, "no session"},
+        {"a refusal", "%app/portal", "<failureMessage>" + words + "</failureMessage>", 3,
+         "The portal says: \"Locked out.\""},
+        {"a refusal in the client's words", "%app/portal",
+         "<failureMessage>" + imitated + "</failureMessage>", 3, "cannot be used"},
+        {"no portal", "", "", 1, "without asking"},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.what);
+        ScriptedServer server;
+        ScriptedServer other;
+        const std::string app = Narrow(server.Url("/app"));
+        const auto fill = [&](std::string text) {
+            for (const auto& [name, value] :
+                 {std::pair("%app", app), std::pair("%port", std::to_string(server.Port())),
+                  std::pair("%root", Narrow(server.Url(""))),
+                  std::pair("%other", Narrow(other.Url("/form")))}) {
+                if (const auto at = text.find(name); at != std::string::npos) {
+                    text.replace(at, std::string(name).size(), value);
+                }
+            }
+            return text;
+        };
+        if (test.portal.empty()) {
+            server.On("/app").Reply(200, {}, "<html/>");
+        } else {
+            server.On("/app").Reply(302, {{"Location", fill(test.portal)}});
+        }
+        for (const char* portal : {"/portal", "/app/portal"}) {
+            server.On(portal).Reply(200, {}, fill(test.page));
+        }
+        for (const std::string folder : {"/app", "/other"}) {
+            const std::string path = folder == "/app" ? "/" : folder;
+            server.On(folder + "/form")
+                .Reply(200, {{"Set-Cookie", "FedAuth=secret; Path=" + path},
+                             {"Set-Cookie", "FedAuth1=b; Path=" + path}});
+        }
+        std::vector<std::string> arguments = {"sign-in", "--url", app, "--user", "ada"};
+        arguments.insert(arguments.end(), test.options.begin(), test.options.end());
+        const auto result = Run(arguments, "password\n");
+        EXPECT_EQ(test.exitCode, result.exitCode) << result.error;
+        EXPECT_NE(std::string::npos, result.error.find(test.says)) << result.error;
+        EXPECT_EQ(std::string::npos, result.error.find("help desk"));
+        EXPECT_EQ(test.exitCode == 0, ReadFile(SessionFile()).find("secret") != std::string::npos);
+        EXPECT_EQ(0U, other.ConnectionCount());
+        for (const std::string& path : test.untouched) {
+            EXPECT_TRUE(server.RequestsFor(path).empty() &&
+                        server.RequestsFor(path + "?mode=VX").empty());
+        }
+        std::filesystem::remove(SessionFile());
+    }
+}
+
 } // namespace
 } // namespace brevint::test

@@ -86,12 +86,24 @@ TEST_F(ClientRepositoryTest, DownloadsFiles) {
 
 TEST_F(ClientRepositoryTest, ReplacesALocalFileOnlyByAWholeOne) {
     WriteFile(Work() / "old", "old");
+    std::filesystem::permissions(Work() / "old", std::filesystem::perms::owner_read);
     EXPECT_EQ(1, Run({"get", "00000000-0000-0000-0000-00000000ffff", "-o", "old"}).exitCode);
     EXPECT_EQ(1, Run({"get", "/Projects/Bridge", "-o", "old"}).exitCode);
     EXPECT_EQ("old", ReadFile(Work() / "old"));
     EXPECT_EQ(0, Run({"get", "/Projects/Archive/Block.bin", "-o", "old"}).exitCode);
     EXPECT_EQ(Pattern(100'000), ReadFile(Work() / "old"));
     EXPECT_EQ(std::set<std::string>{"old"}, WorkNames());
+}
+
+TEST_F(ClientRepositoryTest, DownloadsToStandardOutput) {
+    const auto result = Run({"get", "/Projects/Archive/Block.bin", "-o", "-"});
+    EXPECT_EQ(0, result.exitCode) << result.error;
+    EXPECT_TRUE(result.output == Pattern(100'000)); // and nothing else
+    EXPECT_EQ(2, RunJson({"get", "/Projects/Big.bin", "-o", "-"}, 2)["error"]["exitCode"]);
+    EXPECT_EQ(std::set<std::string>(), WorkNames());
+
+    EXPECT_EQ(0, Run({"get", "/Projects/Bridge/Notes.txt", "-o", "./-"}).exitCode);
+    EXPECT_EQ(std::set<std::string>{"-"}, WorkNames());
 }
 
 TEST_F(ClientRepositoryTest, SendsFiles) {

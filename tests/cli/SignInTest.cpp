@@ -80,6 +80,15 @@ TEST_F(ClientSignInTest, RefusesASessionThatIsDamagedOrOpenToOthers) {
     EXPECT_EQ(5, Run({"ls"}).exitCode);
 }
 
+TEST_F(ClientSignInTest, RefusesAFolderThatOthersMayWriteTo) {
+    ASSERT_EQ(0, SignIn("ada", "ada-secret\n").exitCode);
+    OpenToEverybody(SessionFile().parent_path());
+    for (const auto& result : {Run({"ls"}), SignIn("ada", "ada-secret\n")}) {
+        EXPECT_EQ(5, result.exitCode);
+        EXPECT_NE(std::string::npos, result.error.find("nobody else may write to"));
+    }
+}
+
 // One program replaces the session while the other reads it.
 TEST_F(ClientTest, ReadsTheSessionWhole) {
     const std::string cookies(50'000, 'c');

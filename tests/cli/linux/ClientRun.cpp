@@ -50,8 +50,17 @@ ClientRun::ClientRun(const std::vector<std::string>& arguments, const std::strin
     posix_spawn_file_actions_addopen(&actions, 1, (streams / "output").c_str(), write, 0600);
     posix_spawn_file_actions_addopen(&actions, 2, (streams / "error").c_str(), write, 0600);
     posix_spawn_file_actions_addchdir_np(&actions, workingFolder.c_str());
+    // A shell starts what runs in the background with Ctrl-C ignored.
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    sigset_t defaults;
+    sigemptyset(&defaults);
+    sigaddset(&defaults, SIGINT);
+    posix_spawnattr_setsigdefault(&attributes, &defaults);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
     const int error =
-        posix_spawn(&process_->pid, program.c_str(), &actions, nullptr, list.data(), environ);
+        posix_spawn(&process_->pid, program.c_str(), &actions, &attributes, list.data(), environ);
+    posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&actions);
     if (error != 0) {
         throw std::system_error(error, std::generic_category());
@@ -78,7 +87,7 @@ ClientRun::Result ClientRun::Wait() {
 }
 
 void OpenToEverybody(const std::filesystem::path& path) {
-    chmod(path.c_str(), 0644);
+    chmod(path.c_str(), std::filesystem::is_directory(path) ? 0777 : 0644);
 }
 
 } // namespace brevint::test

@@ -1,4 +1,5 @@
 #include "brevint/DownloadFileResponse.h"
+#include "brevint/ErrorCodes.h"
 #include "brevint/LocalResponse.h"
 #include "requests/UploadFileRequestInfo.h"
 #include "support/Files.h"
@@ -19,18 +20,48 @@
 namespace brevint::test {
 namespace {
 
+/// The code of a download to that destination.
+double DownloadTo(const std::wstring& path, std::string_view content = "content") {
+    CDownloadFileResponse response;
+    response.SetFileDestination(path);
+    Fill(response, content);
+    return response.GetErrorCode();
+}
+
 TEST(SpecialFiles, AreNotWaitedFor) {
     const TempFolder folder;
     const std::wstring pipe = folder.Path(L"pipe");
     ASSERT_EQ(mkfifo(FilePath(pipe).c_str(), 0600), 0);
     std::uint64_t size = 0;
     EXPECT_EQ(BaseHlpr::OpenRegularFile(pipe, size), nullptr);
-    for (const std::wstring& path : {pipe, std::wstring(L"/dev/full")}) {
-        CDownloadFileResponse response;
-        response.SetFileDestination(path);
-        Fill(response, "content");
-        EXPECT_EQ(response.GetErrorCode(), 1302);
+    const std::pair<std::wstring, double> cases[] = {
+        {pipe, ErrorCode::DownloadWriteFailed},
+        {L"/dev/full", ErrorCode::DownloadWriteFailed},
+        {L"/dev/null", ErrorCode::Success},
+    };
+    for (const auto& [path, code] : cases) {
+        EXPECT_EQ(DownloadTo(path), code);
     }
+}
+
+TEST(SpecialFiles, OnlyTheDestinationIsTouched) {
+    namespace fs = std::filesystem;
+    const TempFolder folder;
+    const fs::path target = FilePath(WriteFile(folder.Path(L"target"), "before"));
+    const fs::path link = folder.Folder() / "link";
+    const fs::path subfolder = folder.Folder() / "subfolder";
+    fs::create_symlink(target, link);
+    fs::create_directory(subfolder);
+    const fs::perms readOnly = fs::perms::owner_read | fs::perms::owner_exec;
+    fs::permissions(target, readOnly);
+    fs::permissions(subfolder, readOnly);
+    for (const wchar_t* destination : {L"link", L"subfolder"}) {
+        EXPECT_EQ(DownloadTo(folder.Path(destination)), ErrorCode::DownloadWriteFailed);
+    }
+    EXPECT_EQ(fs::status(target).permissions(), readOnly);
+    EXPECT_EQ(fs::status(subfolder).permissions(), readOnly);
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_EQ(ReadFile(folder.Path(L"target")), "before");
 }
 
 /// Makes every file of this process end at a size, as a full disk does.
@@ -55,13 +86,11 @@ TEST(SpecialFiles, ThatEndTooEarlyFailTheDownload) {
     const TempFolder folder;
     // Small enough to be buffered until the file is closed, and too large for that.
     for (const std::size_t length : {std::size_t{200}, std::size_t{1'000'000}}) {
-        CDownloadFileResponse response;
-        response.SetFileDestination(folder.Path(L"file"));
         {
             const FileSizeLimit limit(100);
-            Fill(response, std::string(length, 'x'));
+            EXPECT_EQ(DownloadTo(folder.Path(L"file"), std::string(length, 'x')),
+                      ErrorCode::DownloadWriteFailed);
         }
-        EXPECT_EQ(response.GetErrorCode(), 1302);
         EXPECT_EQ(ReadFile(folder.Path(L"file")), std::string(100, 'x'));
     }
 }
@@ -111,10 +140,7 @@ TEST(SpecialFiles, ThatTheUserMayNotTouchAreLeftAlone) {
         const Unprivileged user;
         EXPECT_EQ(Upload(kept), "");
         for (const std::wstring& path : {kept, folder.Path(L"new")}) {
-            CDownloadFileResponse response;
-            response.SetFileDestination(path);
-            Fill(response, "content");
-            EXPECT_EQ(response.GetErrorCode(), 1302);
+            EXPECT_EQ(DownloadTo(path), ErrorCode::DownloadWriteFailed);
         }
     }
     fs::permissions(folder.Folder(), fs::perms::owner_all);

@@ -1,0 +1,142 @@
+// What only Linux has: modes, access lists, pipes, and folders that everybody may write to.
+
+#include "support/LocalFileWriter.h"
+
+#include "tests/library/Helpers.h"
+#include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdint>
+#include <future>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+namespace brevint::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::error_code WriteTo(const fs::path& path, std::string_view content = "after") {
+    LocalFileWriter writer;
+    std::error_code reason = writer.Open(path);
+    reason = reason ? reason : writer.Write(content);
+    return reason ? reason : writer.Finish();
+}
+
+class LinuxFileWriter : public testing::Test {
+protected:
+    LinuxFileWriter() { Put("target", "before"); }
+
+    fs::path At(const char* name) const { return folder.Folder() / name; }
+    void Put(const char* name, std::string_view content) const {
+        WriteFile(At(name).wstring(), content);
+    }
+    std::string Read(const char* name) const { return ReadFile(At(name).wstring()); }
+
+    const TempFolder folder;
+};
+
+TEST_F(LinuxFileWriter, KeepsPermissions) {
+    const std::pair<mode_t, mode_t> cases[] = {
+        {0600, 0600}, {0666, 0666}, {0755, 0755}, {0440, 0640}, {04711, 0711}};
+    for (const auto& [before, after] : cases) {
+        chmod(At("target").c_str(), before);
+        LocalFileWriter writer;
+        ASSERT_FALSE(writer.Open(At("target")));
+        for (const auto& entry : fs::directory_iterator(folder.Folder())) {
+            const auto others = fs::perms::group_all | fs::perms::others_all;
+            const bool isPart = entry.path().filename() != "target";
+            EXPECT_TRUE(!isPart || (entry.status().permissions() & others) == fs::perms::none);
+        }
+        ASSERT_FALSE(writer.Finish());
+        struct stat file {};
+        stat(At("target").c_str(), &file);
+        EXPECT_EQ(file.st_mode & 07777, after) << std::oct << before;
+    }
+}
+
+// Without the list, what its mask allows would be what the group may do.
+TEST_F(LinuxFileWriter, KeepsTheAccessList) {
+    constexpr const char* kName = "system.posix_acl_access";
+    // The kernel's form: user::rw-, user:1:rw-, group::---, mask::rw-, other::---.
+    const std::array<std::uint16_t, 22> list = {2,    0,                 //
+                                                0x01, 6, 0xFFFF, 0xFFFF, //
+                                                0x02, 6, 1,      0,      //
+                                                0x04, 0, 0xFFFF, 0xFFFF, //
+                                                0x10, 6, 0xFFFF, 0xFFFF, //
+                                                0x20, 0, 0xFFFF, 0xFFFF};
+    ASSERT_EQ(setxattr(At("target").c_str(), kName, list.data(), sizeof list, 0), 0);
+    ASSERT_FALSE(WriteTo(At("target")));
+    std::array<std::uint16_t, 22> kept{};
+    EXPECT_EQ(getxattr(At("target").c_str(), kName, kept.data(), sizeof kept), sizeof kept);
+    EXPECT_EQ(kept, list);
+}
+
+TEST_F(LinuxFileWriter, FollowsLinks) {
+    fs::create_directory(At("sub"));
+    const std::pair<const char*, const char*> cases[] = {
+        {"target", "target"}, {"sub/../target", "target"}, {"new", "new"}};
+    for (const auto& [leadsTo, file] : cases) {
+        fs::create_symlink(leadsTo, At("link"));
+        fs::create_symlink("../link", At("sub/link"));
+        EXPECT_FALSE(WriteTo(At("sub/link"))) << leadsTo;
+        EXPECT_EQ(Read(file), "after") << leadsTo;
+        EXPECT_EQ(fs::read_symlink(At("link")), leadsTo);
+        for (const char* name : {"link", "sub/link", file}) {
+            EXPECT_TRUE(fs::remove(At(name)));
+        }
+        Put("target", "before");
+    }
+    fs::create_symlink("circle", At("circle"));
+    EXPECT_EQ(WriteTo(At("circle")), std::errc::too_many_symbolic_link_levels);
+}
+
+TEST_F(LinuxFileWriter, WritesToPipesAndStreamsThemselves) {
+    ASSERT_EQ(mkfifo(At("pipe").c_str(), 0600), 0);
+    const std::string content(300'000, 'x'); // more than a pipe holds
+    auto reader = std::async(std::launch::async, [&] { return Read("pipe"); });
+    EXPECT_FALSE(WriteTo(At("pipe"), content));
+    EXPECT_EQ(reader.get(), content);
+    EXPECT_TRUE(fs::is_fifo(At("pipe")));
+
+    EXPECT_FALSE(WriteTo("/dev/null"));
+    EXPECT_EQ(WriteTo("/dev/full"), std::errc::no_space_on_device);
+
+    // Whoever holds the file open sees what was written.
+    const int held = open(At("target").c_str(), O_RDONLY);
+    EXPECT_FALSE(WriteTo("/dev/fd/" + std::to_string(held)));
+    std::string seen(100, '\0');
+    seen.resize(static_cast<std::size_t>(read(held, seen.data(), seen.size())));
+    close(held);
+    EXPECT_EQ(seen, "after");
+}
+
+// In a folder that others may write to, the part file is swapped for a link.
+TEST_F(LinuxFileWriter, WritesToNoFileButTheOneItMade) {
+    Put("theirs", "theirs");
+    for (const char* destination : {"target", "new"}) {
+        LocalFileWriter writer;
+        ASSERT_FALSE(writer.Open(At(destination)));
+        for (const auto& entry : fs::directory_iterator(folder.Folder())) {
+            if (entry.path().extension() == ".part") {
+                fs::remove(entry.path());
+                fs::create_symlink("theirs", entry.path());
+                break;
+            }
+        }
+        EXPECT_FALSE(writer.Write("after"));
+        EXPECT_TRUE(writer.Finish());
+        writer.Abandon();
+        EXPECT_EQ(Read("theirs"), "theirs");
+    }
+    EXPECT_EQ(Read("target"), "before");
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.Folder()), {}), 2);
+}
+
+} // namespace
+} // namespace brevint::test
