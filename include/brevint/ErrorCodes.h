@@ -8,8 +8,8 @@ namespace ErrorCode {
 inline constexpr double MessageNotRecognised = 1100;
 /// The call succeeded. A sign-out has no other code: CSignOutResponse::GetSignOutResult tells.
 inline constexpr double Success = 1101;
-/// Nothing arrived: no connection, a reply that broke off, or an empty one. Or memory ended. Not for
-/// the identity, which has ReplyNotXml then.
+/// Nothing arrived: no connection, a reply that broke off, or an empty one. Or memory ended. Not
+/// for the identity, which has ReplyNotXml then.
 inline constexpr double EmptyReply = 1102;
 /// Nobody is signed in, or the user may not do this.
 inline constexpr double AuthorizationFailed = 1103;

@@ -159,7 +159,7 @@ TEST(Lifetime, WriteOfAFileIsNotWaitedForToItsEnd) {
     request->SendRequestAsync(&response);
     ASSERT_TRUE(AwaitComplete(response));
     EXPECT_EQ(response.GetErrorCode(), 1302);
-    EXPECT_EQ(ReadFile(folder.Path(L"file")), "");
+    EXPECT_TRUE(ReadFile(folder.Path(L"file")).empty());
 }
 
 } // namespace
