@@ -239,8 +239,8 @@ void WebRequest::Connect(int flags) {
     InternetSetOptionA(m_session.get(), INTERNET_OPTION_SEND_TIMEOUT, &timeout, sizeof(timeout));
     InternetSetStatusCallback(m_session.get(), StatusCallback);
 
-    std::array<wchar_t, kHostNameCapacity> host;
-    std::array<wchar_t, kUrlPathCapacity> path;
+    std::array<wchar_t, kHostNameCapacity> host{};
+    std::array<wchar_t, kUrlPathCapacity> path{};
     URL_COMPONENTSW parts{};
     parts.dwStructSize = sizeof(parts);
     parts.lpszHostName = host.data();

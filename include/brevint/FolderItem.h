@@ -9,10 +9,13 @@
 class BREVINT_API CFolderItem {
 public:
     CFolderItem();
+    ///@{
+    /// A plain value.
     CFolderItem(const CFolderItem&) = default;
     CFolderItem(CFolderItem&&) = default;
     CFolderItem& operator=(const CFolderItem&) = default;
     CFolderItem& operator=(CFolderItem&&) = default;
+    ///@}
     virtual ~CFolderItem();
 
     /// Identifier, as the calls of IRepositoryProxy take it.

@@ -9,8 +9,6 @@ class BREVINT_API SignInResponse {
 public:
     /// A record of a successful sign-in without cookie.
     SignInResponse();
-    SignInResponse(const SignInResponse&) = default;
-    SignInResponse& operator=(const SignInResponse&) = default;
     virtual ~SignInResponse();
 
     /// Why the sign-in failed, for the user; empty on success. Valid until the record changes.

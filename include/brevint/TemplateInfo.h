@@ -13,10 +13,13 @@ public:
     CTemplateInfo(const std::wstring& name, const std::wstring& id, const std::wstring& key,
                   const std::wstring& created, const std::wstring& createdBy,
                   const std::wstring& description, const std::wstring& category);
+    ///@{
+    /// A plain value.
     CTemplateInfo(const CTemplateInfo&) = default;
     CTemplateInfo(CTemplateInfo&&) = default;
     CTemplateInfo& operator=(const CTemplateInfo&) = default;
     CTemplateInfo& operator=(CTemplateInfo&&) = default;
+    ///@}
     virtual ~CTemplateInfo();
 
     /// When the template was made.

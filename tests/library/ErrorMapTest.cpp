@@ -7,7 +7,6 @@
 #include <cwctype>
 #include <memory>
 #include <set>
-#include <sstream>
 #include <string>
 
 namespace brevint::test {
@@ -72,14 +71,10 @@ const Row kRows[] = {
 /// What the table says of a message.
 double CodeOf(const std::string& kind, const std::wstring& message) {
     for (const auto& [text, codes, isPrefix] : kRows) {
-        if (isPrefix ? message.starts_with(text) : message == text) {
-            std::istringstream all(codes);
-            double code = 0;
-            for (std::string name; all >> name >> code;) {
-                if (name == kind) {
-                    return code;
-                }
-            }
+        const std::string all = std::string(" ") + codes;
+        const auto at = all.find(' ' + kind + ' ');
+        if ((isPrefix ? message.starts_with(text) : message == text) && at != std::string::npos) {
+            return std::stod(all.substr(at + kind.size() + 2));
         }
     }
     return 1100;

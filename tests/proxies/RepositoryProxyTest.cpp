@@ -11,7 +11,6 @@
 
 #include <atomic>
 #include <functional>
-#include <map>
 #include <memory>
 
 namespace brevint::test {
@@ -181,26 +180,6 @@ TEST(RepositoryProxy, Downloads) {
                   code == 1101 ? pieces[0] + pieces[1] : "what was there, and is longer");
         EXPECT_EQ(server.Requests().back().target, "/Repository/Files/f1");
         EXPECT_EQ(server.Requests().back().Header("Accept"), "application/octet-stream");
-    }
-}
-
-TEST(RepositoryProxy, DownloadsManyFilesAtOnce) {
-    const TempFolder folder;
-    const auto content = ScriptedServer::Pattern(200'000);
-    ScriptedServer server;
-    WebRequestFactory factory;
-    CRepositoryProxy proxy(&factory);
-    std::map<std::wstring, std::unique_ptr<IDownloadFileResponse>> files;
-    for (int number = 0; number < 64; ++number) {
-        const auto id = std::to_string(number);
-        server.On("/Repository/Files/" + id).Wait("go").Reply(200, {}, id + content);
-        const auto path = folder.Path(Utf8::ToWide(id));
-        files[path].reset(proxy.DownloadFile(server.Url(""), Utf8::ToWide(id), path));
-    }
-    server.Open("go");
-    for (const auto& [path, response] : files) {
-        ASSERT_TRUE(AwaitComplete(*response));
-        EXPECT_TRUE(ReadFile(path) == FilePath(path).filename().string() + content);
     }
 }
 

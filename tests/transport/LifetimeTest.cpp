@@ -53,28 +53,24 @@ TEST(Lifetime, RequestMayBeDestroyedAtAnyMoment) {
     for (int round = 0; round < kRounds; ++round) {
         const auto phase = static_cast<Phase>(round % 7);
         const auto name = std::to_string(round);
+        const auto url = server.Url('/' + name);
         ScriptReply(server.On('/' + name), phase, round / 7 % 2 == 1, name);
-        auto request =
-            std::make_unique<WebRequest>(server.Url('/' + name).c_str(), WebRequestTypeGet);
-        auto response = std::make_unique<RecordingResponse>();
-        response->onFilled = [&, phase] {
+        auto request = std::make_unique<WebRequest>(url.c_str(), WebRequestTypeGet);
+        RecordingResponse response;
+        response.onFilled = [&, phase] {
             if (phase == Phase::inFilling) {
                 request.reset();
             }
-            if (phase >= Phase::inFilling) {
-                filled.release();
-            }
+            filled.release(phase >= Phase::inFilling ? 1 : 0);
         };
-        request->SendRequestAsync(response.get());
-        if (phase >= Phase::inFilling) {
-            ASSERT_TRUE(filled.try_acquire_for(std::chrono::minutes(1)));
-        } else if (phase != Phase::justSent) {
-            ASSERT_TRUE(server.AwaitArrivalAt(name));
-        }
+        request->SendRequestAsync(&response);
+        ASSERT_TRUE(phase == Phase::justSent ||
+                    (phase < Phase::inFilling ? server.AwaitArrivalAt(name)
+                                              : filled.try_acquire_for(std::chrono::minutes(1))));
         request.reset();
-        const int fillings = response->Fillings();
+        const int fillings = response.fillings;
         server.Open(name); // the platform goes on with what it was doing
-        EXPECT_EQ(response->Fillings(), fillings);
+        EXPECT_EQ(response.fillings, fillings);
     }
 }
 
@@ -85,7 +81,6 @@ TEST(Lifetime, DownloadMayBeGivenUpInAnyOrder) {
     ScriptedServer server;
     for (int round = 0; round < kRounds; ++round) {
         const auto phase = static_cast<Phase>(round % 7);
-        const int order = round / 14 % 3;
         const auto name = std::to_string(round);
         const std::wstring id(name.begin(), name.end());
         ScriptReply(server.On("/Repository/Files/" + name), phase, round / 7 % 2 == 1, name);
@@ -93,22 +88,21 @@ TEST(Lifetime, DownloadMayBeGivenUpInAnyOrder) {
         auto proxy = std::make_unique<CRepositoryProxy>(factory.get());
         std::unique_ptr<IDownloadFileResponse> response(
             proxy->DownloadFile(server.Url(""), id, folder.Path(id)));
-        if (phase == Phase::complete) {
-            ASSERT_TRUE(AwaitComplete(*response));
-        } else if (phase == Phase::inFilling) {
-            while (!response->IsComplete() && !std::filesystem::exists(FilePath(folder.Path(id)))) {
-                std::this_thread::yield();
-            }
-        } else if (phase != Phase::justSent) {
-            ASSERT_TRUE(server.AwaitArrivalAt(name));
+        while (phase == Phase::inFilling && !response->IsComplete() &&
+               !std::filesystem::exists(FilePath(folder.Path(id)))) {
+            std::this_thread::yield();
         }
+        ASSERT_TRUE(
+            phase == Phase::justSent || phase == Phase::inFilling ||
+            (phase == Phase::complete ? AwaitComplete(*response) : server.AwaitArrivalAt(name)));
+        const int order = round / 14 % 3;
         if (order == 0) {
             response.reset();
             proxy.reset();
         } else if (order == 1) {
             proxy.reset();
             const bool isComplete = response->IsComplete();
-            server.Open(name);
+            server.Open(name); // the platform goes on with what it was doing
             EXPECT_EQ(isComplete, response->GetErrorCode() != 1100);
             const auto& bytes = response->GetServerResponse();
             EXPECT_EQ(response->GetSucceeded(),
@@ -159,7 +153,7 @@ TEST(Lifetime, WriteOfAFileIsNotWaitedForToItsEnd) {
     request->SendRequestAsync(&response);
     ASSERT_TRUE(AwaitComplete(response));
     EXPECT_EQ(response.GetErrorCode(), 1302);
-    EXPECT_EQ(ReadFile(folder.Path(L"file")), "");
+    EXPECT_TRUE(ReadFile(folder.Path(L"file")).empty());
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include <iostream>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -19,35 +20,23 @@ std::vector<char> Bytes(const char* text) {
     return std::vector<char>(text, text + std::char_traits<char>::length(text));
 }
 
-/// A response of the application's own: it knows one message more, and reads an element of its own.
+/// A response of the application's own, which knows more messages and parses anew.
 class MyPathResponse : public CPathResponse {
 public:
-    MyPathResponse() {
+    explicit MyPathResponse(const std::string& message) {
         const ErrorRow rows[] = {{L"quota exceeded.", 1999}, {L"requested item not found.", 1998}};
         AddExactMessages(rows);
         const ErrorRow beginnings[] = {{L"quota of ", 1997}};
         AddMessagePrefixes(beginnings);
+        const auto text = "<ResponseData><Message>" + message + "</Message></ResponseData>";
+        SetServerResponse(Bytes(text.c_str()), 404);
     }
 
     void ParseServerResponse() override {
+        Require(ParseReply() != nullptr, "a class of the application's own parses");
         CPathResponse::ParseServerResponse();
-        isXml = ParseReply() != nullptr;
-        if (isXml) {
-            CBaseResponse::ParseServerResponse();
-        }
     }
-
-    bool isXml = false;
 };
-
-double CodeOf(const char* message) {
-    MyPathResponse response;
-    const std::string text = message;
-    response.SetServerResponse(
-        Bytes(("<ResponseData><Message>" + text + "</Message></ResponseData>").c_str()), 404);
-    Require(response.isXml, "a class of the application's own parses");
-    return response.GetErrorCode();
-}
 
 } // namespace
 
@@ -82,12 +71,14 @@ int main() {
     const std::unique_ptr<CFolderItem> item(items.front());
     Require(item->GetName() == L"\u00DC", "names are wide text");
 
-    Require(CodeOf("Quota exceeded.") == 1999, "a row is added");
-    Require(CodeOf("Quota of 5 GB is used up") == 1997, "a beginning is added");
-    Require(CodeOf("Requested item not found.") == ErrorCode::PathItemNotFound,
-            "a row that is there stays as it is");
-    Require(CodeOf("Authorization failed.") == ErrorCode::AuthorizationFailed,
-            "the other rows are kept");
+    const std::pair<const char*, double> messages[] = {
+        {"Quota exceeded.", 1999},
+        {"Quota of 5 GB is used up", 1997},
+        {"Requested item not found.", ErrorCode::PathItemNotFound}, // known already
+        {"Authorization failed.", ErrorCode::AuthorizationFailed}};
+    for (const auto& [text, code] : messages) {
+        Require(MyPathResponse(text).GetErrorCode() == code, text);
+    }
 
     const std::unique_ptr<IRequest> request(requests.Create());
     std::vector<char> nothing;

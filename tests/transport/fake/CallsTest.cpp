@@ -191,11 +191,11 @@ TEST(Calls, EveryWayOfAnAsynchronousExchange) {
         fake.reads = test.reads;
         fake.Send();
         const bool isSent = fake.IsPending() || !fake.CallsTo("read").empty();
-        EXPECT_EQ(fake.response->Fillings(), fake.IsPending() ? 0 : 1);
+        EXPECT_EQ(fake.response->fillings, fake.IsPending() ? 0 : 1);
         fake.Run();
-        EXPECT_EQ(fake.response->Fillings(), 1);
-        EXPECT_TRUE(fake.response->Bytes() == test.bytes) << fake.response->Bytes().size();
-        EXPECT_EQ(fake.response->GetStatusCode(), isSent ? 200u : 0u);
+        EXPECT_EQ(fake.response->fillings, 1);
+        EXPECT_TRUE(fake.response->bytes == test.bytes) << fake.response->bytes.size();
+        EXPECT_EQ(fake.response->status, isSent ? 200u : 0u);
     }
 }
 

@@ -11,14 +11,11 @@ namespace {
 
 thread_local DWORD t_lastError = 0;
 
-// Handles are addresses, so that they differ from each other and from null.
-char g_session, g_connection, g_request;
+// Handles are the addresses of their names.
+char g_session[] = "session", g_connection[] = "connection", g_request[] = "request";
 
 std::string Shown(HINTERNET handle) {
-    return handle == &g_session      ? "session"
-           : handle == &g_connection ? "connection"
-           : handle == &g_request    ? "request"
-                                     : "null";
+    return handle ? static_cast<char*>(handle) : "null";
 }
 std::string Shown(const wchar_t* text) {
     const std::wstring_view wide(text ? text : L"");
@@ -98,7 +95,7 @@ void FakeInternet::End() {
 
 void FakeInternet::Tell(DWORD_PTR itsContext, DWORD statusCode, bool succeeded) {
     INTERNET_ASYNC_RESULT result{succeeded, succeeded ? 0u : ERROR_GEN_FAILURE};
-    callback(&g_request, itsContext, statusCode, &result, sizeof(result));
+    callback(g_request, itsContext, statusCode, &result, sizeof(result));
 }
 
 } // namespace brevint::test
@@ -115,7 +112,7 @@ void SetLastError(DWORD error) noexcept {
 HINTERNET InternetOpenW(LPCWSTR agent, DWORD accessType, LPCWSTR proxy, LPCWSTR proxyBypass,
                         DWORD flags) noexcept {
     Called("open", agent, accessType, proxy, proxyBypass, Hex(flags));
-    return &g_session;
+    return g_session;
 }
 
 BOOL InternetSetOptionA(HINTERNET handle, DWORD option, LPVOID buffer, DWORD length) noexcept {
@@ -146,7 +143,7 @@ HINTERNET InternetConnectW(HINTERNET session, LPCWSTR server, INTERNET_PORT port
                            LPCWSTR password, DWORD service, DWORD flags,
                            DWORD_PTR context) noexcept {
     Called("connect", session, server, port, user, password, service, flags, context);
-    return &g_connection;
+    return g_connection;
 }
 
 HINTERNET HttpOpenRequestW(HINTERNET connection, LPCWSTR verb, LPCWSTR objectName, LPCWSTR version,
@@ -159,7 +156,7 @@ HINTERNET HttpOpenRequestW(HINTERNET connection, LPCWSTR verb, LPCWSTR objectNam
     Called("request", connection, verb, objectName, version, referrer, accepted, Hex(flags),
            std::string(context ? "context" : "none"))
         .context = context;
-    return &g_request;
+    return g_request;
 }
 
 BOOL HttpSendRequestW(HINTERNET request, LPCWSTR headers, DWORD headersLength, LPVOID body,
@@ -197,7 +194,7 @@ BOOL HttpQueryInfoA(HINTERNET, DWORD, LPVOID, LPDWORD, LPDWORD) noexcept {
 
 BOOL InternetCloseHandle(HINTERNET handle) noexcept {
     auto& fake = Called("close", handle);
-    if (handle == &g_request && fake.context && fake.closingTellsAtOnce) {
+    if (handle == g_request && fake.context && fake.closingTellsAtOnce) {
         fake.Notify(fake.context, INTERNET_STATUS_HANDLE_CLOSING);
     }
     return TRUE;

@@ -33,8 +33,8 @@ TEST(LargeBody, ThatThePlatformCannotCarryIsNotSentAtAll) {
     EXPECT_EQ(request.GetRequestStatus(), 0u);
     RecordingResponse response;
     request.SendRequestAsync(&response);
-    EXPECT_EQ(response.Fillings(), 1);
-    EXPECT_EQ(response.GetStatusCode(), 0u);
+    EXPECT_EQ(response.fillings, 1);
+    EXPECT_EQ(response.status, 0u);
     EXPECT_TRUE(fake.CallsTo("send").empty());
 }
 
