@@ -19,29 +19,37 @@ TEST(Redirect, IsFollowedByStatusAndVerb) {
         {302, L"HEAD", "HEAD"}, {307, L"POST", "POST"},
         {300, L"GET", ""},      {308, L"POST", target::kFollows308 ? "POST" : ""},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.status);
-        SCOPED_TRACE(test.verb);
-        ScriptedServer server;
-        server.On("/from").Reply(test.status, {{"Location", "/to"}});
-        server.On("/to").Reply(200);
-        const std::wstring verb = test.verb;
-        const std::string body = verb[0] == L'P' ? "body" : "";
-        Exchange exchange(
-            server.Url("/from"),
-            {.verb = verb, .headers = L"Content-Type: text/plain\r\nX-Mine: 1\r\n", .body = body});
-        ASSERT_TRUE(exchange.Send());
-        const auto followed = server.RequestsFor("/to");
-        ASSERT_EQ(followed.size(), test.followedWith.empty() ? 0u : 1u);
-        EXPECT_EQ(exchange.Status(), followed.empty() ? static_cast<DWORD>(test.status) : 200u);
-        if (!followed.empty()) {
-            EXPECT_EQ(followed[0].method, test.followedWith);
-            EXPECT_EQ(followed[0].Header("X-Mine"), "1");
-            // Where the verb changes, the body stays behind with what tells of it.
+    for (const bool leavesOrigin : {false, true}) {
+        for (const auto& test : cases) {
+            SCOPED_TRACE(std::to_string(test.status) + (leavesOrigin ? ", to another origin" : ""));
+            SCOPED_TRACE(test.verb);
+            ScriptedServer server;
+            ScriptedServer other;
+            ScriptedServer& place = leavesOrigin ? other : server;
+            server.On("/from").Reply(test.status, {{"Location", Narrow(place.Url("/to"))}});
+            place.On("/to").Reply(200);
+            const std::wstring verb = test.verb;
+            const std::string body = verb[0] == L'P' ? "body" : "";
+            Exchange exchange(server.Url("/from"),
+                              {.verb = verb,
+                               .headers = L"Content-Type: text/plain\r\nX-Mine: 1\r\n",
+                               .body = body});
             const bool keepsVerb = test.followedWith == "POST";
-            EXPECT_EQ(followed[0].body, keepsVerb && target::kBodyTravelsWith307 ? "body" : "");
-            for (const auto* name : {"Content-Length", "Content-Type"}) {
-                EXPECT_TRUE(keepsVerb || body.empty() || followed[0].HeaderCount(name) == 0);
+            // A body may hold a password: it goes to no other origin.
+            const bool refused = leavesOrigin && keepsVerb && target::kBodyTravelsWith307;
+            ASSERT_EQ(exchange.Send(), !refused);
+            const auto followed = place.RequestsFor("/to");
+            ASSERT_EQ(followed.size(), test.followedWith.empty() || refused ? 0u : 1u);
+            EXPECT_TRUE(refused || exchange.Status() ==
+                                       (followed.empty() ? static_cast<DWORD>(test.status) : 200u));
+            if (!followed.empty()) {
+                EXPECT_EQ(followed[0].method, test.followedWith);
+                EXPECT_EQ(followed[0].Header("X-Mine"), "1");
+                // Where the verb changes, the body stays behind with what tells of it.
+                EXPECT_EQ(followed[0].body, keepsVerb && target::kBodyTravelsWith307 ? "body" : "");
+                for (const auto* name : {"Content-Length", "Content-Type"}) {
+                    EXPECT_TRUE(keepsVerb || body.empty() || followed[0].HeaderCount(name) == 0);
+                }
             }
         }
     }
