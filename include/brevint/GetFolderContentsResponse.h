@@ -7,7 +7,8 @@
 
 class FolderListing;
 
-/// Outcome of listing a folder. Keeps the parsed reply until the next parse or its destruction.
+/// Outcome of listing a folder. Keeps the items of the reply until the next parse or its
+/// destruction.
 class BREVINT_API CGetFolderContentsResponse : public CBaseResponse,
                                                public IGetFolderContentsResponse {
 public:
@@ -21,7 +22,8 @@ public:
 
     /// A new record from one item element; the caller deletes it.
     CFolderItem* GetFolderItemFromNode(_xmlNode* node) const;
-    /// Text of the direct child element with that name; empty when there is none.
+    /// Text of the direct child element with that name, which is no path; empty when there is none,
+    /// and for a null node or name.
     std::wstring GetValueFromChildNode(_xmlNode* node, const char* name) const;
 
 private:
