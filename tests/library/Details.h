@@ -49,20 +49,26 @@ inline std::wstring Detail(CTemplateResponse& response) {
     return text;
 }
 
+/// Of an item that is deleted then.
+inline std::wstring Detail(CFolderItem* raw) {
+    const std::unique_ptr<CFolderItem> item(raw);
+    std::wstring text;
+    for (const std::wstring& field :
+         {item->GetUniqueId(), item->GetParentId(), item->GetOwnerId(), item->GetName(),
+          item->GetDescription(), item->GetCreated(), item->GetModified(), item->GetSize(),
+          item->GetLockedBy(), item->GetItemType(), item->GetItemTypeDescription()}) {
+        text += field + L'|';
+    }
+    return text + (item->GetIsLocked() ? L"locked" : L"") +
+           (item->GetIsPublic() ? L"public;" : L";");
+}
+
 inline std::wstring Detail(CGetFolderContentsResponse& response) {
     std::vector<CFolderItem*> items = {nullptr};
     response.GetFolderContents(items); // appends
     std::wstring text;
-    for (CFolderItem* raw : std::span(items).subspan(1)) {
-        const std::unique_ptr<CFolderItem> item(raw);
-        for (const std::wstring& field :
-             {item->GetUniqueId(), item->GetParentId(), item->GetOwnerId(), item->GetName(),
-              item->GetDescription(), item->GetCreated(), item->GetModified(), item->GetSize(),
-              item->GetLockedBy(), item->GetItemType(), item->GetItemTypeDescription()}) {
-            text += field + L'|';
-        }
-        text += item->GetIsLocked() ? L"locked" : L"";
-        text += item->GetIsPublic() ? L"public;" : L";";
+    for (CFolderItem* item : std::span(items).subspan(1)) {
+        text += Detail(item);
     }
     return text;
 }

@@ -1,5 +1,6 @@
 #include "brevint/brevint.h"
 
+#include "support/Xml.h"
 #include "tests/library/Details.h"
 #include "tests/library/Helpers.h"
 
@@ -95,6 +96,20 @@ TEST(Responses, FolderItemsAreFilledFromTheirElements) {
         {200, "!<Other><Item/></Other>", 1101, L""},
         {200, "<Message>Requested item is not a folder.</Message><Item/>", 1402, named(L"")},
     });
+}
+
+TEST(Responses, FolderItemIsMadeFromAnElement) {
+    const XmlDocPtr document(
+        ParseXML("<r><i><Name>n</Name><Name>2</Name><Data><Size>5</Size></Data>"
+                 "<Locked>f</Locked></i></r>"));
+    const CGetFolderContentsResponse response;
+    _xmlNode* const item = SimpleDoXPath("/r/i", document.get());
+    EXPECT_EQ(Detail(response.GetFolderItemFromNode(item)), L"|||n||||5||||public;");
+    EXPECT_EQ(Detail(response.GetFolderItemFromNode(nullptr)), L"|||||||||||lockedpublic;");
+    EXPECT_EQ(response.GetValueFromChildNode(item, "Name"), L"n");
+    EXPECT_EQ(response.GetValueFromChildNode(item, "Data/Size"), L"");
+    EXPECT_EQ(response.GetValueFromChildNode(item, nullptr), L"");
+    EXPECT_EQ(response.GetValueFromChildNode(nullptr, "Name"), L"");
 }
 
 TEST(Responses, FlagOfAFolderItemIsTrueUnlessItHoldsALetterF) {
