@@ -54,12 +54,12 @@ HttpReply Answer(const HttpRequest& request) {
         return XmlReply("<ResponseData><JobId>1</JobId></ResponseData>");
     }
     if (name.empty()) {
-        return RedirectReply(url + "portal?wa=wsignin1.0&mode=DB");
+        return RedirectReply(url + "portal?request=sign-in&mode=DB");
     }
     if (name == "portal") {
         return HtmlReply(200, "<!DOCTYPE html><html><body><form method=\"post\" action=\"" + url +
-                                  "federation\"><input type=\"hidden\" name=\"wa\" "
-                                  "value=\"wsignin1.0\"><input type=\"hidden\" name=\"wresult\" "
+                                  "federation\"><input type=\"hidden\" name=\"request\" "
+                                  "value=\"sign-in\"><input type=\"hidden\" name=\"token\" "
                                   "value=\"token\"></form></body></html>");
     }
     if (name == "federation") {

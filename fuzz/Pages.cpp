@@ -7,5 +7,5 @@ void Fuzz(std::string_view input) {
     const std::wstring fields = GetHiddenFormData(page.c_str());
     Require(fields.empty() || (fields.ends_with(L'&') && fields.find(L'=') != std::wstring::npos));
     std::wstring message = L"unchanged";
-    Require(GetFailureMessage(page.c_str(), message) || message == L"unchanged");
+    Require(PortalPage(page.c_str()).FailureMessage(message) || message == L"unchanged");
 }

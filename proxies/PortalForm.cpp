@@ -5,27 +5,27 @@
 #include "support/Utf8.h"
 #include "support/Xml.h"
 
+#include <algorithm>
+#include <string_view>
+
 namespace {
 
-XmlDocPtr ParsePage(const char* page) {
-    return XmlDocPtr(ParseXML(page, -1, MarkupMode::Tolerant));
-}
-
+/// Letter case is folded as in HTML, in ASCII alone.
 bool IsHidden(_xmlNode* input) {
     return base::EqualsIgnoreCase(GetNodeAttrib(input, "type"), "hidden");
 }
 
 } // namespace
 
-std::wstring GetFormAction(const char* page) {
-    const XmlDocPtr document = ParsePage(page);
-    return Utf8::ToWide(GetNodeAttrib(SimpleDoXPath("//form", document.get()), "action"));
+PortalPage::PortalPage(const char* page) : m_document(ParseXML(page, -1, MarkupMode::Tolerant)) {}
+
+std::wstring PortalPage::FormAction() const {
+    return Utf8::ToWide(GetNodeAttrib(SimpleDoXPath("//form", m_document.get()), "action"));
 }
 
-std::wstring GetHiddenFormData(const char* page) {
-    const XmlDocPtr document = ParsePage(page);
+std::wstring PortalPage::HiddenFormData() const {
     std::vector<_xmlNode*> inputs;
-    SimpleDoXPath("//input", document.get(), inputs);
+    SimpleDoXPath("//input", m_document.get(), inputs);
     std::string body;
     for (_xmlNode* input : inputs) {
         if (IsHidden(input)) {
@@ -40,12 +40,19 @@ std::wstring GetHiddenFormData(const char* page) {
     return Utf8::ToWide(body);
 }
 
-bool GetFailureMessage(const char* page, std::wstring& message) {
-    const XmlDocPtr document = ParsePage(page);
+bool PortalPage::FailureMessage(std::wstring& message) const {
     // The name is failureMessage; a tolerant parse has all names in lower case.
-    _xmlNode* element = SimpleDoXPath("//failuremessage", document.get());
+    _xmlNode* element = SimpleDoXPath("//failuremessage", m_document.get());
     if (element) {
         message = GetWideNodeValue(element);
     }
     return element != nullptr;
+}
+
+std::wstring GetFormAction(const char* page) {
+    return PortalPage(page).FormAction();
+}
+
+std::wstring GetHiddenFormData(const char* page) {
+    return PortalPage(page).HiddenFormData();
 }

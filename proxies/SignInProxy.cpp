@@ -10,6 +10,7 @@
 #include "support/UnicodeConvert.h"
 #include "transport/RequestFlags.h"
 
+#include <algorithm>
 #include <memory>
 #include <new>
 #include <string_view>
@@ -39,11 +40,22 @@ std::wstring Escape(const wchar_t* text) {
     return BaseHlpr::HttpEscapeW(value.data(), static_cast<unsigned>(value.size()));
 }
 
-/// Whether the way from one address to the next gives up TLS, and with it what is sent there.
+bool HasScheme(const std::wstring& address, const wchar_t* scheme) {
+    // A platform that cracks an address passes over what is blank before it.
+    const auto start = std::ranges::find_if(address, [](wchar_t c) { return c > L' '; });
+    return BaseHlpr::ToLower(std::wstring(start, address.end()).c_str()).starts_with(scheme);
+}
+
+/// Whether the way from one address to the next gives up TLS, and with it what is sent there. What
+/// is no address at all does not: it fails where it is sent.
 bool LeavesTls(const std::wstring& from, const std::wstring& to) {
-    constexpr const wchar_t* kScheme = L"https:";
-    return BaseHlpr::ToLower(from.c_str()).starts_with(kScheme) &&
-           !BaseHlpr::ToLower(to.c_str()).starts_with(kScheme);
+    return HasScheme(from, L"https:") && HasScheme(to, L"http:");
+}
+
+std::wstring Refusal(const PortalPage& page) {
+    std::wstring message = L"Failed to find expected error";
+    page.FailureMessage(message);
+    return message;
 }
 
 bool Holds(const std::wstring& text, const wchar_t* part) {
@@ -110,12 +122,11 @@ void CSignInProxy::SubmitUserDataToPortal(const wchar_t* userName, const wchar_t
     }
     std::wstring reply;
     request->GetRequestedData(reply);
-    const _UNICODECONVERT page(reply.c_str());
-    const std::wstring action = GetFormAction(page);
-    const std::wstring fields = GetHiddenFormData(page);
+    const PortalPage page(_UNICODECONVERT(reply.c_str()));
+    const std::wstring action = page.FormAction();
+    const std::wstring fields = page.HiddenFormData();
     if (action.empty() || fields.empty()) {
-        GetErrorFromSubmitCredentialRequest(reply.c_str(), response->m_errorMessage);
-        response->SetSucceeded(false);
+        Fail(response, Refusal(page));
         return;
     }
     if (LeavesTls(response->PortalUrl, action)) {
@@ -146,8 +157,7 @@ void CSignInProxy::GetFederatedAuthCookie(SignInResponse* response) {
 
 void CSignInProxy::GetErrorFromSubmitCredentialRequest(const wchar_t* reply,
                                                        std::wstring& message) {
-    message = L"Failed to find expected error";
-    GetFailureMessage(_UNICODECONVERT(reply), message);
+    message = Refusal(PortalPage(_UNICODECONVERT(reply)));
 }
 
 void CSignInProxy::Fail(SignInResponse* response, const std::wstring& message) const {

@@ -10,7 +10,7 @@
 namespace {
 
 struct TextField {
-    const char* element;
+    const char* path;
     void (CFolderItem::*set)(const std::wstring&);
 };
 
@@ -29,7 +29,7 @@ constexpr TextField kTexts[] = {
 };
 
 struct Flag {
-    const char* element;
+    const char* path;
     void (CFolderItem::*set)(bool);
 };
 
@@ -41,6 +41,12 @@ constexpr Flag kFlags[] = {
 /// A flag is true unless its text holds an "f", so also when it is absent. That is deliberate.
 bool IsTrue(std::string_view text) {
     return text.find('f') == std::string_view::npos;
+}
+
+/// The element that a field's path, of one or two names, leads to. Most have one.
+_xmlNode* Find(_xmlNode* element, const char* path) {
+    const bool isName = std::string_view(path).find('/') == std::string_view::npos;
+    return isName ? FindChildNode(element, path) : SimpleDoXPath(path, element);
 }
 
 /// Takes the first of the fields that are still there.
@@ -59,13 +65,15 @@ void FolderListing::Restart(std::size_t bytes) {
 }
 
 void FolderListing::Take(_xmlNode* element) {
-    for (const TextField& text : kTexts) {
-        AppendNodeValue(FindChildNode(element, text.element), m_fields);
+    const auto keep = [&](const char* path) {
+        AppendNodeValue(Find(element, path), m_fields);
         m_fields += '\0';
+    };
+    for (const TextField& text : kTexts) {
+        keep(text.path);
     }
     for (const Flag& flag : kFlags) {
-        AppendNodeValue(FindChildNode(element, flag.element), m_fields);
-        m_fields += '\0';
+        keep(flag.path);
     }
     ++m_count;
 }
@@ -85,4 +93,15 @@ void FolderListing::AppendTo(std::vector<CFolderItem*>& records) const {
         }
         records.push_back(record.release());
     }
+}
+
+std::unique_ptr<CFolderItem> FolderListing::Item(_xmlNode* element) {
+    auto record = std::make_unique<CFolderItem>();
+    for (const TextField& text : kTexts) {
+        (record.get()->*text.set)(GetWideNodeValue(Find(element, text.path)));
+    }
+    for (const Flag& flag : kFlags) {
+        (record.get()->*flag.set)(IsTrue(GetNodeValue(Find(element, flag.path))));
+    }
+    return record;
 }

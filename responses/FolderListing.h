@@ -3,6 +3,7 @@
 #include "support/XmlElementSink.h"
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,9 @@ public:
     void Take(_xmlNode* element) override;
     /// Appends a new record for every item, in order; the caller deletes them.
     void AppendTo(std::vector<CFolderItem*>& records) const;
+
+    /// A new record from one element, which need not be of a listing.
+    static std::unique_ptr<CFolderItem> Item(_xmlNode* element);
 
 private:
     std::size_t m_count = 0;

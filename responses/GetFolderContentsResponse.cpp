@@ -33,11 +33,7 @@ void CGetFolderContentsResponse::GetFolderContents(std::vector<CFolderItem*>& it
 }
 
 CFolderItem* CGetFolderContentsResponse::GetFolderItemFromNode(_xmlNode* node) const {
-    FolderListing listing;
-    listing.Take(node);
-    std::vector<CFolderItem*> records;
-    listing.AppendTo(records);
-    return records.front();
+    return FolderListing::Item(node).release();
 }
 
 std::wstring CGetFolderContentsResponse::GetValueFromChildNode(_xmlNode* node,

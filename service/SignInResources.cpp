@@ -12,7 +12,7 @@ namespace brevint::service {
 
 namespace {
 
-constexpr char signInAction[] = "wsignin1.0";
+constexpr char signInRequest[] = "sign-in";
 constexpr char portalPath[] = "portal/login";
 constexpr char federationPath[] = "federation";
 
@@ -46,8 +46,8 @@ std::string TokenPage(const std::string& federationUrl, const std::string& token
                       const std::string& context) {
     return Page("Signing in",
                 "<form method=\"post\" action=\"" + HtmlEscape(federationUrl) + "\">\n" +
-                    Hidden("wa", signInAction) + Hidden("wresult", token) +
-                    Hidden("wctx", context) +
+                    Hidden("request", signInRequest) + Hidden("token", token) +
+                    Hidden("context", context) +
                     "<noscript><p><button type=\"submit\">Continue</button></p></noscript>\n"
                     "</form>\n"
                     "<script>document.forms[0].submit();</script>\n");
@@ -56,8 +56,8 @@ std::string TokenPage(const std::string& federationUrl, const std::string& token
 HttpReply ShowDashboard(const Call& call) {
     if (!call.user) {
         const std::string context = "rm=0&id=dashboard&ru=" + call.serviceUrl;
-        return RedirectReply(call.serviceUrl + portalPath + "?wa=" + signInAction +
-                             "&mode=DB&wctx=" + base::PercentEncode(context));
+        return RedirectReply(call.serviceUrl + portalPath + "?request=" + signInRequest +
+                             "&mode=DB&context=" + base::PercentEncode(context));
     }
     return HtmlReply(200, Page("Dashboard", "<p>Signed in as " + HtmlEscape(call.user->name) +
                                                 ". <a href=\"" + HtmlEscape(call.serviceUrl) +
@@ -68,8 +68,8 @@ HttpReply ShowDashboard(const Call& call) {
 std::string CheckPortalQuery(const Call& call) {
     const FormFields query = ReadQuery(call.request.query);
     const auto mode = query.Single("mode");
-    const auto context = query.Single("wctx");
-    if (query.Single("wa") != signInAction || !context || (mode != "DB" && mode != "VX"))
+    const auto context = query.Single("context");
+    if (query.Single("request") != signInRequest || !context || (mode != "DB" && mode != "VX"))
         throw BadRequest("The portal's address lacks its parameters.");
     return *context;
 }
@@ -90,10 +90,10 @@ HttpReply TakeCredentials(const Call& call, Sessions& sessions) {
 
 HttpReply TakeToken(const Call& call, Sessions& sessions) {
     const FormFields form = ReadForm(call.request.Header("Content-Type"), call.request.body);
-    const auto token = form.Single("wresult");
-    const auto context = form.Single("wctx");
-    if (form.Single("wa") != signInAction || !token || !context || form.Size() != 3)
-        throw BadRequest("The form must hold wa, wresult and wctx.");
+    const auto token = form.Single("token");
+    const auto context = form.Single("context");
+    if (form.Single("request") != signInRequest || !token || !context || form.Size() != 3)
+        throw BadRequest("The form must hold request, token and context.");
     const auto cookies = sessions.Redeem(*token, *context);
     if (!cookies)
         return HtmlReply(403, Page("Sign-in failed",

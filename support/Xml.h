@@ -14,14 +14,16 @@ struct _xmlNode;
 enum class MarkupMode {
     /// Well-formed XML only. A document that declares entities is refused.
     Strict,
-    /// What a browser would show too. The names of elements and attributes are in lower case and
-    /// in no namespace afterwards.
+    /// What a browser would show too, a page of the portal. The names of elements and attributes
+    /// are
+    /// in lower case afterwards, and elements in no namespace.
     Tolerant,
 };
 
 /// Parses UTF-8 text, whatever encoding it declares, into a document that the caller frees with
-/// FreeXMLDoc. Null when the text cannot be parsed. Loads nothing, substitutes no entities but the
-/// predefined ones, prints nothing.
+/// FreeXMLDoc. Null when the text cannot be parsed, or is beyond what support/Limits.h allows.
+/// Loads nothing, substitutes no entities but the predefined ones, prints nothing. Comments and
+/// processing instructions are left out; CDATA is text.
 _xmlDoc* ParseXML(std::string_view text, MarkupMode mode = MarkupMode::Strict);
 /// The same in strict mode for a document with very many elements of a kind: those that the path
 /// "/Name/Name" selects go to the sink, each as soon as it is complete, and do not stay in the
@@ -45,8 +47,9 @@ std::string GetNodeValue(_xmlNode* node);
 std::wstring GetWideNodeValue(_xmlNode* node);
 /// Appends the text content of an element, for those who read many.
 void AppendNodeValue(_xmlNode* node, std::string& text);
-/// Value of an attribute; empty when it is missing, and for null.
+/// Value of the attribute with exactly that name, which has no prefix; empty when it is missing,
+/// and for null.
 std::string GetNodeAttrib(_xmlNode* node, const char* name);
-/// First direct child element with that name, in no namespace; null when there is none, and for
-/// null.
+/// First direct child element with that name (not a path), in no namespace; null when there is
+/// none, and for null.
 _xmlNode* FindChildNode(_xmlNode* node, const char* name);

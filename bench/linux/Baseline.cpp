@@ -94,7 +94,7 @@ void SignIns(const TaskArguments& arguments, Stopwatch& watch) {
     const Easy easy = NewEasy();
     curl_easy_setopt(easy.get(), CURLOPT_COOKIEFILE, "");
     const std::string credentials = "userName=ada&password=ada-secret";
-    const std::string form = "wa=wsignin1.0&wresult=token&";
+    const std::string form = "request=sign-in&token=token&";
     for (std::size_t i = 0; i < arguments.count; ++i) {
         Get(easy.get(), arguments.url, 302);
         char* portal = nullptr;

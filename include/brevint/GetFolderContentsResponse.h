@@ -21,7 +21,8 @@ public:
 
     /// A new record from one item element; the caller deletes it.
     CFolderItem* GetFolderItemFromNode(_xmlNode* node) const;
-    /// Text of the direct child element with that name; empty when there is none.
+    /// Text of the direct child element with that name, which is no path; empty when there is none,
+    /// and for a null node or name.
     std::wstring GetValueFromChildNode(_xmlNode* node, const char* name) const;
 
 private:

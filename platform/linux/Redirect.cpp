@@ -54,13 +54,18 @@ DWORD FollowRedirect(Exchange& exchange, const std::string& target, long status)
     if (exchange.url.starts_with("https:") && target.starts_with("http:")) {
         return ERROR_INTERNET_HTTPS_TO_HTTP_ON_REDIR;
     }
+    const bool leavesOrigin = Origin(exchange.url) != Origin(target);
+    // A body may hold a password.
+    if (leavesOrigin && status > 303 && exchange.bodySize > 0) {
+        return ERROR_HTTP_REDIRECT_NEEDS_CONFIRMATION;
+    }
     if (status <= 303) {
         exchange.verb = exchange.verb == "HEAD" ? "HEAD" : "GET";
         exchange.body = nullptr;
         exchange.bodySize = 0;
         exchange.headers.Remove("Content-Type");
     }
-    if (Origin(exchange.url) != Origin(target)) {
+    if (leavesOrigin) {
         for (const char* name : {"Authorization", "Cookie", "Host"}) {
             exchange.headers.Remove(name);
         }

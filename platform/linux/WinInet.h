@@ -102,6 +102,7 @@ inline constexpr DWORD ERROR_HTTP_INVALID_SERVER_RESPONSE = 12152;
 inline constexpr DWORD ERROR_HTTP_INVALID_HEADER = 12153;
 inline constexpr DWORD ERROR_HTTP_REDIRECT_FAILED = 12156;
 inline constexpr DWORD ERROR_INTERNET_SECURITY_CHANNEL_ERROR = 12157;
+inline constexpr DWORD ERROR_HTTP_REDIRECT_NEEDS_CONFIRMATION = 12168;
 
 HINTERNET InternetOpenW(LPCWSTR agent, DWORD accessType, LPCWSTR proxy, LPCWSTR proxyBypass,
                         DWORD flags) noexcept;

@@ -108,7 +108,7 @@ Healthy HealthyReply(const Call& call, int step, const std::string& next, const 
     case 0: return {"302 Found", "Location: " + next + "\n", "The portal is elsewhere."};
     case 1:
         return {.body = "<html><body><form action='" + next +
-                        "'><input type=hidden name=wa value=b></form></body></html>"};
+                        "'><input type=hidden name=token value=b></form></body></html>"};
     default: return {"200 OK", cookie + "=a" + scope + cookie + "1=b" + scope, "<html>Welcome"};
     }
 }

@@ -1,5 +1,7 @@
 #include "proxies/PortalForm.h"
+#include "support/Limits.h"
 #include "support/Text.h"
+#include "support/Xml.h"
 #include "tests/library/Details.h"
 #include "tests/library/Helpers.h"
 #include "tests/support/ScriptedServer.h"
@@ -98,7 +100,8 @@ TEST(HostileDocuments, TextIsFoundOrNotWhateverStandsAroundIt) {
         {"<@> \r\n\xE9\xC3\xA9\xED\xA0\x80</@>", L" \n\ufffd\u00e9\ufffd"},
         {"<@>" + padding + "</@>", std::wstring(padding.begin(), padding.end())},
         {"<y z='" + padding + "'/><@>a</@>", L"a"},
-        {"<y " + Numbered(256, " a", "='= b=\"c\" d'") + "/><@>a</@>", L"a"},
+        {"<y " + Numbered(257, " a", "='= b=\"c\" d'") + "/><@>a</@>", L"a"},
+        {Numbered(60'000, "<y", "/>") + "<@>a</@>", L"a"},
         {Repeat(50'000, "<y/>") + "<@>a</@>", L"a"},
         {Repeat(200, "<y>") + Repeat(200, "</y>") + "<@>a</@>", L"a"},
         // What a document says of itself changes nothing, and nothing is fetched.
@@ -110,6 +113,8 @@ TEST(HostileDocuments, TextIsFoundOrNotWhateverStandsAroundIt) {
         {name, L"\u00e9", "<!DOCTYPE ResponseData PUBLIC '-//x//y' 'file:///etc/passwd'>"},
         {name, L"\u00e9",
          "<!DOCTYPE r [<!ELEMENT a ANY><!ATTLIST a b ID #IMPLIED c ID #IMPLIED>]>"},
+        {name, L"\u00e9",
+         "<!DOCTYPE r [<!-- ]> ' --><?p ]> ?><!ATTLIST a b CDATA \"']>\" c (d | e) 'd'>]>"},
     };
     testing::internal::CaptureStderr();
     for (const auto& [markup, text, prologue] : cases) {
@@ -134,32 +139,99 @@ TEST(HostileDocuments, AreRefusedByEveryKind) {
         "plain text", "\xEF\xBB\xBF", "<a>", "<a></b>", "<a/><b/>", "<a b=c/>", "<a>&nbsp;</a>",
         "<!DOCTYPE html><html><head><title>502</title></head><body><hr></body></html>",
         "<ResponseData>\x01</ResponseData>", "<ResponseData><!-- -- --></ResponseData>",
-
         std::string("<ResponseData>\0</ResponseData>", 30), std::string("\xFF\xFE<\0R\0/\0>\0", 10),
-        // Entities: a bomb, a file, a file for declarations, and one that nobody uses.
+        Repeat(9'000, "<!--"), std::string(9'000, '<'),
+        // Entities: a bomb, a file, a file for declarations, data, and one that nobody uses.
         declaring("<!ENTITY a0 'ha'>" + Numbered(9, "<!ENTITY b", " '&a0;&a0;&a0;&a0;'>")),
         declaring("<!ENTITY e SYSTEM 'file:///etc/passwd'>"),
-        declaring("<!ENTITY % e SYSTEM 'file:///etc/passwd'> %e;"), declaring("<!ENTITY e \"]>\">"),
-        // What would take time or memory out of proportion.
-        declaring("<!-- ]> --><!ATTLIST a b CDATA 'c'>"),
-        declaring(Numbered(9'000, "<!ATTLIST a b", " ID #IMPLIED>")),
-        declaring("<!ATTLIST a b (" + Numbered(9'000, "c", "|") + "c) #IMPLIED>"),
-        "<ResponseData" + Numbered(9'000, " a", "=''") + "/>",
-        "<ResponseData" + Numbered(9'000, " xmlns:a", "='u'") + "/>",
-        "<ResponseData" + Numbered(200, " xmlns:a", "='u'") + "><b" +
-            Numbered(200, " xmlns:b", "='u'") + "/></ResponseData>",
-        "<ResponseData>" + Numbered(99'000, "<a", "/>") + "</ResponseData>",
-        Repeat(100'000, "<a>") + Repeat(100'000, "</a>"), Repeat(9'000, "<!--"),
-        std::string(9'000, '<')};
+        declaring("<!ENTITY % e SYSTEM 'file:///etc/passwd'> %e;"),
+        declaring("<!NOTATION n SYSTEM 'n'><!ENTITY e SYSTEM 'e' NDATA n>"),
+        declaring("<!ENTITY e \"]>\">")};
     testing::internal::CaptureStderr();
     for (const std::string& document : documents) {
+        SCOPED_TRACE(document.substr(0, 100));
         for (const Kind& kind : kKinds) {
-            SCOPED_TRACE(kind.element + (": " + document.substr(0, 100)));
+            SCOPED_TRACE(kind.element);
             EXPECT_EQ(kind.read(document), Outcome(1104, kind.read("").second));
         }
-        GetHiddenFormData(document.c_str()); // A page may be any of them, with whatever result.
+        // A page may be any of them, but holds no form then.
+        EXPECT_EQ(GetFormAction(document.c_str()), L"");
     }
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+std::string Within(const std::string& tag, const std::string& content) {
+    return '<' + tag + '>' + content + "</" + tag.substr(0, tag.find(' ')) + '>';
+}
+
+TEST(HostileDocuments, CostNoMoreThanTheirLengthIsWorth) {
+    const auto strict = MarkupMode::Strict;
+    const auto tolerant = MarkupMode::Tolerant;
+    const auto attributes = [](int count) {
+        return Numbered(count, " a", "=''");
+    };
+    const auto namespaces = [](int count) {
+        return Numbered(count, " xmlns:n", "='u:'");
+    };
+    const auto nested = [](int count) {
+        return Repeat(count, "<i>") + Repeat(count, "</i>");
+    };
+    const auto declared = [](const std::string& text) {
+        return "<!DOCTYPE r [" + text + "]><r/>";
+    };
+    const auto page = [](std::size_t size) {
+        return "<p>" + std::string(size - 3, 'x');
+    };
+    const std::string deep = "<b><div>" + Repeat(240, "<i>");
+    const struct {
+        const char* what;
+        MarkupMode mode;
+        std::string accepted, refused;
+    } cases[] = {
+        {"attributes of an element", strict, Within("r" + attributes(1'900), ""),
+         Within("r" + attributes(9'000), "")},
+        {"attributes of every element", strict,
+         Within("r", Repeat(500, Within("e" + attributes(100), ""))),
+         Within("r", Repeat(100, Within("e" + attributes(500), "")))},
+        {"namespaces of an element", strict, Within("r" + namespaces(100), ""),
+         Within("r" + namespaces(101), "")},
+        {"namespaces in force", strict, Within("r", Repeat(9, Within("e" + namespaces(99), ""))),
+         Within("r" + namespaces(51), Within("e" + namespaces(51), ""))},
+        {"names", strict, Within("r", Numbered(99'000, "<n", "/>")),
+         Within("r", Numbered(110'000, "<n", "/>"))},
+        {"depth", strict, nested(256), nested(257)},
+        {"declarations", strict, declared(Numbered(1'000, "<!ATTLIST a b", " ID #IMPLIED>")),
+         declared(Numbered(2'000, "<!ATTLIST a b", " ID #IMPLIED>"))},
+        {"values of a declaration", strict,
+         declared("<!ATTLIST a b (c" + Numbered(4'000, "|") + ") 'c'>"),
+         declared("<!ATTLIST a b (c" + Numbered(9'000, "|") + ") 'c'>")},
+        {"faults", strict, Within("r", Repeat(200'000, "<n:e/>")),
+         Within("r", Repeat(400'000, "<n:e/>"))},
+        {"attributes of a tag", tolerant, "<br" + attributes(1'900) + '>',
+         "<br" + attributes(9'000) + '>'},
+        {"attributes of every tag", tolerant, Repeat(500, "<br" + attributes(100) + '>'),
+         Repeat(100, "<br" + attributes(500) + '>')},
+        {"attributes of no element", tolerant,
+         "<body>" + Repeat(5, "<body" + attributes(500) + '>'),
+         "<body>" + Repeat(100, "<body" + attributes(500) + '>')},
+        {"the same attributes", tolerant, "<br" + attributes(1'000) + Repeat(100, " a999") + '>',
+         "<br" + attributes(1'900) + Repeat(9'000, " a1899") + '>'},
+        {"names", tolerant, Numbered(90'000, "<n", "/>"), Numbered(110'000, "<n", "/>")},
+        {"faults", tolerant, Repeat(200'000, "&"), Repeat(300'000, "&")},
+        {"faults deep within", tolerant, deep + Repeat(9'000, "</b>"),
+         deep + Repeat(20'000, "</b>")},
+        {"length", tolerant, page(Limits::kLongestPage), page(Limits::kLongestPage + 1)},
+    };
+    testing::internal::CaptureStderr();
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.what);
+        EXPECT_NE(XmlDocPtr(ParseXML(std::string_view(test.accepted), test.mode)), nullptr);
+        EXPECT_EQ(XmlDocPtr(ParseXML(std::string_view(test.refused), test.mode)), nullptr);
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    // Declarations add nothing to elements.
+    const XmlDocPtr document(ParseXML("<!DOCTYPE r [<!ATTLIST r a CDATA 'b'>]><r/>", -1));
+    EXPECT_EQ(GetNodeAttrib(SimpleDoXPath("//r", document.get()), "a"), "");
 }
 
 } // namespace

@@ -13,13 +13,17 @@ TEST(PortalForm, IsReadFromEveryPageThatABrowserWouldPost) {
     const std::string field = "<input type=hidden name=a value=1>";
     const std::string closed = "<input type='hidden' name='a' value='1'/>";
     const std::string padding(1'000'000, 'x');
+    const auto hidden = [](const std::string& element) {
+        return '<' + element + " a='>'><form action=evil><input type=hidden name=evil></" +
+               element + '>';
+    };
     const struct {
         std::string page;
         std::wstring action;
         std::wstring fields = L"a=1&";
     } cases[] = {
         // Well-formed pages.
-        {"<FORM ACTION='u'><INPUT TYPE='HiDDen' NAME='wA' VALUE='1'/></FORM>", L"u", L"wA=1&"},
+        {"<FORM ACTION='u'><INPUT TYPE='HiDDen' NAME='aB' VALUE='1'/></FORM>", L"u", L"aB=1&"},
         {"<?xml version=\"1.0\" encoding=\"utf-16\"?><!DOCTYPE html><html xml:lang='en' "
          "xmlns='http://www.w3.org/1999/xhtml'><head><title/></head><body onload='f()'>"
          "<form action='u'><div>" +
@@ -35,6 +39,10 @@ TEST(PortalForm, IsReadFromEveryPageThatABrowserWouldPost) {
         {"<form action='u'><input type='hidden' name='w' "
          "value='&lt;a b=&quot;c&quot;&gt;&amp;amp;  &#xE9;'/></form>",
          L"u", L"w=%3Ca+b%3D%22c%22%3E%26amp%3B++%C3%A9&"},
+        {"<f><title><form action='evil'/></title><template><form action='evil'/></template>"
+         "<form action='u'><input x:type='text' type='hidden' name='a' x:name='b' value='1' "
+         "xmlns:x='urn:x'/></form></f>",
+         L"u"},
         // Pages that only browsers understand.
         {"<FORM METHOD=POST ACTION=http://s/?q><BR>" + field + field, L"http://s/?q", L"a=1&a=1&"},
         {"\xEF\xBB\xBF<form action='/post'><p>Wait&nbsp;please<br>" + field, L"/post"},
@@ -62,16 +70,27 @@ TEST(PortalForm, IsReadFromEveryPageThatABrowserWouldPost) {
         {"<!-- <form action='evil'> --><p>" + padding +
              "<br></p><form action=u><input type=hidden name=a value=" + padding + ">",
          L"u", L"a=" + std::wstring(padding.begin(), padding.end()) + L"&"},
+        {"<form action='a&#0;b&#1;c&#xD800;d&#99999999;e&#xZZ;f&#g'>"
+         "<input type=hidden name='n&#8;n' value='&#128;&#150;&#x9f;&#129;&#65v&#x1D11E;&#xFFFE;'>",
+         L"a\ufffdb\ufffdc\ufffdd\ufffde&#xZZ;f&#g",
+         L"n\ufffdn=%E2%82%AC%E2%80%93%C5%B8%C2%81Av%F0%9D%84%9E%EF%BF%BD&"},
+        // What a browser does not take for markup.
+        {hidden("textarea") + hidden("title") + hidden("iframe") + hidden("noframes") +
+             hidden("noembed") + hidden("XMP") + hidden("script") + hidden("style") +
+             hidden("template") + "<form action=u>" + field,
+         L"u"},
+        {"<template><tr><td>x<div><template></div></template><form action=evil></Template >"
+         "<textarea><!-- <a b='</textareas></textarea/><svg><title/></svg><form action=u>" +
+             field,
+         L"u"},
+        {"<![CDATA[<form action=evil>]]><!x <form action=evil>&lt;!<form action=u>" + field, L"u"},
+        {Numbered(1'000, "<b>x<g/><div><br><script>'<form>'</script>") + "<form action=u>" + field,
+         L"u"},
+        {"<form action=u>" + field + "<textarea><input type=hidden name=b></form>", L"u"},
         // Pages that lack something.
         {"<form>" + field + "</form><form action=second>", L""},
         {"<html><body><form action='u'><input type=text name=a><br></form></html>", L"u", L""},
         {"", L"", L""},
-        // Pages that would cost more than they are worth.
-        {"<br><form action='u'" + Numbered(9'000, " a") + "><input type=hidden name=a>", L"", L""},
-        {"<br>" + Numbered(9'000, "<body a") + "<form action='u'>", L"", L""},
-        // Pages that only look so.
-        {"<script>if (a<b" + Numbered(9'000, " && c") + ");</script><form action=u>" + field, L"u"},
-        {"<!-- <a" + Numbered(9'000, " b") + " --><form action=u>" + field, L"u"},
         {"<<<>>&#;<!<!--<?\x01\xFF</<form<input type=", L"", L""},
     };
     for (const auto& test : cases) {
@@ -104,7 +123,7 @@ TEST(PortalRefusal, IsReadFromEveryPage) {
     for (const auto& [page, expected] : cases) {
         SCOPED_TRACE(page);
         std::wstring message = L"before";
-        GetFailureMessage(page, message);
+        PortalPage(page).FailureMessage(message);
         EXPECT_EQ(message, expected);
     }
 }

@@ -1,6 +1,7 @@
 #include "brevint/brevint.h"
 #include "support/Xml.h"
 
+#include "support/Xml.h"
 #include "tests/library/Details.h"
 #include "tests/library/Helpers.h"
 
@@ -106,13 +107,22 @@ TEST(Responses, FolderItemsAreFilledFromTheirElements) {
         {200, "!<Other><Item/></Other>", 1101, L""},
         {200, "<Message>Requested item is not a folder.</Message><Item/>", 1402, named(L"")},
     });
-    const XmlDocPtr document(ParseXML("<Item><Name>n</Name></Item>"));
-    _xmlNode* const nodes[] = {SimpleDoXPath("/Item", document.get()), nullptr};
-    for (_xmlNode* const node : nodes) {
-        const std::unique_ptr<CFolderItem> item(
-            CGetFolderContentsResponse().GetFolderItemFromNode(node));
-        EXPECT_EQ(Detail(*item), named(node ? L"n" : L""));
-    }
+}
+
+TEST(Responses, FolderItemIsMadeFromAnElement) {
+    const XmlDocPtr document(
+        ParseXML("<r><i><Name>n</Name><Name>2</Name><Data><Size>5</Size></Data>"
+                 "<Locked>f</Locked></i></r>"));
+    const CGetFolderContentsResponse response;
+    _xmlNode* const item = SimpleDoXPath("/r/i", document.get());
+    const std::unique_ptr<CFolderItem> record(response.GetFolderItemFromNode(item));
+    EXPECT_EQ(Detail(*record), L"|||n||||5||||public;");
+    const std::unique_ptr<CFolderItem> empty(response.GetFolderItemFromNode(nullptr));
+    EXPECT_EQ(Detail(*empty), L"|||||||||||lockedpublic;");
+    EXPECT_EQ(response.GetValueFromChildNode(item, "Name"), L"n");
+    EXPECT_EQ(response.GetValueFromChildNode(item, "Data/Size"), L"");
+    EXPECT_EQ(response.GetValueFromChildNode(item, nullptr), L"");
+    EXPECT_EQ(response.GetValueFromChildNode(nullptr, "Name"), L"");
 }
 
 TEST(Responses, FlagOfAFolderItemIsTrueUnlessItHoldsALetterF) {

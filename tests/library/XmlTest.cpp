@@ -96,6 +96,14 @@ TEST(XmlNodes, AreFoundRelativeToANode) {
     for (const auto& [path, value] : cases) {
         SCOPED_TRACE(path);
         EXPECT_EQ(GetNodeValue(SimpleDoXPath(path, item)), value);
+        const bool isName = std::string(path).find_first_of("/*") == std::string::npos;
+        EXPECT_EQ(GetNodeValue(FindChildNode(item, path)), isName ? value : "");
+    }
+    EXPECT_EQ(SimpleDoXPath(nullptr, item), nullptr);
+    EXPECT_EQ(FindChildNode(item, nullptr), nullptr);
+    EXPECT_EQ(FindChildNode(nullptr, "Name"), nullptr);
+    for (const auto& [name, value] : {std::pair("b", "1"), {"c", ""}, {"x:c", ""}, {"B", ""}}) {
+        EXPECT_EQ(GetNodeAttrib(FindChildNode(item, "Name"), name), value) << name;
     }
 }
 

@@ -26,29 +26,36 @@ TEST(Redirect, IsFollowedByStatusAndVerb) {
         {300, L"GET", ""},
         {308, L"POST", target::kFollows308 ? "POST" : ""},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.status);
-        SCOPED_TRACE(test.verb);
-        ScriptedServer server;
-        server.On("/from").Reply(test.status, {{"Location", "/to"}});
-        server.On("/to").Reply(200);
-        const std::string body = test.followedWith == "HEAD" ? "" : "body";
-        Exchange exchange(server.Url("/from"),
-                          {.verb = test.verb,
-                           .headers = L"Content-Type: text/plain\r\nX-Mine: 1\r\n",
-                           .body = body});
-        ASSERT_TRUE(exchange.Send());
-        const auto followed = server.RequestsFor("/to");
-        ASSERT_EQ(followed.size(), test.followedWith.empty() ? 0u : 1u);
-        EXPECT_EQ(exchange.Status(), followed.empty() ? static_cast<DWORD>(test.status) : 200u);
-        if (!followed.empty()) {
-            EXPECT_EQ(followed[0].method, test.followedWith);
-            EXPECT_EQ(followed[0].Header("X-Mine"), "1");
-            // Where the body stays behind, so does what tells of it.
+    for (const bool leavesOrigin : {false, true}) {
+        for (const auto& test : cases) {
+            SCOPED_TRACE(std::to_string(test.status) + (leavesOrigin ? ", to another origin" : ""));
+            SCOPED_TRACE(test.verb);
+            ScriptedServer server;
+            ScriptedServer other;
+            ScriptedServer& place = leavesOrigin ? other : server;
+            server.On("/from").Reply(test.status, {{"Location", Narrow(place.Url("/to"))}});
+            place.On("/to").Reply(200);
+            const std::string body = test.followedWith == "HEAD" ? "" : "body";
+            Exchange exchange(server.Url("/from"),
+                              {.verb = test.verb,
+                               .headers = L"Content-Type: text/plain\r\nX-Mine: 1\r\n",
+                               .body = body});
+            const bool follows = !test.followedWith.empty();
             const bool keepsBody = test.status >= 307 && target::kBodyTravelsWith307;
-            EXPECT_EQ(followed[0].body, keepsBody ? body : "");
-            for (const auto* name : {"Content-Length", "Content-Type"}) {
-                EXPECT_TRUE(keepsBody || body.empty() || followed[0].HeaderCount(name) == 0);
+            // A body may hold a password: it goes to no other origin.
+            const bool refused = leavesOrigin && follows && keepsBody;
+            ASSERT_EQ(exchange.Send(), !refused);
+            const auto followed = place.RequestsFor("/to");
+            ASSERT_EQ(followed.size(), follows && !refused ? 1u : 0u);
+            EXPECT_EQ(exchange.Status(), followed.empty() ? static_cast<DWORD>(test.status) : 200u);
+            if (!followed.empty()) {
+                EXPECT_EQ(followed[0].method, test.followedWith);
+                EXPECT_EQ(followed[0].Header("X-Mine"), "1");
+                // Where the body stays behind, so does what tells of it.
+                EXPECT_EQ(followed[0].body, keepsBody ? body : "");
+                for (const auto* name : {"Content-Length", "Content-Type"}) {
+                    EXPECT_TRUE(keepsBody || body.empty() || followed[0].HeaderCount(name) == 0);
+                }
             }
         }
     }

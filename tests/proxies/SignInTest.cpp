@@ -12,13 +12,16 @@ namespace {
 using Headers = ScriptedServer::Headers;
 using Response = std::unique_ptr<SignInResponse>;
 
-/// Makes requests that touch no network: each is answered with the same redirect.
+/// Makes requests that touch no network: the first is answered with a redirect, the others with the
+/// same page.
 struct RedirectingRequests final : IRequestFactory {
     struct Request : WebRequest {
         explicit Request(RedirectingRequests& factory) : owner(factory) {}
         void SendRequest() override {}
-        unsigned long GetRequestStatus() override { return owner.status; }
-        void GetRequestedData(std::wstring& out) override { out.clear(); }
+        unsigned long GetRequestStatus() override {
+            return owner.urls.size() == 1 ? owner.status : 200;
+        }
+        void GetRequestedData(std::wstring& out) override { out = owner.page; }
         void GetRedirectUrl(std::wstring& out) override { out = owner.redirect; }
         RedirectingRequests& owner;
     };
@@ -29,6 +32,7 @@ struct RedirectingRequests final : IRequestFactory {
     }
     unsigned long status = 0;
     std::wstring redirect;
+    std::wstring page;
     std::vector<std::wstring> urls;
 };
 
@@ -52,12 +56,43 @@ TEST(SignIn, PortalIsAskedInTheClientsMode) {
     }
 }
 
+TEST(SignIn, NeverGoesFromTlsToPlainHttp) {
+    const struct {
+        const wchar_t* service;
+        const wchar_t* portal;
+        const wchar_t* action;
+        std::size_t requests; ///< made before the sign-in fails
+    } cases[] = {
+        {L"https://s/", L"http://p/?", L"https://s/in", 1},
+        {L"HTTPS://s/", L" HTTP://p/?", L"https://s/in", 1},
+        {L"https://s/", L"https://p/?", L"http://s/in", 2},
+        {L"http://s/", L"https://p/?", L"\thttp://s/in", 2},
+        {L"http://s/", L"http://p/?", L"http://s/in", 3},
+        // What is no address fails where it is sent.
+        {L"https://s/", L"/portal?", L"/in", 3},
+        {L"https://s/", L"https://p/?", L"in", 3},
+        {L"https://s/", L"https://p/?", L"httpx://s/in", 3},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(Narrow(test.portal) + ", " + Narrow(test.action));
+        RedirectingRequests requests;
+        requests.status = 302;
+        requests.redirect = test.portal;
+        requests.page = L"<form action='" + std::wstring(test.action) + L"'><input type=hidden>";
+        CSignInProxy proxy(&requests);
+        const Response response(proxy.SignIn(test.service, L"user", L"pass"));
+        EXPECT_EQ(requests.urls.size(), test.requests);
+        EXPECT_EQ(response->GetErrorMessage(), ConnectionFailure(test.service));
+    }
+}
+
 std::string PortalPage(const std::wstring& action) {
     return "<!DOCTYPE html><html><body onload='document.forms[0].submit()'>"
            "<form method=POST action='" +
            Narrow(action) +
-           "'><input type=hidden name=wa value='a&amp;b=c'><input type=text name=seen value=no>"
-           "<INPUT TYPE=HIDDEN NAME=wresult VALUE='&lt;t x=\"1\"/&gt; \xC3\xBC'></form>";
+           "'><input type=hidden name=context value='a&amp;b=c'><input type=text name=seen "
+           "value=no>"
+           "<INPUT TYPE=HIDDEN NAME=token VALUE='&lt;t x=\"1\"/&gt; \xC3\xBC'></form>";
 }
 
 Response From(const std::wstring& url) {
@@ -70,7 +105,7 @@ Response From(const std::wstring& url) {
 
 TEST(SignIn, FollowsThePortalToTheCookiesOfTheService) {
     ScriptedServer server;
-    server.On("/app").Reply(302, {{"Location", Narrow(server.Url("/portal?wa=in&mode=DB&x=1"))}});
+    server.On("/app").Reply(302, {{"Location", Narrow(server.Url("/portal?a=in&mode=DB&x=1"))}});
     server.On("POST /portal").Reply(302, {{"Location", Narrow(server.Url("/page"))}});
     server.On("/page").Reply(200, {}, PortalPage(server.Url("/whole/in")));
     server.On("POST /whole/in")
@@ -85,11 +120,71 @@ TEST(SignIn, FollowsThePortalToTheCookiesOfTheService) {
     const auto requests = server.Requests();
     ASSERT_EQ(requests.size(), 5u);
     EXPECT_EQ(requests[0].Header("Accept"), "text/html");
-    EXPECT_EQ(requests[1].method + ' ' + requests[1].target, "POST /portal?wa=in&mode=VX&x=1");
+    EXPECT_EQ(requests[1].method + ' ' + requests[1].target, "POST /portal?a=in&mode=VX&x=1");
     EXPECT_EQ(requests[1].Header("Accept"), "text/xml");
     EXPECT_EQ(requests[1].Header("Content-Type"), "application/x-www-form-urlencoded");
     EXPECT_EQ(requests[1].body, "userName=a%26b%3Dc%2Bd+e&password=p%25%C3%A4%E6%A6%82*-._");
-    EXPECT_EQ(requests[3].body, "wa=a%26b%3Dc&wresult=%3Ct+x%3D%221%22%2F%3E+%C3%BC&");
+    EXPECT_EQ(requests[3].body, "context=a%26b%3Dc&token=%3Ct+x%3D%221%22%2F%3E+%C3%BC&");
+}
+
+/// A page with all that portals show around their form, and what looks like another one in it.
+std::string LadenPage(const std::string& form, const std::string& other) {
+    const auto repeat = [](std::size_t size, const std::string& text) {
+        std::string all;
+        while (all.size() < size) {
+            all += text;
+        }
+        return all;
+    };
+    std::string page = "<!doctype html><html lang=en><head><meta charset=utf-8>"
+                       "<title>a < b " +
+                       other + "</title><style>" +
+                       repeat(100'000, "a > b { content: '</p><c>'; }\n") + "</style>";
+    for (const std::string text : {"s += '<a href=\"' + x + '\"></a><\\/script>';\n",
+                                   "if (a < b && c<d || e </f.g/.h) { i <<= j; } // it's <b\n",
+                                   "{\"k\": [\"</div>\", \"<!-- \", {\"l\": \"<m n='\"}]},\n"}) {
+        page += "<script>" + repeat(100'000, text) + "</script>";
+    }
+    page += "</head><body class='a b'><!-- <!-- " + other + " <a b='> -->" +
+            repeat(50'000, "<svg viewBox='0 0 9 9'><title>t</title><path d='M0 0L9 9'/></svg>") +
+            repeat(50'000, "<p>1 < 2 && 3<4 a<b <c d&nbsp;e &copy; <x-y z>&hellip;</x-y>\n");
+    for (const std::string name :
+         {"template", "textarea", "iframe", "noframes", "noembed", "xmp"}) {
+        page += '<' + name + "><tr><td>" + other + "<div></" + name + '>';
+    }
+    return page + "<img alt='' src='data:image/png;base64," + repeat(1'000'000, "iVBORw0KGgo/+") +
+           "'>" + form + "</body></html>";
+}
+
+TEST(SignIn, ReadsALadenPage) {
+    ScriptedServer server;
+    const std::string value(1'000'000, 'v');
+    const std::string form = "<form method=post action='" + Narrow(server.Url("/laden/in")) +
+                             "'><input type=hidden name=n value='" + value + "'></form>";
+    const std::string other = "<form action='" + Narrow(server.Url("/laden/other")) +
+                              "'><input type=hidden name=other></form>";
+    server.On("/app").Reply(302, {{"Location", Narrow(server.Url("/portal"))}});
+    server.On("/portal?mode=VX").Reply(200, {}, LadenPage(form, other));
+    server.On("/laden/in")
+        .Reply(200, {{"Set-Cookie", "FedAuth=a; Path=/laden"},
+                     {"Set-Cookie", "FedAuth1=b; Path=/laden"}});
+    EXPECT_STREQ(From(server.Url("/app"))->GetErrorMessage(), L"");
+    EXPECT_TRUE(server.Requests().back().body == "n=" + value + "&");
+}
+
+TEST(SignIn, SendsTheCredentialsToThePortalAlone) {
+    for (const int status : {307, 308}) {
+        SCOPED_TRACE(status);
+        ScriptedServer server;
+        ScriptedServer other;
+        server.On("/app").Reply(302, {{"Location", Narrow(server.Url("/portal"))}});
+        server.On("*").Reply(status, {{"Location", Narrow(other.Url("/in"))}});
+        EXPECT_EQ(From(server.Url("/app"))->GetErrorMessage(),
+                  ConnectionFailure(server.Url("/app")));
+        for (const auto& request : other.Requests()) {
+            EXPECT_EQ(request.body, "");
+        }
+    }
 }
 
 TEST(SignIn, FailuresSayWhy) {

@@ -117,8 +117,8 @@ protected:
     /// What the page of a successful sign-in posts to the federation endpoint.
     Request TokenPost(const std::string& credentials) const {
         const std::string page = Exchange(CredentialPost(credentials)).body;
-        std::string form = "wa=wsignin1.0";
-        for (const std::string field : {"wresult", "wctx"}) {
+        std::string form = "request=sign-in";
+        for (const std::string field : {"token", "context"}) {
             std::string value = Between(page, "name=\"" + field + "\" value=\"", "\"");
             // "&amp;" last, so that what it yields is not unescaped again.
             for (const auto& [entity, character] :
