@@ -27,6 +27,8 @@ public:
 
     /// Counts an element, before it becomes part of the document. False if the parse has ended.
     bool Enter(std::size_t attributes);
+    /// Takes note of an element that is complete.
+    virtual void Leave(xmlNode*) {}
     /// Ends the parse: the parser gets no more of the text, and comes to its end with the few
     /// thousand bytes that it has. Unlike xmlStopParser this may be called from every handler.
     void End();
@@ -34,12 +36,13 @@ public:
     /// memory: what it had read until then would pass for a document.
     XmlDocPtr Whole(xmlDoc* document) const;
 
-protected:
-    xmlParserCtxt& Parser() const { return m_parser; }
     /// What the parser has not looked at yet.
     std::string_view Unread() const;
     /// Makes the parser go on so many bytes later.
     void Skip(std::size_t count);
+
+protected:
+    xmlParserCtxt& Parser() const { return m_parser; }
     /// Takes note of a fault in the text.
     virtual void TakeFault(const xmlError& fault);
 

@@ -63,37 +63,22 @@ std::size_t ContentLength(std::string_view text, std::string_view element) {
     return text.size();
 }
 
-class HtmlParse final : public BoundedParse {
-public:
-    HtmlParse(xmlParserCtxt& parser, std::string_view text) : BoundedParse(parser, text) {
-        xmlSAXHandler& handlers = *parser.sax;
-        handlers.startElement = StartElement;
-        handlers.characters = Characters;
-    }
-
-private:
-    static HtmlParse& Of(void* context) {
-        return static_cast<HtmlParse&>(BoundedParse::Of(context));
-    }
-    static void StartElement(void* context, const xmlChar* name, const xmlChar** attributes);
-    static void Characters(void* context, const xmlChar* text, int length);
-};
-
-void HtmlParse::StartElement(void* context, const xmlChar* name, const xmlChar** attributes) {
+void StartElement(void* context, const xmlChar* name, const xmlChar** attributes) {
     std::size_t count = 0;
     while (attributes && attributes[2 * count]) {
         ++count;
     }
-    HtmlParse& parse = Of(context);
+    BoundedParse& parse = BoundedParse::Of(context);
     if (!parse.Enter(count)) {
         return;
     }
-    const bool isTooDeep = parse.Parser().nodeNr >= Limits::kDeepest;
+    auto* const parser = static_cast<xmlParserCtxt*>(context);
+    const bool isTooDeep = parser->nodeNr >= Limits::kDeepest;
     xmlSAX2StartElement(context, name, attributes);
     if (isTooDeep) {
         // As in browsers, what it holds comes after it: a page may leave very many tags open.
-        nodePop(&parse.Parser());
-        namePop(&parse.Parser());
+        nodePop(parser);
+        namePop(parser);
     }
     const std::string_view element = reinterpret_cast<const char*>(name);
     const std::string_view unread = parse.Unread();
@@ -104,8 +89,8 @@ void HtmlParse::StartElement(void* context, const xmlChar* name, const xmlChar**
     }
 }
 
-void HtmlParse::Characters(void* context, const xmlChar* text, int length) {
-    HtmlParse& parse = Of(context);
+void Characters(void* context, const xmlChar* text, int length) {
+    BoundedParse& parse = BoundedParse::Of(context);
     const std::string_view unread = parse.Unread();
     // "<!" that begins neither comment nor doctype is text to libxml2, which is before it now. To a
     // browser what follows is a comment up to the next ">".
@@ -130,12 +115,13 @@ XmlDocPtr ParseAsHtml(std::string_view text) {
     if (!parser) {
         return nullptr;
     }
-    HtmlParse parse(*parser, text);
+    BoundedParse parse(*parser, text);
+    parser->sax->startElement = StartElement;
+    parser->sax->characters = Characters;
     constexpr int kOptions = HTML_PARSE_RECOVER | HTML_PARSE_NONET | HTML_PARSE_NOERROR |
                              HTML_PARSE_NOWARNING | HTML_PARSE_IGNORE_ENC;
-    return parse.Whole(htmlCtxtReadIO(parser.get(), BoundedParse::Read, nullptr,
-                                      static_cast<BoundedParse*>(&parse), nullptr, nullptr,
-                                      kOptions));
+    return parse.Whole(htmlCtxtReadIO(parser.get(), BoundedParse::Read, nullptr, &parse, nullptr,
+                                      nullptr, kOptions));
 }
 
 /// False if the document keeps no further names.

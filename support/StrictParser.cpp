@@ -16,6 +16,35 @@ struct XmlParserFree {
     void operator()(xmlParserCtxt* context) const noexcept { xmlFreeParserCtxt(context); }
 };
 
+/// Called where libxml2 would load the DTD that a document points to. It would do so unasked:
+/// XML_SKIP_IDS is a bit of loadsubset, and any bit there counts as a wish for that in libxml2 2.9.
+void EndDeclarations(void* context, const xmlChar*, const xmlChar*, const xmlChar*) {
+    // Attributes that declarations supply are left out: a few declarations would make very many.
+    auto& parser = *static_cast<xmlParserCtxt*>(context);
+    xmlHashFree(static_cast<xmlHashTable*>(parser.attsDefault), xmlHashDefaultDeallocator);
+    parser.attsDefault = nullptr;
+}
+
+void StartElement(void* context, const xmlChar* name, const xmlChar* prefix, const xmlChar* uri,
+                  int namespaceCount, const xmlChar** namespaces, int attributeCount,
+                  int defaultedCount, const xmlChar** attributes) {
+    BoundedParse& parse = BoundedParse::Of(context);
+    if (static_cast<xmlParserCtxt*>(context)->nodeNr >= Limits::kDeepest) {
+        parse.End();
+    }
+    if (parse.Enter(static_cast<std::size_t>(namespaceCount) +
+                    static_cast<std::size_t>(attributeCount))) {
+        xmlSAX2StartElementNs(context, name, prefix, uri, namespaceCount, namespaces,
+                              attributeCount, defaultedCount, attributes);
+    }
+}
+
+void EndElement(void* context, const xmlChar* name, const xmlChar* prefix, const xmlChar* uri) {
+    xmlNode* const node = static_cast<xmlParserCtxt*>(context)->node;
+    xmlSAX2EndElementNs(context, name, prefix, uri);
+    BoundedParse::Of(context).Leave(node);
+}
+
 class StrictParse final : public BoundedParse {
 public:
     StrictParse(xmlParserCtxt& parser, std::string_view text, const TakenElements* taken);
@@ -24,15 +53,8 @@ public:
     void Rethrow() const;
 
 private:
-    static void EndDeclarations(void* context, const xmlChar* name, const xmlChar* publicId,
-                                const xmlChar* systemId);
-    static void StartElement(void* context, const xmlChar* name, const xmlChar* prefix,
-                             const xmlChar* uri, int namespaceCount, const xmlChar** namespaces,
-                             int attributeCount, int defaultedCount, const xmlChar** attributes);
-    static void EndElement(void* context, const xmlChar* name, const xmlChar* prefix,
-                           const xmlChar* uri);
     void TakeFault(const xmlError& fault) override;
-    void Take(xmlNode* node);
+    void Leave(xmlNode* node) override;
 
     const TakenElements* m_taken;
     std::exception_ptr m_failure;
@@ -68,35 +90,6 @@ void StrictParse::Rethrow() const {
     }
 }
 
-/// Called where libxml2 would load the DTD that a document points to. It would do so unasked:
-/// XML_SKIP_IDS is a bit of loadsubset, and any bit there counts as a wish for that in libxml2 2.9.
-void StrictParse::EndDeclarations(void* context, const xmlChar*, const xmlChar*, const xmlChar*) {
-    // Attributes that declarations supply are left out: a few declarations would make very many.
-    auto& parser = *static_cast<xmlParserCtxt*>(context);
-    xmlHashFree(static_cast<xmlHashTable*>(parser.attsDefault), xmlHashDefaultDeallocator);
-    parser.attsDefault = nullptr;
-}
-
-void StrictParse::StartElement(void* context, const xmlChar* name, const xmlChar* prefix,
-                               const xmlChar* uri, int namespaceCount, const xmlChar** namespaces,
-                               int attributeCount, int defaultedCount, const xmlChar** attributes) {
-    BoundedParse& parse = Of(context);
-    if (static_cast<xmlParserCtxt*>(context)->nodeNr >= Limits::kDeepest) {
-        parse.End();
-    }
-    if (parse.Enter(static_cast<std::size_t>(namespaceCount + attributeCount))) {
-        xmlSAX2StartElementNs(context, name, prefix, uri, namespaceCount, namespaces,
-                              attributeCount, defaultedCount, attributes);
-    }
-}
-
-void StrictParse::EndElement(void* context, const xmlChar* name, const xmlChar* prefix,
-                             const xmlChar* uri) {
-    xmlNode* const node = static_cast<xmlParserCtxt*>(context)->node;
-    xmlSAX2EndElementNs(context, name, prefix, uri);
-    static_cast<StrictParse&>(Of(context)).Take(node);
-}
-
 /// Text that is not well-formed is not read on.
 void StrictParse::TakeFault(const xmlError& fault) {
     BoundedParse::TakeFault(fault);
@@ -105,9 +98,9 @@ void StrictParse::TakeFault(const xmlError& fault) {
     }
 }
 
-void StrictParse::Take(xmlNode* node) {
+void StrictParse::Leave(xmlNode* node) {
     const xmlNode* const parent = node ? node->parent : nullptr;
-    if (!parent || parent != xmlDocGetRootElement(Parser().myDoc) ||
+    if (m_failure || !parent || parent != xmlDocGetRootElement(Parser().myDoc) ||
         !IsElement(node, m_taken->element) || !IsElement(parent, m_taken->root)) {
         return;
     }
