@@ -96,7 +96,7 @@ std::string ZshValue(const OptionEntry& option) {
     return ":" + option.value + ":" + action;
 }
 
-/// The specifications for _arguments, one a line.
+/// What _arguments is given, one a line.
 std::string ZshOptions(const std::vector<OptionEntry>& options) {
     std::string text;
     for (const OptionEntry& option : options) {

@@ -107,7 +107,7 @@ MultipartFile ReadMultipartFile(std::string_view contentType, std::string_view b
     if (rest.starts_with(lineEnd))
         throw Malformed("it holds more than one part.");
     if (rest != "--\r\n" && rest != "--")
-        throw Malformed("something stands behind the last boundary.");
+        throw Malformed("something stands after the last boundary.");
     return file;
 }
 

@@ -15,7 +15,7 @@ struct MultipartFile {
 
 /// Reads a multipart/form-data body that holds exactly one part, named "file", with a file name and
 /// the type application/octet-stream; the boundary is the one that the Content-Type declares, and
-/// nothing stands before the first or behind the last. Throws ServiceError otherwise: "No files
+/// nothing stands before the first or after the last. Throws ServiceError otherwise: "No files
 /// found." when the body is empty or holds no part.
 MultipartFile ReadMultipartFile(std::string_view contentType, std::string_view body);
 
