@@ -1,3 +1,4 @@
+#include "base/Ascii.h"
 #include "support/BoundedParse.h"
 #include "support/CharacterReferences.h"
 #include "support/Limits.h"
@@ -126,12 +127,7 @@ XmlDocPtr ParseAsHtml(std::string_view text) {
 
 /// False if the document keeps no further names.
 bool LowerCaseName(xmlNode* node) {
-    std::string name(reinterpret_cast<const char*>(node->name));
-    for (char& character : name) {
-        if (character >= 'A' && character <= 'Z') {
-            character = static_cast<char>(character - 'A' + 'a');
-        }
-    }
+    const std::string name = base::ToLower(reinterpret_cast<const char*>(node->name));
     xmlNodeSetName(node, XmlText(name.c_str()));
     return node->name != nullptr;
 }
