@@ -19,7 +19,8 @@ struct XmlParserFree {
 /// Called where libxml2 would load the DTD that a document points to. It would do so unasked:
 /// XML_SKIP_IDS is a bit of loadsubset, and any bit there counts as a wish for that in libxml2 2.9.
 void EndDeclarations(void* context, const xmlChar*, const xmlChar*, const xmlChar*) {
-    // Attributes that declarations supply are left out: a few declarations would make very many.
+    // Attributes and namespaces that declarations supply are left out: a few declarations would
+    // make very many.
     auto& parser = *static_cast<xmlParserCtxt*>(context);
     xmlHashFree(static_cast<xmlHashTable*>(parser.attsDefault), xmlHashDefaultDeallocator);
     parser.attsDefault = nullptr;
