@@ -50,7 +50,7 @@ build_preset() {
         export CCACHE_DIR=$cache/ccache CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1
         # What was compiled with a precompiled header is kept too, and what is new is not preprocessed
         # once more for the cache's sake.
-        export CCACHE_DEPEND=1
+        export CCACHE_DEPEND=1 CCACHE_INODECACHE=1
         export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
     fi
     if [[ ! $folder/build.ninja -nt $root/CMakePresets.json ]]; then
