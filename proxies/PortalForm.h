@@ -12,9 +12,8 @@ public:
 
     /// Action URL of the first form, as it stands; empty when there is none.
     std::wstring FormAction() const;
-    /// The hidden input fields, in page order, as an application/x-www-form-urlencoded body in
-    /// which
-    /// "&" follows every field, the last one too; empty when there are none.
+    /// The hidden input fields, in page order, as an application/x-www-form-urlencoded body. "&"
+    /// follows every field, the last one too. Empty when there are none.
     std::wstring HiddenFormData() const;
     /// Text of the first `failureMessage` element; false when there is none.
     bool FailureMessage(std::wstring& message) const;

@@ -15,9 +15,8 @@
 ///
 /// - An old file's permissions are kept, its owner and group where the system allows it. If it was
 ///   read-only, the new one can be written.
-/// - Links are followed: the link stays, and what it leads to is replaced. Where that is missing it
-/// is
-///   made, except on Windows, where the link itself is then replaced.
+/// - Links are followed: the link stays, and what it leads to is replaced. A target that is missing
+///   is made, except on Windows, where the link itself is then replaced.
 /// - Devices and pipes, and on Linux the streams under /proc (/dev/fd/3 is one), are written to
 ///   directly.
 ///

@@ -14,9 +14,8 @@ struct _xmlNode;
 enum class MarkupMode {
     /// Well-formed XML only. A document that declares entities is refused.
     Strict,
-    /// What a browser would show too, a page of the portal. The names of elements and attributes
-    /// are
-    /// in lower case afterwards, and elements in no namespace.
+    /// What a browser would show too: a page of the portal. The names of elements and attributes
+    /// are in lower case afterwards, and elements are in no namespace.
     Tolerant,
 };
 
