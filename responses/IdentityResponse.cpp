@@ -2,13 +2,11 @@
 
 #include "base/Ascii.h"
 #include "brevint/ErrorCodes.h"
+#include "brevint/UserRole.h"
 #include "support/SimpleXPathHelper.h"
 #include "support/Xml.h"
 
 namespace {
-
-constexpr int kAdministrator = 1;
-constexpr int kUser = 2;
 
 bool IsTrue(_xmlNode* node) {
     return base::EqualsIgnoreCase(GetNodeValue(node), "true");
@@ -43,10 +41,10 @@ void CIdentityResponse::ParseServerResponse() {
     m_userName = GetWideNodeValue(name);
 
     if (IsTrue(xpath.DoXPath("/ResponseData/IsAdmin", nullptr))) {
-        m_userRole = kAdministrator;
+        m_userRole = UserRole::Administrator;
         SetErrorCode(ErrorCode::Success);
     } else if (IsTrue(xpath.DoXPath("/ResponseData/IsUser", nullptr))) {
-        m_userRole = kUser;
+        m_userRole = UserRole::User;
         SetErrorCode(ErrorCode::Success);
     } else {
         SetErrorCode(ErrorCode::IdentityRoleMissing);

@@ -1,18 +1,11 @@
 #include "brevint/PollStatusResponse.h"
 
 #include "brevint/ErrorCodes.h"
+#include "brevint/JobStatus.h"
 #include "support/Xml.h"
 
-namespace {
-
-constexpr int kUnderWay = 0;
-constexpr int kFinished = 1;
-constexpr int kFailed = 2;
-
-} // namespace
-
 // A job that could not be asked counts as failed.
-CPollStatusResponse::CPollStatusResponse() : m_status(kFailed) {}
+CPollStatusResponse::CPollStatusResponse() : m_status(JobStatus::Failed) {}
 
 CPollStatusResponse::~CPollStatusResponse() = default;
 
@@ -31,7 +24,7 @@ void CPollStatusResponse::ParseServerResponse() {
     }
     if (GetStatusCode() != 200) {
         TakeServerMessage(SimpleDoXPath(kMessagePath, document.get()));
-        m_status = kFailed;
+        m_status = JobStatus::Failed;
         return;
     }
     const std::string state = GetNodeValue(SimpleDoXPath("/ResponseData/Status", document.get()));
@@ -41,12 +34,12 @@ void CPollStatusResponse::ParseServerResponse() {
             m_itemId = GetWideNodeValue(details);
             SetErrorCode(ErrorCode::Success);
         }
-        m_status = details ? kFinished : kFailed;
+        m_status = details ? JobStatus::Finished : JobStatus::Failed;
     } else if (state == "3") {
         TakeServerMessage(details);
-        m_status = kFailed;
+        m_status = JobStatus::Failed;
     } else if (state == "1" || state == "0") {
         SetErrorCode(ErrorCode::Success);
-        m_status = kUnderWay;
+        m_status = JobStatus::Unfinished;
     }
 }

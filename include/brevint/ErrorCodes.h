@@ -1,115 +1,103 @@
 #pragma once
 
-/// Names of the numbers that IReadOnlyResponse::GetErrorCode returns.
+// Written by scripts/write-tables from resources/ErrorCodes.inc.
+
+/// Names of the numbers that IReadOnlyResponse::GetErrorCode returns. DescribeError
+/// (brevint/ErrorDescription.h) tells what each means.
 namespace ErrorCode {
 
-// Every call.
-/// Not filled yet, or a message without a code.
+/// Calls: all. Meaning: the response has not been filled yet, or the server sent a message that the
+/// call has no code for; its words are in GetServerErrorMessage.
 inline constexpr double MessageNotRecognised = 1100;
-/// The call succeeded. A sign-out has no other code: CSignOutResponse::GetSignOutResult tells.
+/// Calls: all. Meaning: the call succeeded; a sign-out has this code whatever came of it, and
+/// GetSignOutResult tells.
 inline constexpr double Success = 1101;
-/// Nothing arrived: no connection, a reply that broke off, or an empty one. Or memory ended. Not
-/// for the identity, which has ReplyNotXml then.
+/// Calls: all but identity, sign-out. Meaning: nothing arrived: no connection, a reply that broke
+/// off, or an empty one; or memory ended.
 inline constexpr double EmptyReply = 1102;
-/// Nobody is signed in, or the user may not do this.
+/// Calls: all but identity, sign-out, versions. Meaning: nobody is signed in, or the user may not
+/// do this.
 inline constexpr double AuthorizationFailed = 1103;
-/// The reply is not the service's. For the identity, also that there is none.
+/// Calls: all but sign-out. Meaning: the reply is not the service's: not XML, or a job's state that
+/// makes no sense; for identity, also that nothing arrived.
 inline constexpr double ReplyNotXml = 1104;
-
-// Check-in and check-out.
-/// What was given as identifier is none.
+/// Calls: check-in, check-out. Meaning: what was given as identifier is none.
 inline constexpr double CheckInOutInvalidId = 1200;
-/// Folders cannot be checked in or out.
+/// Calls: check-in, check-out. Meaning: folders cannot be checked in or out.
 inline constexpr double CheckInOutOfFolder = 1201;
-/// There is no such item.
+/// Calls: check-in, check-out. Meaning: there is no such item.
 inline constexpr double CheckInOutItemNotFound = 1202;
-/// The item is checked out already.
+/// Calls: check-out. Meaning: the item is checked out already.
 inline constexpr double CheckInOutAlreadyCheckedOut = 1203;
-/// Another user has the item checked out.
+/// Calls: check-in, check-out. Meaning: another user has the item checked out.
 inline constexpr double CheckInOutByAnotherUser = 1205;
-
-// Download.
-/// There is no such item.
+/// Calls: download. Meaning: there is no such item.
 inline constexpr double DownloadItemNotFound = 1300;
-/// What was given as identifier is none.
+/// Calls: download. Meaning: what was given as identifier is none.
 inline constexpr double DownloadInvalidId = 1301;
-/// The destination could not be written.
+/// Calls: download. Meaning: the file arrived, but could not be written to its destination.
 inline constexpr double DownloadWriteFailed = 1302;
-
-// Folder contents.
-/// There is no such item.
+/// Calls: list. Meaning: there is no such item.
 inline constexpr double FolderContentsItemNotFound = 1400;
-/// What was given as identifier is none.
+/// Calls: list. Meaning: what was given as identifier is none.
 inline constexpr double FolderContentsInvalidId = 1401;
-/// The item is not a folder.
+/// Calls: list. Meaning: the item is not a folder.
 inline constexpr double FolderContentsNotAFolder = 1402;
-
-// Overwrite and its job.
-/// What was given as identifier is none.
+/// Calls: overwrite, its job. Meaning: what was given as identifier is none.
 inline constexpr double OverwriteInvalidId = 1501;
-/// There is no such item.
+/// Calls: overwrite, its job. Meaning: there is no such item.
 inline constexpr double OverwriteItemNotFound = 1502;
-/// The item is not a file.
+/// Calls: overwrite, its job. Meaning: the item is not a file.
 inline constexpr double OverwriteNotAFile = 1503;
-/// Another user has the item checked out.
+/// Calls: overwrite, its job. Meaning: another user has the item checked out.
 inline constexpr double OverwriteCheckedOutByAnotherUser = 1504;
-/// The service did not accept the file's content.
+/// Calls: job of an overwrite. Meaning: the service did not accept the file's content.
 inline constexpr double OverwriteFileRejected = 1505;
-/// Reserved, never produced.
+/// Calls: none. Meaning: reserved, never produced.
 inline constexpr double OverwriteFileRejectedSecond = 1506;
-/// Reserved, never produced.
+/// Calls: none. Meaning: reserved, never produced.
 inline constexpr double OverwriteFileRejectedThird = 1507;
-/// The local file could not be read.
+/// Calls: overwrite. Meaning: no file arrived: the local file could not be read.
 inline constexpr double OverwriteNoFile = 1508;
-
-// Upload and its job.
-/// The folder holds an item of that name already.
+/// Calls: upload, its job. Meaning: the folder holds an item of that name already.
 inline constexpr double UploadNameExists = 1600;
-/// What was given as identifier is none.
+/// Calls: upload, its job. Meaning: what was given as identifier is none.
 inline constexpr double UploadInvalidId = 1601;
-/// There is no such folder.
+/// Calls: upload, its job. Meaning: there is no such folder.
 inline constexpr double UploadItemNotFound = 1602;
-/// The item is not a folder.
+/// Calls: upload, its job. Meaning: the item is not a folder.
 inline constexpr double UploadNotAFolder = 1603;
-/// The service did not accept the file's content.
+/// Calls: job of an upload. Meaning: the service did not accept the file's content.
 inline constexpr double UploadFileRejected = 1605;
-/// Reserved, never produced.
+/// Calls: none. Meaning: reserved, never produced.
 inline constexpr double UploadFileRejectedSecond = 1606;
-/// Reserved, never produced.
+/// Calls: none. Meaning: reserved, never produced.
 inline constexpr double UploadFileRejectedThird = 1607;
-/// Projects cannot be added to a template repository.
+/// Calls: upload, its job. Meaning: projects cannot be added to a template repository.
 inline constexpr double UploadProjectToTemplates = 1608;
-/// Templates cannot be added to a project repository.
+/// Calls: upload, its job. Meaning: templates cannot be added to a project repository.
 inline constexpr double UploadTemplateToProjects = 1609;
-/// Uploads and overwrites: accepted, but the reply names no job.
+/// Calls: upload, overwrite. Meaning: the service accepted the file but named no job.
 inline constexpr double JobIdMissing = 1610;
-/// The local file could not be read.
+/// Calls: upload. Meaning: no file arrived: the local file could not be read.
 inline constexpr double UploadNoFile = 1611;
-
-// Identity.
-/// The reply does not name the identifying party.
+/// Calls: identity. Meaning: the reply does not name the identifying party.
 inline constexpr double IdentityPartyMissing = 1701;
-/// The reply names neither role.
+/// Calls: identity. Meaning: the reply names neither role.
 inline constexpr double IdentityRoleMissing = 1702;
-/// The reply does not name the user.
+/// Calls: identity. Meaning: the reply does not name the user.
 inline constexpr double IdentityNameMissing = 1703;
-
-// Path.
-/// What was given as identifier is none.
+/// Calls: path. Meaning: what was given as identifier is none.
 inline constexpr double PathInvalidId = 1900;
-/// There is no such item.
+/// Calls: path. Meaning: there is no such item.
 inline constexpr double PathItemNotFound = 1901;
-
-// Create folder.
-/// What was given as identifier of the parent is none.
+/// Calls: create folder. Meaning: what was given as identifier of the parent is none.
 inline constexpr double CreateFolderInvalidId = 2000;
-/// The parent holds a folder of that name already.
+/// Calls: create folder. Meaning: the parent holds a folder of that name already.
 inline constexpr double CreateFolderNameExists = 2001;
-/// The name holds a character that names must not have.
+/// Calls: create folder. Meaning: the name holds a character that names must not have.
 inline constexpr double CreateFolderInvalidName = 2002;
-
-// Delete.
-/// What was given as identifier is none.
+/// Calls: delete. Meaning: what was given as identifier is none.
 inline constexpr double DeleteInvalidId = 2100;
 
 } // namespace ErrorCode

@@ -7,7 +7,7 @@ class BREVINT_INTERFACE IPollStatusResponse : public virtual IReadOnlyResponse {
 public:
     ~IPollStatusResponse() override = default;
 
-    /// 0: queued or running, poll again. 1: finished. 2: failed, or could not be asked.
+    /// One of brevint/JobStatus.h.
     virtual int GetStatus() const = 0;
     /// Identifier of the item that a finished job made; otherwise empty. Valid while the response
     /// lives.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "brevint/BaseResponse.h"
+#include "brevint/UserRole.h"
 
 /// Who is signed in.
 class BREVINT_API CIdentityResponse : public CBaseResponse {
@@ -9,7 +10,7 @@ public:
     ~CIdentityResponse() override;
 
     void ParseServerResponse() override;
-    /// 1: administrator. 2: user. 0: not known.
+    /// One of brevint/UserRole.h.
     int GetUserRole() const;
     /// Address of the portal that vouches for the user. Valid while the response lives.
     const wchar_t* GetIdentifyingPartyUrl() const;
@@ -23,7 +24,7 @@ public:
     virtual void InitErrorMaps();
 
 private:
-    int m_userRole = 0;
+    int m_userRole = UserRole::Unknown;
     std::wstring m_identifyingPartyUrl;
     std::wstring m_errorMessage;
     std::wstring m_userName;

@@ -1,5 +1,7 @@
 #pragma once
 
+// Written by scripts/write-tables from the names of the headers.
+
 /// @file
 /// Everything that an application needs of the library.
 
@@ -10,6 +12,7 @@
 #include "brevint/DeleteResponse.h"
 #include "brevint/DownloadFileResponse.h"
 #include "brevint/ErrorCodes.h"
+#include "brevint/ErrorDescription.h"
 #include "brevint/Export.h"
 #include "brevint/FolderItem.h"
 #include "brevint/GetFolderContentsResponse.h"
@@ -40,6 +43,7 @@
 #include "brevint/InterfaceIds.h"
 #include "brevint/InternetCache.h"
 #include "brevint/JobResponse.h"
+#include "brevint/JobStatus.h"
 #include "brevint/LocalDownloadFileResponse.h"
 #include "brevint/LocalResponse.h"
 #include "brevint/OverwriteFileResponse.h"
@@ -49,6 +53,7 @@
 #include "brevint/PollUploadStatusResponse.h"
 #include "brevint/ProxyFactory.h"
 #include "brevint/RepositoryProxy.h"
+#include "brevint/RootFolder.h"
 #include "brevint/SignInProxy.h"
 #include "brevint/SignInResponse.h"
 #include "brevint/SignOutProxy.h"
@@ -57,6 +62,7 @@
 #include "brevint/TemplateProxy.h"
 #include "brevint/TemplateResponse.h"
 #include "brevint/UploadFileResponse.h"
+#include "brevint/UserRole.h"
 #include "brevint/VersionInfoResponse.h"
 #include "brevint/VersionProxy.h"
 #include "brevint/WebRequest.h"

@@ -1,0 +1,10 @@
+#pragma once
+
+/// What IPollStatusResponse::GetStatus returns.
+namespace JobStatus {
+
+inline constexpr int Unfinished = 0; ///< Queued or running: poll again.
+inline constexpr int Finished = 1;
+inline constexpr int Failed = 2; ///< Or it could not be asked.
+
+} // namespace JobStatus
