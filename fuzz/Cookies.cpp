@@ -1,8 +1,8 @@
 #include "brevint/InternetCache.h"
 #include "fuzz/Fuzz.h"
-#include "platform/linux/CookieDate.h"
-#include "platform/linux/CookieJar.h"
-#include "platform/linux/HeaderList.h"
+#include "platform/linux/cookies/CookieDate.h"
+#include "platform/linux/cookies/CookieJar.h"
+#include "platform/linux/http/HeaderList.h"
 #include "support/Utf8.h"
 
 using namespace platform;

@@ -1,6 +1,6 @@
 #include "base/Ascii.h"
 #include "fuzz/Fuzz.h"
-#include "platform/linux/HeaderList.h"
+#include "platform/linux/http/HeaderList.h"
 #include "support/Utf8.h"
 
 void Fuzz(std::string_view input) {

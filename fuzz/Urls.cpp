@@ -1,10 +1,10 @@
 #include "base/Ascii.h"
 #include "fuzz/Fuzz.h"
-#include "platform/linux/Connection.h"
-#include "platform/linux/Redirect.h"
-#include "platform/linux/RequestTarget.h"
-#include "platform/linux/Url.h"
-#include "platform/linux/UrlCracker.h"
+#include "platform/linux/handles/ConnectionHandle.h"
+#include "platform/linux/http/Redirect.h"
+#include "platform/linux/urls/RequestTarget.h"
+#include "platform/linux/urls/Url.h"
+#include "platform/linux/urls/UrlCracker.h"
 #include "support/UrlBuilder.h"
 #include "support/Utf8.h"
 
@@ -12,19 +12,19 @@ using namespace platform;
 
 /// What a reply to a request for the URL may lead to.
 static void Redirect(const std::string& url, std::string_view location) {
-    Exchange exchange;
-    exchange.url = url;
-    exchange.headers.Set("Authorization", "secret");
-    Reply reply;
+    HttpRequest request;
+    request.url = url;
+    request.headers.Set("Authorization", "secret");
+    ReplyHead reply;
     reply.status = 302;
     reply.location = location;
-    if (const auto target = RedirectTarget(exchange, reply)) {
+    if (const auto target = RedirectTarget(request, reply)) {
         Require(!base::HasControls(*target) && target->find_first_of(" #") == target->npos);
-        const bool refused = FollowRedirect(exchange, *target, reply.status) != ERROR_SUCCESS;
+        const bool refused = FollowRedirect(request, *target, reply.status) != ERROR_SUCCESS;
         Require(refused == (url.starts_with("https:") && target->starts_with("http:")));
         Require(refused || target->starts_with("http://") || target->starts_with("https://"));
         Require(refused || Origin(url) == Origin(*target) ||
-                !exchange.headers.Find("Authorization"));
+                !request.headers.Find("Authorization"));
     }
 }
 
@@ -39,7 +39,7 @@ void Fuzz(std::string_view input) {
         Require(target.starts_with('/') && !base::HasControls(target) &&
                 target.find(' ') == target.npos);
         // What is connected to is what was cracked, in libcurl's eyes too, but for addresses.
-        const std::string whole = Connection({}, 0, host, parts.port).Url(true, target);
+        const std::string whole = ConnectionHandle({}, 0, host, parts.port).Url(true, target);
         if (Url seen; seen.Resolve(whole)) {
             const std::string name = seen.Part(CURLUPART_HOST);
             Require(base::EqualsIgnoreCase(name, host) ||

@@ -7,5 +7,5 @@
 #ifdef _WIN32
 #include <wchar.h>
 #else
-#include "platform/linux/Environment.h"
+#include "platform/linux/system/Environment.h"
 #endif

@@ -9,5 +9,5 @@
 #ifdef _WIN32
 #include <windows.h>
 #else
-#include "platform/linux/Files.h"
+#include "platform/linux/system/Files.h"
 #endif

@@ -5,5 +5,5 @@
 #ifdef _WIN32
 #include <windows.h>
 #else
-#include "platform/linux/Resources.h"
+#include "platform/linux/system/Resources.h"
 #endif

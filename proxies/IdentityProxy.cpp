@@ -1,7 +1,7 @@
 #include "brevint/IdentityProxy.h"
 
 #include "brevint/IdentityResponse.h"
-#include "proxies/Exchange.h"
+#include "proxies/CallService.h"
 #include "requests/IdentityRequestInfo.h"
 #include "support/ResourceString.h"
 
@@ -14,7 +14,7 @@ CIdentityProxy::~CIdentityProxy() = default;
 CIdentityResponse* CIdentityProxy::GetIdentity(const std::wstring& url) {
     auto response = std::make_unique<CIdentityResponse>();
     CIdentityRequestInfo info(url);
-    Exchange(*m_factory, info, *response);
+    CallService(*m_factory, info, *response);
     if (response->GetStatusCode() != 200) {
         response->SetErrorMessage(BaseHlpr::ConnectionFailureMessage(url).c_str());
     }

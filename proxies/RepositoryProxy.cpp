@@ -12,7 +12,7 @@
 #include "brevint/PollOverwriteStatusResponse.h"
 #include "brevint/PollUploadStatusResponse.h"
 #include "brevint/UploadFileResponse.h"
-#include "proxies/Exchange.h"
+#include "proxies/CallService.h"
 #include "requests/CheckInOutRequestInfo.h"
 #include "requests/CreateFolderRequestInfo.h"
 #include "requests/DeleteRequestInfo.h"
@@ -120,7 +120,7 @@ IPollStatusResponse* CRepositoryProxy::PollOverwriteFileStatus(const std::wstrin
 }
 
 void CRepositoryProxy::MakeRequest(IRequestInfo* info, IResponse* response) {
-    Exchange(*m_factory, *info, *response);
+    CallService(*m_factory, *info, *response);
 }
 
 void CRepositoryProxy::MakeRequestAsync(IRequestInfo* info, IResponse* response) {

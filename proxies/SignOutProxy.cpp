@@ -1,7 +1,7 @@
 #include "brevint/SignOutProxy.h"
 
 #include "brevint/SignOutResponse.h"
-#include "proxies/Exchange.h"
+#include "proxies/CallService.h"
 #include "requests/SignOutRequestInfo.h"
 
 #include <memory>
@@ -13,6 +13,6 @@ CSignOutProxy::~CSignOutProxy() = default;
 CSignOutResponse* CSignOutProxy::SignOut(const std::wstring& url) {
     auto response = std::make_unique<CSignOutResponse>();
     CSignOutRequestInfo info(url);
-    Exchange(*m_factory, info, *response);
+    CallService(*m_factory, info, *response);
     return response.release();
 }

@@ -1,7 +1,7 @@
 #include "brevint/TemplateProxy.h"
 
 #include "brevint/TemplateResponse.h"
-#include "proxies/Exchange.h"
+#include "proxies/CallService.h"
 #include "requests/TemplateRequestInfo.h"
 
 #include <memory>
@@ -13,6 +13,6 @@ CTemplateProxy::~CTemplateProxy() = default;
 CTemplateResponse* CTemplateProxy::GetTemplates(const wchar_t* url, const wchar_t* templateTypeId) {
     auto response = std::make_unique<CTemplateResponse>();
     CTemplateRequestInfo info(url ? url : L"", templateTypeId ? templateTypeId : L"");
-    Exchange(*m_factory, info, *response);
+    CallService(*m_factory, info, *response);
     return response.release();
 }

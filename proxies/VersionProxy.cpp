@@ -1,7 +1,7 @@
 #include "brevint/VersionProxy.h"
 
 #include "brevint/VersionInfoResponse.h"
-#include "proxies/Exchange.h"
+#include "proxies/CallService.h"
 #include "requests/VersionInfoRequestInfo.h"
 
 #include <memory>
@@ -13,6 +13,6 @@ CVersionProxy::~CVersionProxy() = default;
 CVersionInfoResponse* CVersionProxy::GetVersionInfo(const wchar_t* url) {
     auto response = std::make_unique<CVersionInfoResponse>();
     CVersionInfoRequestInfo info(url ? url : L"");
-    Exchange(*m_factory, info, *response);
+    CallService(*m_factory, info, *response);
     return response.release();
 }

@@ -1,4 +1,4 @@
-#include "platform/linux/StringTable.h"
+#include "platform/linux/system/StringTable.h"
 
 #include "resources/Strings.h"
 

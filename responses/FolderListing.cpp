@@ -50,7 +50,7 @@ _xmlNode* Find(_xmlNode* element, const char* path) {
 }
 
 /// Takes the first of the fields that are still there.
-std::string_view TakeField(std::string_view& fields) {
+std::string_view NextField(std::string_view& fields) {
     const std::string_view field = fields.substr(0, fields.find('\0'));
     fields.remove_prefix(field.size() + 1);
     return field;
@@ -64,7 +64,7 @@ void FolderListing::Restart(std::size_t bytes) {
     m_fields.reserve(bytes);
 }
 
-void FolderListing::Take(_xmlNode* element) {
+void FolderListing::Add(_xmlNode* element) {
     const auto keep = [&](const char* path) {
         AppendNodeValue(Find(element, path), m_fields);
         m_fields += '\0';
@@ -85,11 +85,11 @@ void FolderListing::AppendTo(std::vector<CFolderItem*>& records) const {
     for (std::size_t i = 0; i < m_count; ++i) {
         auto record = std::make_unique<CFolderItem>();
         for (const TextField& text : kTexts) {
-            Utf8::ToWide(TakeField(fields), value);
+            Utf8::ToWide(NextField(fields), value);
             (record.get()->*text.set)(value);
         }
         for (const Flag& flag : kFlags) {
-            (record.get()->*flag.set)(IsTrue(TakeField(fields)));
+            (record.get()->*flag.set)(IsTrue(NextField(fields)));
         }
         records.push_back(record.release());
     }

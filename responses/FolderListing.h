@@ -16,7 +16,7 @@ public:
     /// Drops all items, and expects such as take so many bytes in a reply.
     void Restart(std::size_t bytes);
     /// Adds an item. A field that its element lacks is empty.
-    void Take(_xmlNode* element) override;
+    void Add(_xmlNode* element) override;
     /// Appends a new record for every item, in order; the caller deletes them.
     void AppendTo(std::vector<CFolderItem*>& records) const;
 

@@ -32,7 +32,7 @@ BoundedParse::BoundedParse(xmlParserCtxt& parser, std::string_view text)
     handlers.comment = nullptr;
     handlers.processingInstruction = nullptr;
     handlers.serror = [](void* context, xmlError* fault) {
-        Of(context).TakeFault(*fault);
+        Of(context).OnFault(*fault);
     };
     // Without this mark, which libxml2 leaves out for HTML, serror is not called.
     handlers.initialized = XML_SAX2_MAGIC;
@@ -79,7 +79,7 @@ void BoundedParse::Skip(std::size_t count) {
     m_handedOut += count - std::min(count, buffered);
 }
 
-void BoundedParse::TakeFault(const xmlError& fault) {
+void BoundedParse::OnFault(const xmlError& fault) {
     ++m_faults;
     const auto mostAttributes = static_cast<std::uint64_t>(m_parser.maxatts) / 4;
     switch (fault.code) {

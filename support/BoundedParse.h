@@ -44,7 +44,7 @@ public:
 protected:
     xmlParserCtxt& Parser() const { return m_parser; }
     /// Takes note of a fault in the text.
-    virtual void TakeFault(const xmlError& fault);
+    virtual void OnFault(const xmlError& fault);
 
 private:
     int ReadOn(char* target, int capacity);

@@ -48,24 +48,25 @@ void EndElement(void* context, const xmlChar* name, const xmlChar* prefix, const
 
 class StrictParse final : public BoundedParse {
 public:
-    StrictParse(xmlParserCtxt& parser, std::string_view text, const TakenElements* taken);
+    StrictParse(xmlParserCtxt& parser, std::string_view text, const SelectedElements* selected);
 
     /// Throws what the sink has thrown.
     void Rethrow() const;
 
 private:
-    void TakeFault(const xmlError& fault) override;
+    void OnFault(const xmlError& fault) override;
     void Leave(xmlNode* node) override;
 
-    const TakenElements* m_taken;
+    const SelectedElements* m_selected;
     std::exception_ptr m_failure;
 };
 
-StrictParse::StrictParse(xmlParserCtxt& parser, std::string_view text, const TakenElements* taken)
-    : BoundedParse(parser, text), m_taken(taken) {
+StrictParse::StrictParse(xmlParserCtxt& parser, std::string_view text,
+                         const SelectedElements* selected)
+    : BoundedParse(parser, text), m_selected(selected) {
     xmlSAXHandler& handlers = *parser.sax;
     handlers.startElementNs = StartElement;
-    handlers.endElementNs = taken ? EndElement : handlers.endElementNs;
+    handlers.endElementNs = selected ? EndElement : handlers.endElementNs;
     // Declared entities are how small documents grow without bound and how they reach for files.
     handlers.entityDecl = [](void* context, const xmlChar*, int, const xmlChar*, const xmlChar*,
                              xmlChar*) {
@@ -92,8 +93,8 @@ void StrictParse::Rethrow() const {
 }
 
 /// Text that is not well-formed is not read on.
-void StrictParse::TakeFault(const xmlError& fault) {
-    BoundedParse::TakeFault(fault);
+void StrictParse::OnFault(const xmlError& fault) {
+    BoundedParse::OnFault(fault);
     if (fault.level == XML_ERR_FATAL) {
         End();
     }
@@ -102,11 +103,11 @@ void StrictParse::TakeFault(const xmlError& fault) {
 void StrictParse::Leave(xmlNode* node) {
     const xmlNode* const parent = node ? node->parent : nullptr;
     if (m_failure || !parent || parent != xmlDocGetRootElement(Parser().myDoc) ||
-        !IsElement(node, m_taken->element) || !IsElement(parent, m_taken->root)) {
+        !IsElement(node, m_selected->element) || !IsElement(parent, m_selected->root)) {
         return;
     }
     try {
-        m_taken->sink.Take(node);
+        m_selected->sink.Add(node);
     } catch (...) {
         m_failure = std::current_exception();
         End();
@@ -124,12 +125,12 @@ void StrictParse::Leave(xmlNode* node) {
 
 } // namespace
 
-XmlDocPtr ParseStrictly(std::string_view text, const TakenElements* taken) {
+XmlDocPtr ParseStrictly(std::string_view text, const SelectedElements* selected) {
     const std::unique_ptr<xmlParserCtxt, XmlParserFree> parser(xmlNewParserCtxt());
     if (!parser || text.size() > Limits::kLongestReply) {
         return nullptr;
     }
-    StrictParse parse(*parser, text, taken);
+    StrictParse parse(*parser, text, selected);
     // Without the name of an encoding the text is taken as it is; with "UTF-8" it would be
     // converted.
     constexpr int kOptions = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING |

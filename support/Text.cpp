@@ -41,7 +41,7 @@ std::wstring ToLower(std::wstring_view text) {
     lower.reserve(text.size());
     while (!text.empty()) {
         const std::wstring_view rest = text;
-        const char32_t character = Utf8::TakeCodePoint(text);
+        const char32_t character = Utf8::NextCodePoint(text);
         const auto mapped =
             static_cast<char32_t>(utf8proc_tolower(static_cast<utf8proc_int32_t>(character)));
         if (mapped == character) {

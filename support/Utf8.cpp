@@ -104,7 +104,7 @@ std::string ToNarrow(std::wstring_view text) {
     std::string narrow;
     narrow.reserve(text.size());
     while (!text.empty()) {
-        const char32_t codePoint = TakeCodePoint(text);
+        const char32_t codePoint = NextCodePoint(text);
         if (codePoint < 0x80) {
             narrow.push_back(static_cast<char>(codePoint));
         } else {
@@ -115,7 +115,7 @@ std::string ToNarrow(std::wstring_view text) {
     return narrow;
 }
 
-char32_t TakeCodePoint(std::wstring_view& text) {
+char32_t NextCodePoint(std::wstring_view& text) {
     const auto first = static_cast<char32_t>(text.front());
     text.remove_prefix(1);
     if (!kWideIsUtf16 || !IsLeadSurrogate(first) || text.empty()) {

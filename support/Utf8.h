@@ -18,7 +18,7 @@ std::string ToNarrow(std::wstring_view text);
 
 /// Takes the first code point off a text, which must not be empty. What is none, such as half a
 /// surrogate pair, is taken by itself and returned as it is.
-char32_t TakeCodePoint(std::wstring_view& text);
+char32_t NextCodePoint(std::wstring_view& text);
 
 /// Appends one code point; one that does not exist becomes U+FFFD.
 void AppendCodePoint(std::wstring& text, char32_t codePoint);

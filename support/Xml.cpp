@@ -60,8 +60,8 @@ _xmlDoc* ParseXML(std::string_view text, std::string_view path, XmlElementSink& 
     path.remove_prefix(path.starts_with('/') ? 1 : 0);
     const std::string_view root = path.substr(0, path.find('/'));
     path.remove_prefix(std::min(root.size() + 1, path.size()));
-    const TakenElements taken{root, path, sink};
-    return ParseStrictly(text, &taken).release();
+    const SelectedElements selected{root, path, sink};
+    return ParseStrictly(text, &selected).release();
 }
 
 _xmlDoc* ParseXML(const char* text, int length, MarkupMode mode) {

@@ -8,5 +8,5 @@ public:
     virtual ~XmlElementSink() = default;
 
     /// An element that is complete. It is freed when this returns.
-    virtual void Take(_xmlNode* element) = 0;
+    virtual void Add(_xmlNode* element) = 0;
 };

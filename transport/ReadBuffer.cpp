@@ -25,7 +25,7 @@ bool ReadBuffer::Allocate(std::size_t size) noexcept {
     return true;
 }
 
-void ReadBuffer::Take(std::size_t count, std::vector<char>& out) {
+void ReadBuffer::MoveTo(std::size_t count, std::vector<char>& out) {
     if (count == m_bytes.size() && out.empty()) {
         out = std::move(m_bytes);
         *this = {};

@@ -8,7 +8,7 @@
 class ReadBuffer {
 public:
     /// Makes it `size` bytes long; false when there is no room for that. The memory of a very large
-    /// one is committed only as it is written to, at the price of a copy in Take.
+    /// one is committed only as it is written to, at the price of a copy in MoveTo.
     bool Allocate(std::size_t size) noexcept;
 
     char* Data() noexcept { return m_lazy ? m_lazy.get() : m_bytes.data(); }
@@ -16,7 +16,7 @@ public:
 
     /// Appends the first `count` bytes to `out`. The buffer may be empty after that. Throws
     /// std::bad_alloc.
-    void Take(std::size_t count, std::vector<char>& out);
+    void MoveTo(std::size_t count, std::vector<char>& out);
 
 private:
     std::vector<char> m_bytes;

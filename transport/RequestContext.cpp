@@ -143,7 +143,7 @@ void RequestContext::OnRequestComplete(bool succeeded) noexcept {
         return;
     }
     const bool isFullChunk = visit.Ended() == State::ReadingChunk && bytesRead == readBuffer.Size();
-    if (!succeeded || !TakeRead(visit.Ended())) {
+    if (!succeeded || !AddRead(visit.Ended())) {
         Fail(request->GetRequestStatus());
     } else if (isFullChunk) {
         request->GetRequestedDataAsync(this);
@@ -163,7 +163,7 @@ void RequestContext::OnReadAtOnce(unsigned step, bool succeeded) noexcept {
     if (!visit) {
         return;
     }
-    if (succeeded && TakeRead(visit.Ended())) {
+    if (succeeded && AddRead(visit.Ended())) {
         Complete();
     } else {
         Fail(request->GetRequestStatus());
@@ -199,12 +199,12 @@ bool RequestContext::HasVisit(bool ofThisThread) const noexcept {
     return visit != nullptr;
 }
 
-bool RequestContext::TakeRead(State step) noexcept {
+bool RequestContext::AddRead(State step) noexcept {
     if (step == State::ReadingLast && bytesRead != readBuffer.Size()) {
         return false;
     }
     try {
-        readBuffer.Take(bytesRead, data);
+        readBuffer.MoveTo(bytesRead, data);
     } catch (const std::bad_alloc&) {
         return false;
     }

@@ -84,7 +84,7 @@ private:
     bool HasVisit(bool ofThisThread) const noexcept;
     /// Adds the bytes of the read that has ended to the reply. False when the reply is not what it
     /// should be: shorter than announced, or larger than memory.
-    bool TakeRead(State step) noexcept;
+    bool AddRead(State step) noexcept;
     /// Fills the response with the reply gathered so far.
     void Complete() noexcept;
     /// Fills the response with an empty reply: the exchange has failed.

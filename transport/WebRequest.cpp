@@ -329,7 +329,7 @@ void WebRequest::ReadReply(std::vector<char>& out, bool asText) {
             if (buffer.Allocate(length) &&
                 InternetReadFile(m_context->Handle(), buffer.Data(), length, &bytesRead) &&
                 bytesRead == length) {
-                buffer.Take(length, out);
+                buffer.MoveTo(length, out);
             }
         } else {
             ReadChunks(out, asText);

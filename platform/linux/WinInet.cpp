@@ -1,13 +1,13 @@
 #include "platform/linux/WinInet.h"
 
 #include "base/Ascii.h"
-#include "platform/linux/Connection.h"
-#include "platform/linux/CookieJar.h"
-#include "platform/linux/HandleTable.h"
-#include "platform/linux/Request.h"
-#include "platform/linux/RequestTarget.h"
-#include "platform/linux/Session.h"
-#include "platform/linux/UrlCracker.h"
+#include "platform/linux/cookies/CookieJar.h"
+#include "platform/linux/handles/ConnectionHandle.h"
+#include "platform/linux/handles/HandleTable.h"
+#include "platform/linux/handles/RequestHandle.h"
+#include "platform/linux/handles/SessionHandle.h"
+#include "platform/linux/urls/RequestTarget.h"
+#include "platform/linux/urls/UrlCracker.h"
 #include "support/Utf8.h"
 
 #include <algorithm>
@@ -26,16 +26,16 @@
 
 namespace {
 
-using platform::Connection;
+using platform::ConnectionHandle;
 using platform::CookieJar;
-using platform::Exchange;
 using platform::HandleSettings;
 using platform::HandleTable;
 using platform::HeaderList;
+using platform::HttpRequest;
 using platform::InternetHandle;
-using platform::Reply;
-using platform::Request;
-using platform::Session;
+using platform::ReplyHead;
+using platform::RequestHandle;
+using platform::SessionHandle;
 
 // Runs a call that returns its error, and turns that into what WinINet's functions return.
 template <class Call>
@@ -142,7 +142,7 @@ bool SetOwnHeaders(HeaderList& headers, const std::string& agent, LPCWSTR* accep
     return true;
 }
 
-DWORD StatusNumber(const Reply& reply, DWORD& number) {
+DWORD StatusNumber(const ReplyHead& reply, DWORD& number) {
     if (reply.status == 0) {
         return ERROR_HTTP_HEADER_NOT_FOUND;
     }
@@ -150,7 +150,7 @@ DWORD StatusNumber(const Reply& reply, DWORD& number) {
     return ERROR_SUCCESS;
 }
 
-DWORD ContentLengthNumber(const Reply& reply, DWORD& number) {
+DWORD ContentLengthNumber(const ReplyHead& reply, DWORD& number) {
     // The length of a message in chunks is not told, whatever else its head says.
     if (reply.hasTransferEncoding || !reply.contentLength) {
         return ERROR_HTTP_HEADER_NOT_FOUND;
@@ -166,14 +166,14 @@ DWORD ContentLengthNumber(const Reply& reply, DWORD& number) {
 }
 
 DWORD Query(HINTERNET handle, DWORD infoLevel, LPVOID buffer, LPDWORD size) {
-    const auto request = HandleTable::Instance().Find<Request>(handle);
+    const auto request = HandleTable::Instance().Find<RequestHandle>(handle);
     if (request == nullptr) {
         return ERROR_INVALID_HANDLE;
     }
     if (size == nullptr) {
         return ERROR_INVALID_PARAMETER;
     }
-    const Reply reply = request->GetReply();
+    const ReplyHead reply = request->GetReply();
     DWORD number = 0;
     DWORD error = ERROR_SUCCESS;
     switch (infoLevel) {
@@ -209,7 +209,7 @@ HINTERNET InternetOpenW(LPCWSTR agent, DWORD accessType, LPCWSTR /*proxy*/, LPCW
         if (accessType > INTERNET_OPEN_TYPE_DIRECT || base::HasControls(settings.agent)) {
             return ERROR_INVALID_PARAMETER;
         }
-        return AddHandle(std::make_shared<Session>(std::move(settings)), nullptr, handle);
+        return AddHandle(std::make_shared<SessionHandle>(std::move(settings)), nullptr, handle);
     });
 }
 
@@ -266,7 +266,7 @@ HINTERNET InternetConnectW(HINTERNET session, LPCWSTR server, INTERNET_PORT port
                            LPCWSTR /*password*/, DWORD service, DWORD /*flags*/,
                            DWORD_PTR context) noexcept {
     return Open([&](HINTERNET& handle) -> DWORD {
-        const auto parent = HandleTable::Instance().Find<Session>(session);
+        const auto parent = HandleTable::Instance().Find<SessionHandle>(session);
         if (parent == nullptr) {
             return ERROR_INVALID_HANDLE;
         }
@@ -276,9 +276,9 @@ HINTERNET InternetConnectW(HINTERNET session, LPCWSTR server, INTERNET_PORT port
             service != INTERNET_SERVICE_HTTP) {
             return ERROR_INVALID_PARAMETER;
         }
-        return AddHandle(
-            std::make_shared<Connection>(parent->Settings(), context, Utf8::ToNarrow(host), port),
-            session, handle);
+        return AddHandle(std::make_shared<ConnectionHandle>(parent->Settings(), context,
+                                                            Utf8::ToNarrow(host), port),
+                         session, handle);
     });
 }
 
@@ -286,23 +286,24 @@ HINTERNET HttpOpenRequestW(HINTERNET connection, LPCWSTR verb, LPCWSTR objectNam
                            LPCWSTR /*version*/, LPCWSTR referrer, LPCWSTR* acceptTypes, DWORD flags,
                            DWORD_PTR context) noexcept {
     return Open([&](HINTERNET& handle) -> DWORD {
-        const auto parent = HandleTable::Instance().Find<Connection>(connection);
+        const auto parent = HandleTable::Instance().Find<ConnectionHandle>(connection);
         if (parent == nullptr) {
             return ERROR_INTERNET_INCORRECT_HANDLE_TYPE;
         }
         const HandleSettings settings = parent->Settings();
-        Exchange exchange;
-        exchange.verb = View(verb).empty() ? "GET" : Utf8::ToNarrow(verb);
-        exchange.url = parent->Url((flags & INTERNET_FLAG_SECURE) != 0,
-                                   platform::RequestTarget(View(objectName)));
-        exchange.followRedirects = (flags & INTERNET_FLAG_NO_AUTO_REDIRECT) == 0;
-        exchange.useCookies = (flags & INTERNET_FLAG_NO_COOKIES) == 0;
-        exchange.useProxy = settings.useProxy;
-        if (!IsToken(exchange.verb) || !SetOwnHeaders(exchange.headers, settings.agent, acceptTypes,
-                                                      Utf8::ToNarrow(View(referrer)), flags)) {
+        HttpRequest description;
+        description.verb = View(verb).empty() ? "GET" : Utf8::ToNarrow(verb);
+        description.url = parent->Url((flags & INTERNET_FLAG_SECURE) != 0,
+                                      platform::RequestTarget(View(objectName)));
+        description.followRedirects = (flags & INTERNET_FLAG_NO_AUTO_REDIRECT) == 0;
+        description.useCookies = (flags & INTERNET_FLAG_NO_COOKIES) == 0;
+        description.useProxy = settings.useProxy;
+        if (!IsToken(description.verb) ||
+            !SetOwnHeaders(description.headers, settings.agent, acceptTypes,
+                           Utf8::ToNarrow(View(referrer)), flags)) {
             return ERROR_INVALID_PARAMETER;
         }
-        return AddHandle(std::make_shared<Request>(settings, context, std::move(exchange)),
+        return AddHandle(std::make_shared<RequestHandle>(settings, context, std::move(description)),
                          connection, handle);
     });
 }
@@ -310,7 +311,7 @@ HINTERNET HttpOpenRequestW(HINTERNET connection, LPCWSTR verb, LPCWSTR objectNam
 BOOL HttpSendRequestW(HINTERNET request, LPCWSTR headers, DWORD headersLength, LPVOID body,
                       DWORD bodyLength) noexcept {
     return Run([&]() -> DWORD {
-        const auto object = HandleTable::Instance().Find<Request>(request);
+        const auto object = HandleTable::Instance().Find<RequestHandle>(request);
         if (object == nullptr) {
             return ERROR_INTERNET_INCORRECT_HANDLE_TYPE;
         }
@@ -326,7 +327,7 @@ BOOL HttpSendRequestW(HINTERNET request, LPCWSTR headers, DWORD headersLength, L
 
 BOOL InternetReadFile(HINTERNET request, LPVOID buffer, DWORD size, LPDWORD read) noexcept {
     return Run([&]() -> DWORD {
-        const auto object = HandleTable::Instance().Find<Request>(request);
+        const auto object = HandleTable::Instance().Find<RequestHandle>(request);
         if (object == nullptr) {
             return ERROR_INVALID_HANDLE;
         }
@@ -348,7 +349,7 @@ BOOL HttpQueryInfoA(HINTERNET request, DWORD infoLevel, LPVOID buffer, LPDWORD l
         if (infoLevel != HTTP_QUERY_LOCATION) {
             return Query(request, infoLevel, buffer, length);
         }
-        const auto object = HandleTable::Instance().Find<Request>(request);
+        const auto object = HandleTable::Instance().Find<RequestHandle>(request);
         if (object == nullptr) {
             return ERROR_INVALID_HANDLE;
         }

@@ -52,13 +52,13 @@ struct LocalFileWriter::Output {
     PACL oldAccess = nullptr;
     SECURITY_INFORMATION accessKind = DACL_SECURITY_INFORMATION; ///< What the folder adds to it.
 
-    std::error_code TakePermissions(HANDLE old);
+    std::error_code CopyPermissions(HANDLE old);
     std::error_code OpenPart();
     std::error_code MovePart();
 };
 
 /// Remembers who may do what with the file that is to be replaced.
-std::error_code LocalFileWriter::Output::TakePermissions(HANDLE old) {
+std::error_code LocalFileWriter::Output::CopyPermissions(HANDLE old) {
     BY_HANDLE_FILE_INFORMATION info = {};
     if (!GetFileInformationByHandle(old, &info)) {
         return Error();
@@ -137,7 +137,7 @@ std::error_code LocalFileWriter::Open(const fs::path& destination) {
     std::error_code reason;
     if (old) {
         output->destination = FinalPath(old.get());
-        reason = output->TakePermissions(old.get());
+        reason = output->CopyPermissions(old.get());
     }
     if (output->destination.empty()) {
         output->destination = fs::absolute(destination, reason);

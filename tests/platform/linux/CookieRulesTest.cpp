@@ -1,5 +1,5 @@
-#include "platform/linux/CookieJar.h"
 #include "platform/linux/WinInet.h"
+#include "platform/linux/cookies/CookieJar.h"
 
 #include <gtest/gtest.h>
 

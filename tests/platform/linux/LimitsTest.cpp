@@ -1,4 +1,4 @@
-#include "platform/linux/CookieJar.h"
+#include "platform/linux/cookies/CookieJar.h"
 #include "tests/platform/AsyncExchange.h"
 #include "tests/support/ScriptedServer.h"
 

@@ -1,0 +1,183 @@
+#include "platform/linux/handles/RequestHandle.h"
+
+#include "platform/linux/system/ExitGate.h"
+
+#include <csignal>
+#include <new>
+#include <thread>
+#include <utility>
+
+namespace platform {
+
+namespace {
+
+// Starts a thread that leaves the process's signals to the application's own threads.
+template <class Function>
+void StartThread(Function function) {
+    ExitGate::Install();
+    sigset_t all;
+    sigset_t before;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &before);
+    try {
+        std::thread(std::move(function)).detach();
+    } catch (...) {
+        pthread_sigmask(SIG_SETMASK, &before, nullptr);
+        throw;
+    }
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+}
+
+} // namespace
+
+RequestHandle::RequestHandle(const HandleSettings& settings, DWORD_PTR context, HttpRequest request)
+    : InternetHandle(settings, context), m_asynchronous(settings.asynchronous),
+      m_request(std::move(request)) {}
+
+DWORD RequestHandle::Send(const HeaderList& headers, const char* body, std::size_t size) {
+    return Start([this, headers, body, size] { return DoSend(headers, body, size); });
+}
+
+DWORD RequestHandle::Read(char* buffer, DWORD size, DWORD* read) {
+    *read = 0;
+    return Start([this, buffer, size, read] { return DoRead(buffer, size, read); });
+}
+
+ReplyHead RequestHandle::GetReply() const {
+    const std::lock_guard lock(m_mutex);
+    return m_reply;
+}
+
+void RequestHandle::Close() noexcept {
+    bool unused = false;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_closed = true;
+        unused = m_users == 0;
+    }
+    m_cancellation.Raise();
+    if (unused) {
+        FinishClosing();
+    }
+}
+
+DWORD RequestHandle::Start(Operation operation) {
+    if (m_asynchronous) {
+        return Post(std::move(operation));
+    }
+    if (!Enter()) {
+        return ERROR_INVALID_HANDLE;
+    }
+    const DWORD error = CarryOut(operation);
+    Leave();
+    return error;
+}
+
+DWORD RequestHandle::Post(Operation operation) {
+    const std::lock_guard lock(m_mutex);
+    if (m_closed) {
+        return ERROR_INVALID_HANDLE;
+    }
+    m_operations.push_back(std::move(operation));
+    if (!m_working) {
+        try {
+            StartThread([self = shared_from_this()] { self->Work(); });
+        } catch (...) {
+            m_operations.pop_back();
+            throw;
+        }
+        m_working = true;
+        ++m_users;
+    }
+    return ERROR_IO_PENDING;
+}
+
+DWORD RequestHandle::CarryOut(const Operation& operation) noexcept try {
+    const std::lock_guard lock(m_driving);
+    return m_cancellation.Raised() ? ERROR_INTERNET_OPERATION_CANCELLED : operation();
+} catch (const std::bad_alloc&) {
+    return ERROR_NOT_ENOUGH_MEMORY;
+}
+
+void RequestHandle::Work() noexcept {
+    ExitGate::Guard();
+    for (;;) {
+        Operation operation;
+        {
+            const std::lock_guard lock(m_mutex);
+            if (m_operations.empty()) {
+                m_working = false;
+                break;
+            }
+            operation = std::move(m_operations.front());
+            m_operations.pop_front();
+        }
+        const DWORD error = CarryOut(operation);
+        INTERNET_ASYNC_RESULT result{error == ERROR_SUCCESS ? DWORD_PTR{1} : DWORD_PTR{0}, error};
+        Notify(INTERNET_STATUS_REQUEST_COMPLETE, &result, sizeof result);
+    }
+    Leave();
+}
+
+bool RequestHandle::Enter() noexcept {
+    const std::lock_guard lock(m_mutex);
+    if (m_closed) {
+        return false;
+    }
+    ++m_users;
+    return true;
+}
+
+void RequestHandle::Leave() noexcept {
+    bool last = false;
+    {
+        const std::lock_guard lock(m_mutex);
+        last = --m_users == 0 && m_closed;
+    }
+    if (last) {
+        FinishClosing();
+    }
+}
+
+// Nobody else uses the request any more, or will again.
+void RequestHandle::FinishClosing() noexcept {
+    m_exchange.reset();
+    NotifyClosed();
+}
+
+DWORD RequestHandle::DoSend(const HeaderList& headers, const char* body, std::size_t size) {
+    m_exchange.reset();
+    {
+        const std::lock_guard lock(m_mutex);
+        m_reply = {};
+    }
+    HttpRequest request = m_request;
+    for (const Header& header : headers) {
+        request.headers.Set(header.name, header.value);
+    }
+    request.body = body;
+    request.bodySize = size;
+    request.timeouts = Settings().timeouts;
+    auto exchange = std::make_unique<Exchange>(std::move(request), m_cancellation);
+    const DWORD error = exchange->Send();
+    {
+        const std::lock_guard lock(m_mutex);
+        m_reply = exchange->GetReply();
+    }
+    if (error == ERROR_SUCCESS) {
+        m_exchange = std::move(exchange);
+    }
+    return error;
+}
+
+DWORD RequestHandle::DoRead(char* buffer, DWORD size, DWORD* read) {
+    if (m_exchange == nullptr) {
+        return ERROR_SUCCESS;
+    }
+    std::size_t count = 0;
+    const DWORD error = m_exchange->Read(buffer, size, count);
+    *read = static_cast<DWORD>(count);
+    return error;
+}
+
+} // namespace platform

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+namespace platform {
+
+// Bytes that have arrived but that nobody has asked for yet.
+class ByteQueue {
+public:
+    void Append(const char* data, std::size_t size); // throws std::bad_alloc
+    // Moves up to that many bytes out and returns how many there were.
+    std::size_t Pop(char* target, std::size_t size) noexcept;
+    bool Empty() const noexcept { return m_first == m_bytes.size(); }
+
+private:
+    std::vector<char> m_bytes;
+    std::size_t m_first = 0; // the bytes before it have been taken
+};
+
+} // namespace platform

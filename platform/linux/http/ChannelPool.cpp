@@ -1,0 +1,48 @@
+#include "platform/linux/http/ChannelPool.h"
+
+#include <algorithm>
+
+namespace platform {
+
+ChannelPool& ChannelPool::Instance() {
+    static ChannelPool& pool = *new ChannelPool;
+    return pool;
+}
+
+ChannelPool::ChannelPool() {
+    m_idle.reserve(kCapacity);
+}
+
+std::unique_ptr<Channel> ChannelPool::Acquire(const std::string& origin) {
+    std::unique_ptr<Channel> channel;
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto latest = std::find_if(m_idle.rbegin(), m_idle.rend(),
+                                         [&](const auto& idle) { return idle->Knows(origin); });
+        if (latest != m_idle.rend()) {
+            channel = std::move(*latest);
+            m_idle.erase(std::next(latest).base());
+        } else if (m_idle.size() == kCapacity) {
+            channel = std::move(m_idle.front());
+            m_idle.erase(m_idle.begin());
+        }
+    }
+    if (channel == nullptr) {
+        channel = std::make_unique<Channel>();
+    }
+    channel->Open(origin);
+    return channel;
+}
+
+void ChannelPool::Release(std::unique_ptr<Channel> channel) noexcept {
+    channel->Close();
+    const std::lock_guard lock(m_mutex);
+    if (m_idle.size() == kCapacity) {
+        m_idle.front().swap(channel);
+        std::rotate(m_idle.begin(), m_idle.begin() + 1, m_idle.end());
+    } else {
+        m_idle.push_back(std::move(channel));
+    }
+}
+
+} // namespace platform

@@ -1,0 +1,83 @@
+#pragma once
+
+#include "platform/linux/Types.h"
+#include "platform/linux/http/ByteQueue.h"
+#include "platform/linux/http/Cancellation.h"
+#include "platform/linux/http/Channel.h"
+#include "platform/linux/http/HttpRequest.h"
+#include "platform/linux/http/ReplyHead.h"
+
+#include <cstddef>
+#include <curl/curl.h>
+#include <memory>
+#include <string_view>
+
+namespace platform {
+
+// One exchange, redirects included. Whoever calls Send or Read drives it: between the calls
+// nothing moves, so a reply that is read slowly waits in the socket and not in memory. One thread
+// at a time; another one can end a wait through the cancellation.
+class Exchange {
+public:
+    Exchange(HttpRequest request, Cancellation& cancellation);
+    // Leaves the connection usable if what is left of the reply is small and already there.
+    ~Exchange();
+    Exchange(const Exchange&) = delete;
+    Exchange& operator=(const Exchange&) = delete;
+
+    // Returns once the head of the final reply is there.
+    DWORD Send();
+    // Fills the target, or less if the body ends before. An error goes with the bytes that came
+    // before it, and is told once.
+    DWORD Read(char* target, std::size_t size, std::size_t& read);
+
+    // After a failed Send, that of the last redirect that was followed.
+    const ReplyHead& GetReply() const noexcept { return m_reply; }
+
+private:
+    struct ListCleanup {
+        void operator()(curl_slist* list) const noexcept { curl_slist_free_all(list); }
+    };
+    using List = std::unique_ptr<curl_slist, ListCleanup>;
+
+    static std::size_t OnHeader(char* data, std::size_t, std::size_t size, void* self) noexcept;
+    static std::size_t OnBody(char* data, std::size_t, std::size_t size, void* self) noexcept;
+    bool AddHeaderLine(std::string_view line); // false: there are too many
+    void AddBody(const char* data, std::size_t size);
+
+    // Sends the request and waits for its reply's head. Once more, on a connection of its own,
+    // where the server ended a kept one before it had all of the request; libcurl itself does so
+    // only while it waits for the reply.
+    void AwaitHead();
+    enum class Connect { AsNeeded, Anew };
+    void StartHop(Connect connect);
+    void SetOptions(Connect connect);
+    List HeaderLines() const;
+    void DiscardBody();
+    void Step();
+    DWORD Failure(CURLcode outcome) const noexcept;
+    template <class Predicate>
+    void DriveUntil(Predicate satisfied);
+    void End(DWORD error) noexcept;
+    void ReleaseChannel() noexcept;
+
+    HttpRequest m_request;
+    Cancellation& m_cancellation;
+    std::unique_ptr<Channel> m_channel; // null before Send and once the reply has come to its end
+    List m_headerLines;
+
+    ReplyHead m_reply;
+    bool m_headDone = false;
+    std::size_t m_headBytes = 0; // of this hop, with all that libcurl hands out as headers
+    bool m_ended = false;
+    DWORD m_error = ERROR_SUCCESS; // why it ended
+    bool m_overtaken = false;  // by the end of a kept connection, with part of the request unsent
+    curl_off_t m_received = 0; // bytes of this hop, head included
+
+    bool m_discarding = false;
+    ByteQueue m_waiting;
+    char* m_target = nullptr; // where the rest of the read under way goes
+    std::size_t m_wanted = 0;
+};
+
+} // namespace platform

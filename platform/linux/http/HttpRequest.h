@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/linux/http/HeaderList.h"
+
+#include <chrono>
+#include <cstddef>
+#include <string>
+
+namespace platform {
+
+// A limit of zero is no limit.
+struct Timeouts {
+    std::chrono::milliseconds connect{std::chrono::minutes(1)};
+    // Without a byte of progress.
+    std::chrono::milliseconds send{std::chrono::hours(1)};
+    std::chrono::milliseconds receive{std::chrono::hours(1)};
+};
+
+// What one exchange sends, and how.
+struct HttpRequest {
+    std::string verb;
+    std::string url; // absolute, escaped, with a port, without a fragment
+    HeaderList headers;
+    const char* body = nullptr; // not owned
+    std::size_t bodySize = 0;
+    bool followRedirects = true;
+    bool useCookies = true;
+    bool useProxy = true; // the one that the environment names
+    Timeouts timeouts;
+};
+
+} // namespace platform

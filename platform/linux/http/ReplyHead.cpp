@@ -1,0 +1,28 @@
+#include "platform/linux/http/ReplyHead.h"
+
+#include "base/Ascii.h"
+
+#include <charconv>
+#include <cstdint>
+
+namespace platform {
+
+void ReplyHead::AddHeader(std::string_view name, std::string_view value) {
+    if (base::EqualsIgnoreCase(name, "Transfer-Encoding")) {
+        hasTransferEncoding = true;
+    } else if (base::EqualsIgnoreCase(name, "Content-Length")) {
+        std::int64_t length = 0;
+        const auto [end, error] =
+            std::from_chars(value.data(), value.data() + value.size(), length);
+        contradictsItself = contradictsItself || error != std::errc() ||
+                            end != value.data() + value.size() || length < 0 ||
+                            (contentLength && *contentLength != value);
+        contentLength = value;
+    } else if (base::EqualsIgnoreCase(name, "Set-Cookie")) {
+        cookies.emplace_back(value);
+    } else if (base::EqualsIgnoreCase(name, "Location") && !location) {
+        location = value;
+    }
+}
+
+} // namespace platform
