@@ -30,7 +30,7 @@ std::vector<char> Bytes(std::string_view text) {
 } // namespace
 
 std::vector<char> ListingDocument(std::size_t items) {
-    std::string text = "<?xml version=\"1.0\" encoding=\"utf-8\"?><ResponseData>";
+    std::string text = R"(<?xml version="1.0" encoding="utf-8"?><ResponseData>)";
     for (std::size_t i = 0; i < items; ++i) {
         text += "<Item><UniqueId>" + Identifier(i) + "</UniqueId><ParentId>" + Identifier(i / 100) +
                 "</ParentId><OwnerId>" + Identifier(i % 7) + "</OwnerId><Name>" + Name(i) +

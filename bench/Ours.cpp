@@ -78,6 +78,7 @@ void Download(const TaskArguments& arguments, Stopwatch& watch, const std::wstri
     {
         CRepositoryProxy repository(&requests);
         std::vector<std::unique_ptr<IDownloadFileResponse>> files;
+        files.reserve(arguments.count);
         for (std::size_t i = 0; i < arguments.count; ++i) {
             files.emplace_back(
                 repository.DownloadFile(url, id, Wide(arguments.file) + std::to_wstring(i)));

@@ -57,7 +57,7 @@ HttpReply Answer(const HttpRequest& request) {
         return RedirectReply(url + "portal?request=sign-in&mode=DB");
     }
     if (name == "portal") {
-        return HtmlReply(200, "<!DOCTYPE html><html><body><form method=\"post\" action=\"" + url +
+        return HtmlReply(200, R"(<!DOCTYPE html><html><body><form method="post" action=")" + url +
                                   "federation\"><input type=\"hidden\" name=\"request\" "
                                   "value=\"sign-in\"><input type=\"hidden\" name=\"token\" "
                                   "value=\"token\"></form></body></html>");
@@ -76,7 +76,7 @@ int main() {
         HttpServer server(
             {}, [](const HttpRequest&) { return Admission{.answer = Answer, .trusted = true}; });
         server.Start();
-        std::cout << "Listening on http://127.0.0.1:" << server.Port() << "/" << std::endl;
+        std::cout << "Listening on http://127.0.0.1:" << server.Port() << "/\n" << std::flush;
         stop.Wait();
         return 0;
     } catch (const std::exception& failure) {

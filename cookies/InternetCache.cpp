@@ -49,8 +49,7 @@ void CInternetCache::DeleteCookie(const wchar_t* url) {
 
 bool CInternetCache::IsReservedName(const std::wstring& name) const {
     const std::wstring lower = BaseHlpr::ToLower(name);
-    return std::find(std::begin(kReservedNames), std::end(kReservedNames), lower) !=
-           std::end(kReservedNames);
+    return std::ranges::find(kReservedNames, lower) != std::end(kReservedNames);
 }
 
 void CInternetCache::GetCookieParts(const std::wstring& cookie, CookieParts& parts) const {

@@ -46,10 +46,10 @@ std::vector<char> BuildBody(const std::wstring& filePath) {
     }
 
     std::vector<char> body(header.size() + static_cast<std::size_t>(size) + trailer.size());
-    char* const content = std::copy(header.begin(), header.end(), body.data());
+    char* const content = std::ranges::copy(header, body.data()).out;
     // A file that has become shorter leaves the rest of its slot zero.
     static_cast<void>(std::fread(content, 1, static_cast<std::size_t>(size), file.get()));
-    std::copy(trailer.begin(), trailer.end(), content + size);
+    std::ranges::copy(trailer, content + size);
     return body;
 }
 

@@ -16,7 +16,7 @@ std::string_view UpToZero(const std::vector<char>& bytes) {
 
 } // namespace
 
-CBaseResponse::CBaseResponse() : m_errorCode(ErrorCode::MessageNotRecognised), m_statusCode(200) {}
+CBaseResponse::CBaseResponse() : m_errorCode(ErrorCode::MessageNotRecognised) {}
 
 CBaseResponse::~CBaseResponse() = default;
 

@@ -33,7 +33,7 @@ std::vector<char> Read(const std::wstring& name) noexcept {
             }
         }
     } catch (const std::bad_alloc&) {
-        // As good as none.
+        return {}; // as good as none
     }
     return {};
 }

@@ -43,9 +43,8 @@ std::size_t AsciiLength(std::string_view text) {
 
 /// The length of the other bytes that a text begins with. They end where a character ends.
 std::size_t OtherLength(std::string_view text) {
-    const auto end = std::find_if(text.begin(), text.end(), [](char byte) {
-        return static_cast<unsigned char>(byte) < 0x80;
-    });
+    const auto end = std::ranges::find_if(
+        text, [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
     return static_cast<std::size_t>(end - text.begin());
 }
 

@@ -287,11 +287,8 @@ void WebRequest::ExtractRequestInfo(IRequestInfo* info) {
 }
 
 void WebRequest::OpenRequest(RequestContext* context) {
-    std::vector<const wchar_t*> acceptTypes;
-    for (const AcceptType type : m_acceptTypes) {
-        acceptTypes.push_back(GetAcceptString(type));
-    }
-    acceptTypes.push_back(nullptr);
+    std::vector<const wchar_t*> acceptTypes(m_acceptTypes.size() + 1); // ends in a null
+    std::ranges::transform(m_acceptTypes, acceptTypes.begin(), &WebRequest::GetAcceptString);
     const DWORD flags =
         static_cast<DWORD>(m_requestFlags) | (m_secure ? INTERNET_FLAG_SECURE : DWORD{0});
     if (context) {

@@ -85,7 +85,7 @@ private:
 
     std::wstring m_serverErrorMessage;
     double m_errorCode;
-    unsigned long m_statusCode;
+    unsigned long m_statusCode{200};
     std::vector<char> m_replyBytes;
     bool m_replyIsText = false;
     std::map<std::wstring, double> m_exactMessages;

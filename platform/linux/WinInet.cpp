@@ -40,11 +40,11 @@ using platform::SessionHandle;
 // Runs a call that returns its error, and turns that into what WinINet's functions return.
 template <class Call>
 BOOL Run(Call call) noexcept {
-    DWORD error = ERROR_NOT_ENOUGH_MEMORY;
+    DWORD error = ERROR_SUCCESS;
     try {
         error = call();
     } catch (const std::exception&) {
-        // Memory or threads have run out: nothing else throws.
+        error = ERROR_NOT_ENOUGH_MEMORY; // or threads have run out: nothing else throws
     }
     SetLastError(error);
     return error == ERROR_SUCCESS ? TRUE : FALSE;

@@ -65,12 +65,13 @@ bool IsText(string_view text) {
 
 } // namespace
 
-std::optional<CookieScope> CookieScope::Of(const std::string& text) {
-    Url url;
-    if (!url.Resolve(text)) {
+std::optional<CookieScope> CookieScope::Of(const std::string& url) {
+    Url parts;
+    if (!parts.Resolve(url)) {
         return std::nullopt;
     }
-    CookieScope scope{url.Host(), url.Part(CURLUPART_PATH), url.Part(CURLUPART_SCHEME) == "https"};
+    CookieScope scope{parts.Host(), parts.Part(CURLUPART_PATH),
+                      parts.Part(CURLUPART_SCHEME) == "https"};
     return scope.host.empty() ? std::nullopt : std::optional(std::move(scope));
 }
 

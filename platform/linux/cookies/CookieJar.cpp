@@ -48,7 +48,7 @@ DWORD CookieJar::Set(std::wstring_view url, std::string_view name, std::string_v
         return ERROR_SUCCESS; // attributes of no cookie
     }
     auto cookie = name.empty() ? Cookie::Parse(data, scope) : Cookie::Parse(name, data, scope);
-    return cookie ? Store(std::move(*cookie), Party::application) : ERROR_INVALID_PARAMETER;
+    return cookie ? Store(std::move(*cookie), Party::Application) : ERROR_INVALID_PARAMETER;
 }
 
 DWORD CookieJar::Get(std::wstring_view url, std::string& text) const {
@@ -56,21 +56,21 @@ DWORD CookieJar::Get(std::wstring_view url, std::string& text) const {
     if (const DWORD error = ParseScope(url, scope)) {
         return error;
     }
-    text = Text(scope, Party::application);
+    text = Text(scope, Party::Application);
     return text.empty() ? ERROR_NO_MORE_ITEMS : ERROR_SUCCESS;
 }
 
 void CookieJar::Receive(const std::string& url, std::string_view setCookie) {
     if (const auto scope = CookieScope::Of(url)) {
         if (auto cookie = Cookie::Parse(setCookie, *scope)) {
-            Store(std::move(*cookie), Party::server);
+            Store(std::move(*cookie), Party::Server);
         }
     }
 }
 
 std::string CookieJar::Header(const std::string& url) const {
     const auto scope = CookieScope::Of(url);
-    return scope ? Text(*scope, Party::server) : "";
+    return scope ? Text(*scope, Party::Server) : "";
 }
 
 DWORD CookieJar::Store(Cookie cookie, Party setter) {
@@ -80,7 +80,7 @@ DWORD CookieJar::Store(Cookie cookie, Party setter) {
         m_cookies, [&](const Cookie& present) { return present.SameAs(cookie); });
     const bool isNew = same == m_cookies.end();
     const bool hidden = cookie.httpOnly || (!isNew && same->httpOnly);
-    if ((hidden && setter == Party::application) ||
+    if ((hidden && setter == Party::Application) ||
         std::ranges::any_of(m_cookies,
                             [&](const Cookie& present) { return cookie.Usurps(present); })) {
         return ERROR_INVALID_OPERATION;
@@ -112,7 +112,7 @@ std::string CookieJar::Text(const CookieScope& scope, Party reader) const {
     const std::lock_guard lock(m_mutex);
     std::vector<const Cookie*> chosen;
     for (const Cookie& cookie : m_cookies) {
-        const bool visible = !cookie.httpOnly || reader == Party::server;
+        const bool visible = !cookie.httpOnly || reader == Party::Server;
         if (visible && !cookie.Expired() && cookie.GoesTo(scope)) {
             chosen.push_back(&cookie);
         }

@@ -36,7 +36,7 @@ public:
     std::string Header(const std::string& url) const;
 
 private:
-    enum class Party { server, application };
+    enum class Party { Server, Application };
     DWORD Store(Cookie cookie, Party setter);
     std::string Text(const CookieScope& scope, Party reader) const;
 

@@ -42,7 +42,7 @@ void InternetHandle::Notify(DWORD status, void* information, DWORD length) noexc
 
 void InternetHandle::NotifyClosed() noexcept {
     HINTERNET id = m_id;
-    Notify(INTERNET_STATUS_HANDLE_CLOSING, &id, sizeof id);
+    Notify(INTERNET_STATUS_HANDLE_CLOSING, static_cast<void*>(&id), sizeof id);
 }
 
 } // namespace platform

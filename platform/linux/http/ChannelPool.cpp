@@ -1,6 +1,7 @@
 #include "platform/linux/http/ChannelPool.h"
 
 #include <algorithm>
+#include <ranges>
 
 namespace platform {
 
@@ -17,8 +18,9 @@ std::unique_ptr<Channel> ChannelPool::Acquire(const std::string& origin) {
     std::unique_ptr<Channel> channel;
     {
         const std::lock_guard lock(m_mutex);
-        const auto latest = std::find_if(m_idle.rbegin(), m_idle.rend(),
-                                         [&](const auto& idle) { return idle->Knows(origin); });
+        const auto latest =
+            std::ranges::find_if(std::ranges::reverse_view(m_idle),
+                                 [&](const auto& idle) { return idle->Knows(origin); });
         if (latest != m_idle.rend()) {
             channel = std::move(*latest);
             m_idle.erase(std::next(latest).base());
@@ -39,7 +41,7 @@ void ChannelPool::Release(std::unique_ptr<Channel> channel) noexcept {
     const std::lock_guard lock(m_mutex);
     if (m_idle.size() == kCapacity) {
         m_idle.front().swap(channel);
-        std::rotate(m_idle.begin(), m_idle.begin() + 1, m_idle.end());
+        std::ranges::rotate(m_idle, m_idle.begin() + 1);
     } else {
         m_idle.push_back(std::move(channel));
     }

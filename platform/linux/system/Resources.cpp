@@ -28,7 +28,7 @@ int LoadStringW(HINSTANCE /*module*/, UINT id, LPWSTR buffer, int size) noexcept
     }
     const std::size_t length = std::wcslen(row->text);
     if (size == 0) {
-        std::memcpy(buffer, &row->text, sizeof row->text);
+        std::memcpy(buffer, static_cast<const void*>(&row->text), sizeof row->text);
         return static_cast<int>(length);
     }
     const std::size_t copied = std::min(length, static_cast<std::size_t>(size) - 1);
