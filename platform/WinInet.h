@@ -7,6 +7,12 @@
 #include <windows.h>
 
 #include <wininet.h>
+
+/// Whether closing a request ends a call that another thread is making on it. If not, it must not
+/// be closed meanwhile.
+inline constexpr bool kClosingEndsCalls = false;
 #else
 #include "platform/linux/WinInet.h"
+
+inline constexpr bool kClosingEndsCalls = true;
 #endif

@@ -7,12 +7,11 @@
 #include "support/PlatformCookies.h"
 #include "support/UnicodeConvert.h"
 #include "support/Utf8.h"
-#include "transport/EscapeControls.h"
 #include "transport/ReadBuffer.h"
 #include "transport/RequestContext.h"
+#include "transport/ServiceConnection.h"
 
 #include <algorithm>
-#include <array>
 #include <limits>
 #include <new>
 #include <string_view>
@@ -22,20 +21,6 @@ namespace {
 
 constexpr DWORD kTimeoutMilliseconds = 3'600'000;
 constexpr DWORD kChunkSize = 100'000;
-constexpr std::size_t kHostNameCapacity = 256;
-constexpr std::size_t kUrlPathCapacity = 2084;
-
-struct VerbRow {
-    WebRequestType type;
-    const wchar_t* verb;
-};
-
-constexpr VerbRow kVerbs[] = {
-    {WebRequestTypeGet, L"GET"},
-    {WebRequestTypePut, L"PUT"},
-    {WebRequestTypePost, L"POST"},
-    {WebRequestTypeDelete, L"DELETE"},
-};
 
 /// Runs on any thread, for every session. Contexts exist for asynchronous requests only.
 void CALLBACK StatusCallback(HINTERNET, DWORD_PTR context, DWORD status, LPVOID information,
@@ -62,10 +47,6 @@ std::shared_ptr<std::vector<char>> MakeBody(std::string_view bytes) {
 
 } // namespace
 
-void WebRequest::HandleCloser::operator()(void* handle) const noexcept {
-    InternetCloseHandle(handle);
-}
-
 WebRequest::WebRequest()
     : m_uploadData(MakeBody({})), m_context(std::make_shared<RequestContext>()) {}
 
@@ -80,11 +61,9 @@ WebRequest::~WebRequest() {
 
 void WebRequest::EndExchange() {
     m_context->Abandon();
-    // Children first: closing a parent closes its children and frees their numbers, which the
-    // platform may give to another thread before this one comes to close them.
+    // Children first, see ServiceConnection.
     m_context->CloseRequest();
     m_connection.reset();
-    m_session.reset();
 }
 
 void WebRequest::SetRequestUrl(const wchar_t* url) {
@@ -92,10 +71,8 @@ void WebRequest::SetRequestUrl(const wchar_t* url) {
 }
 
 void WebRequest::SetRequestType(WebRequestType type) {
-    for (const VerbRow& row : kVerbs) {
-        if (row.type == type) {
-            m_verb = row.verb;
-        }
+    if (const wchar_t* verb = GetVerb(type)) {
+        m_verb = verb;
     }
 }
 
@@ -229,36 +206,9 @@ void WebRequest::Connect(int flags) {
     EndExchange();
     // A context serves one exchange; the last one may still be in the platform's hands.
     m_context = std::make_shared<RequestContext>();
-    m_session.reset(InternetOpenW(L"Velmora", INTERNET_OPEN_TYPE_PRECONFIG, nullptr, nullptr,
-                                  static_cast<DWORD>(flags)));
-    if (!m_session) {
-        return;
-    }
-    DWORD timeout = kTimeoutMilliseconds;
-    InternetSetOptionA(m_session.get(), INTERNET_OPTION_RECEIVE_TIMEOUT, &timeout, sizeof(timeout));
-    InternetSetOptionA(m_session.get(), INTERNET_OPTION_SEND_TIMEOUT, &timeout, sizeof(timeout));
-    InternetSetStatusCallback(m_session.get(), StatusCallback);
-
-    std::array<wchar_t, kHostNameCapacity> host{};
-    std::array<wchar_t, kUrlPathCapacity> path{};
-    URL_COMPONENTSW parts{};
-    parts.dwStructSize = sizeof(parts);
-    parts.lpszHostName = host.data();
-    parts.dwHostNameLength = static_cast<DWORD>(host.size());
-    parts.lpszUrlPath = path.data();
-    parts.dwUrlPathLength = static_cast<DWORD>(path.size());
-    if (!InternetCrackUrlW(EscapeControls(m_requestUrl).c_str(), 0, 0, &parts)) {
-        return;
-    }
-    // The platform takes "ftp://host" and "nonsense://host" apart too.
-    if (parts.nScheme != INTERNET_SCHEME_HTTP && parts.nScheme != INTERNET_SCHEME_HTTPS) {
-        return;
-    }
-    m_secure = parts.nScheme == INTERNET_SCHEME_HTTPS;
-    m_connection.reset(InternetConnectW(m_session.get(), host.data(), parts.nPort, nullptr, nullptr,
-                                        INTERNET_SERVICE_HTTP, 0, 0));
-    m_hostName = host.data();
-    m_urlPath = path.data();
+    const ServiceConnection::Settings settings = {static_cast<DWORD>(flags), kTimeoutMilliseconds,
+                                                  StatusCallback};
+    m_connection = std::make_unique<ServiceConnection>(m_requestUrl, settings);
 }
 
 const wchar_t* WebRequest::GetAcceptString(AcceptType type) {
@@ -287,16 +237,12 @@ void WebRequest::ExtractRequestInfo(IRequestInfo* info) {
 }
 
 void WebRequest::OpenRequest(RequestContext* context) {
-    std::vector<const wchar_t*> acceptTypes(m_acceptTypes.size() + 1); // ends in a null
-    std::ranges::transform(m_acceptTypes, acceptTypes.begin(), &WebRequest::GetAcceptString);
-    const DWORD flags =
-        static_cast<DWORD>(m_requestFlags) | (m_secure ? INTERNET_FLAG_SECURE : DWORD{0});
     if (context) {
         context->HoldForPlatform();
     }
     const HINTERNET request =
-        HttpOpenRequestW(m_connection.get(), m_verb.c_str(), m_urlPath.c_str(), nullptr, nullptr,
-                         acceptTypes.data(), flags, reinterpret_cast<DWORD_PTR>(context));
+        m_connection->OpenRequest(m_verb.c_str(), m_acceptTypes, static_cast<DWORD>(m_requestFlags),
+                                  reinterpret_cast<DWORD_PTR>(context));
     m_context->OwnHandle(request);
     if (context && !request) {
         context->LetGoByPlatform();

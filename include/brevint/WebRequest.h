@@ -8,6 +8,7 @@
 #include <vector>
 
 class RequestContext;
+class ServiceConnection;
 
 /// An HTTP exchange over the platform's internet client.
 ///
@@ -54,11 +55,6 @@ public:
     void ExtractRequestInfo(IRequestInfo* info);
 
 private:
-    struct HandleCloser {
-        void operator()(void* handle) const noexcept;
-    };
-    using Handle = std::unique_ptr<void, HandleCloser>;
-
     /// Drops what an earlier send has left: its reply, if that is still under way, and the handles.
     void EndExchange();
     void OpenRequest(RequestContext* context);
@@ -68,12 +64,8 @@ private:
     void ReadReply(std::vector<char>& out, bool asText);
     void ReadChunks(std::vector<char>& out, bool asText);
 
-    Handle m_session;
-    Handle m_connection;
+    std::unique_ptr<ServiceConnection> m_connection;
     std::wstring m_requestUrl;
-    std::wstring m_hostName;
-    std::wstring m_urlPath;
-    bool m_secure = false;
     int m_requestFlags = 0;
     /// Null when it is more than can be sent.
     std::shared_ptr<std::vector<char>> m_uploadData;

@@ -165,6 +165,45 @@ DWORD ContentLengthNumber(const ReplyHead& reply, DWORD& number) {
     return ERROR_SUCCESS;
 }
 
+// The headers that can be asked for as text.
+struct TextRow {
+    DWORD infoLevel;
+    std::optional<std::string> ReplyHead::*value;
+};
+constexpr TextRow kTexts[] = {
+    {HTTP_QUERY_CONTENT_TYPE, &ReplyHead::contentType},
+    {HTTP_QUERY_CONTENT_LENGTH, &ReplyHead::contentLength},
+    {HTTP_QUERY_LAST_MODIFIED, &ReplyHead::lastModified},
+    {HTTP_QUERY_LOCATION, &ReplyHead::location},
+    {HTTP_QUERY_RETRY_AFTER, &ReplyHead::retryAfter},
+    {HTTP_QUERY_CONTENT_RANGE, &ReplyHead::contentRange},
+    {HTTP_QUERY_ETAG, &ReplyHead::entityTag},
+};
+
+// Text with its zero, the size in bytes: without the zero when it was stored, with it when it did
+// not fit.
+template <class Character>
+DWORD StoreText(const std::basic_string<Character>& text, LPVOID buffer, DWORD& size) {
+    const std::size_t bytes = text.size() * sizeof(Character);
+    if (buffer == nullptr || size < bytes + sizeof(Character)) {
+        size = static_cast<DWORD>(bytes + sizeof(Character));
+        return ERROR_INSUFFICIENT_BUFFER;
+    }
+    std::memcpy(buffer, text.c_str(), bytes + sizeof(Character));
+    size = static_cast<DWORD>(bytes);
+    return ERROR_SUCCESS;
+}
+
+DWORD QueryText(const ReplyHead& reply, DWORD infoLevel, LPVOID buffer, DWORD& size) {
+    const auto* const row = std::ranges::find(kTexts, infoLevel, &TextRow::infoLevel);
+    // The length of a message in chunks is not told, whatever else its head says.
+    if (row == std::end(kTexts) || !(reply.*row->value) ||
+        (infoLevel == HTTP_QUERY_CONTENT_LENGTH && reply.hasTransferEncoding)) {
+        return ERROR_HTTP_HEADER_NOT_FOUND;
+    }
+    return StoreText(Utf8::ToWide(*(reply.*row->value)), buffer, size);
+}
+
 DWORD Query(HINTERNET handle, DWORD infoLevel, LPVOID buffer, LPDWORD size) {
     const auto request = HandleTable::Instance().Find<RequestHandle>(handle);
     if (request == nullptr) {
@@ -183,7 +222,7 @@ DWORD Query(HINTERNET handle, DWORD infoLevel, LPVOID buffer, LPDWORD size) {
     case HTTP_QUERY_CONTENT_LENGTH | HTTP_QUERY_FLAG_NUMBER:
         error = ContentLengthNumber(reply, number);
         break;
-    default: return ERROR_HTTP_HEADER_NOT_FOUND;
+    default: return QueryText(reply, infoLevel, buffer, *size);
     }
     if (error != ERROR_SUCCESS) {
         return error;
@@ -338,6 +377,50 @@ BOOL InternetReadFile(HINTERNET request, LPVOID buffer, DWORD size, LPDWORD read
     });
 }
 
+BOOL HttpSendRequestExW(HINTERNET request, LPINTERNET_BUFFERSW buffersIn,
+                        LPINTERNET_BUFFERSW /*buffersOut*/, DWORD /*flags*/,
+                        DWORD_PTR /*context*/) noexcept {
+    return Run([&]() -> DWORD {
+        const auto object = HandleTable::Instance().Find<RequestHandle>(request);
+        if (object == nullptr) {
+            return ERROR_INVALID_HANDLE;
+        }
+        if (buffersIn == nullptr || buffersIn->dwStructSize != sizeof *buffersIn) {
+            return ERROR_INVALID_PARAMETER;
+        }
+        HeaderList headers;
+        headers.SetBlock({buffersIn->lpcszHeader, buffersIn->dwHeadersLength});
+        const std::uint64_t length =
+            buffersIn->dwBufferTotal != 0 ? buffersIn->dwBufferTotal : headers.AnnouncedLength();
+        return object->BeginSend(
+            headers, length,
+            {static_cast<const char*>(buffersIn->lpvBuffer), buffersIn->dwBufferLength});
+    });
+}
+
+BOOL InternetWriteFile(HINTERNET request, LPCVOID buffer, DWORD size, LPDWORD written) noexcept {
+    return Run([&]() -> DWORD {
+        const auto object = HandleTable::Instance().Find<RequestHandle>(request);
+        if (object == nullptr) {
+            return ERROR_INVALID_HANDLE;
+        }
+        if (written == nullptr || (buffer == nullptr && size != 0)) {
+            return ERROR_INVALID_PARAMETER;
+        }
+        const DWORD error = object->Write(static_cast<const char*>(buffer), size);
+        *written = error == ERROR_SUCCESS ? size : 0;
+        return error;
+    });
+}
+
+BOOL HttpEndRequestW(HINTERNET request, LPINTERNET_BUFFERSW /*buffers*/, DWORD /*flags*/,
+                     DWORD_PTR /*context*/) noexcept {
+    return Run([&]() -> DWORD {
+        const auto object = HandleTable::Instance().Find<RequestHandle>(request);
+        return object == nullptr ? ERROR_INVALID_HANDLE : object->EndSend();
+    });
+}
+
 BOOL HttpQueryInfoW(HINTERNET request, DWORD infoLevel, LPVOID buffer, LPDWORD length,
                     LPDWORD /*index*/) noexcept {
     return Run([&] { return Query(request, infoLevel, buffer, length); });
@@ -360,14 +443,7 @@ BOOL HttpQueryInfoA(HINTERNET request, DWORD infoLevel, LPVOID buffer, LPDWORD l
         if (length == nullptr) {
             return ERROR_INVALID_PARAMETER;
         }
-        const auto size = static_cast<DWORD>(location->size());
-        if (buffer == nullptr || *length <= size) {
-            *length = size + 1;
-            return ERROR_INSUFFICIENT_BUFFER;
-        }
-        std::memcpy(buffer, location->c_str(), size + 1);
-        *length = size;
-        return ERROR_SUCCESS;
+        return StoreText(*location, buffer, *length);
     });
 }
 

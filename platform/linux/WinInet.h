@@ -43,6 +43,20 @@ struct INTERNET_ASYNC_RESULT {
 };
 using LPINTERNET_ASYNC_RESULT = INTERNET_ASYNC_RESULT*;
 
+struct INTERNET_BUFFERSW {
+    DWORD dwStructSize;
+    INTERNET_BUFFERSW* Next;
+    LPCWSTR lpcszHeader;
+    DWORD dwHeadersLength;
+    DWORD dwHeadersTotal;
+    LPVOID lpvBuffer;
+    DWORD dwBufferLength;
+    DWORD dwBufferTotal;
+    DWORD dwOffsetLow;
+    DWORD dwOffsetHigh;
+};
+using LPINTERNET_BUFFERSW = INTERNET_BUFFERSW*;
+
 using INTERNET_STATUS_CALLBACK = void(CALLBACK*)(HINTERNET handle, DWORD_PTR context, DWORD status,
                                                  LPVOID information, DWORD informationLength);
 
@@ -75,9 +89,14 @@ inline constexpr DWORD INTERNET_OPTION_RECEIVE_TIMEOUT = 6;
 inline constexpr DWORD INTERNET_STATUS_HANDLE_CLOSING = 70;
 inline constexpr DWORD INTERNET_STATUS_REQUEST_COMPLETE = 100;
 
+inline constexpr DWORD HTTP_QUERY_CONTENT_TYPE = 1;
 inline constexpr DWORD HTTP_QUERY_CONTENT_LENGTH = 5;
+inline constexpr DWORD HTTP_QUERY_LAST_MODIFIED = 11;
 inline constexpr DWORD HTTP_QUERY_STATUS_CODE = 19;
 inline constexpr DWORD HTTP_QUERY_LOCATION = 33;
+inline constexpr DWORD HTTP_QUERY_RETRY_AFTER = 36;
+inline constexpr DWORD HTTP_QUERY_CONTENT_RANGE = 53;
+inline constexpr DWORD HTTP_QUERY_ETAG = 54;
 inline constexpr DWORD HTTP_QUERY_FLAG_NUMBER = 0x20000000;
 
 inline constexpr DWORD ERROR_INTERNET_TIMEOUT = 12002;
@@ -125,6 +144,16 @@ HINTERNET HttpOpenRequestW(HINTERNET connection, LPCWSTR verb, LPCWSTR objectNam
 BOOL HttpSendRequestW(HINTERNET request, LPCWSTR headers, DWORD headersLength, LPVOID body,
                       DWORD bodyLength) noexcept;
 BOOL InternetReadFile(HINTERNET request, LPVOID buffer, DWORD size, LPDWORD read) noexcept;
+
+// A body in parts, on a synchronous session, without redirects: begin, write until all that was
+// announced is written, end. The length is the buffers' total or, where that is 0, the header
+// Content-Length. A write may succeed before the server has the bytes. After one that failed, the
+// end still brings the reply of a server that answered early.
+BOOL HttpSendRequestExW(HINTERNET request, LPINTERNET_BUFFERSW buffersIn,
+                        LPINTERNET_BUFFERSW buffersOut, DWORD flags, DWORD_PTR context) noexcept;
+BOOL InternetWriteFile(HINTERNET request, LPCVOID buffer, DWORD size, LPDWORD written) noexcept;
+BOOL HttpEndRequestW(HINTERNET request, LPINTERNET_BUFFERSW buffers, DWORD flags,
+                     DWORD_PTR context) noexcept;
 
 BOOL HttpQueryInfoW(HINTERNET request, DWORD infoLevel, LPVOID buffer, LPDWORD length,
                     LPDWORD index) noexcept;

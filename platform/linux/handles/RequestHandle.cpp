@@ -43,6 +43,43 @@ DWORD RequestHandle::Read(char* buffer, DWORD size, DWORD* read) {
     return Start([this, buffer, size, read] { return DoRead(buffer, size, read); });
 }
 
+DWORD RequestHandle::BeginSend(const HeaderList& headers, std::uint64_t bodySize,
+                               std::string_view firstPart) {
+    if (m_asynchronous) {
+        return ERROR_INVALID_OPERATION;
+    }
+    return Start([&] {
+        HttpRequest request = Prepare(headers);
+        request.bodySize = bodySize;
+        request.streamed = true;
+        request.followRedirects = false;
+        m_exchange = std::make_unique<Exchange>(std::move(request), m_cancellation);
+        DWORD error = m_exchange->BeginSend();
+        if (error == ERROR_SUCCESS && !firstPart.empty()) {
+            error = m_exchange->Write(firstPart.data(), firstPart.size());
+        }
+        return error;
+    });
+}
+
+DWORD RequestHandle::Write(const char* data, DWORD size) {
+    return Start([&]() -> DWORD {
+        return m_exchange == nullptr ? ERROR_INTERNET_INCORRECT_HANDLE_STATE
+                                     : m_exchange->Write(data, size);
+    });
+}
+
+DWORD RequestHandle::EndSend() {
+    return Start([&]() -> DWORD {
+        if (m_exchange == nullptr) {
+            return ERROR_INTERNET_INCORRECT_HANDLE_STATE;
+        }
+        const DWORD error = m_exchange->EndSend();
+        KeepReply(*m_exchange);
+        return error;
+    });
+}
+
 ReplyHead RequestHandle::GetReply() const {
     const std::lock_guard lock(m_mutex);
     return m_reply;
@@ -145,7 +182,7 @@ void RequestHandle::FinishClosing() noexcept {
     NotifyClosed();
 }
 
-DWORD RequestHandle::DoSend(const HeaderList& headers, const char* body, std::size_t size) {
+HttpRequest RequestHandle::Prepare(const HeaderList& headers) {
     m_exchange.reset();
     {
         const std::lock_guard lock(m_mutex);
@@ -155,15 +192,22 @@ DWORD RequestHandle::DoSend(const HeaderList& headers, const char* body, std::si
     for (const Header& header : headers) {
         request.headers.Set(header.name, header.value);
     }
+    request.timeouts = Settings().timeouts;
+    return request;
+}
+
+void RequestHandle::KeepReply(const Exchange& exchange) {
+    const std::lock_guard lock(m_mutex);
+    m_reply = exchange.GetReply();
+}
+
+DWORD RequestHandle::DoSend(const HeaderList& headers, const char* body, std::size_t size) {
+    HttpRequest request = Prepare(headers);
     request.body = body;
     request.bodySize = size;
-    request.timeouts = Settings().timeouts;
     auto exchange = std::make_unique<Exchange>(std::move(request), m_cancellation);
     const DWORD error = exchange->Send();
-    {
-        const std::lock_guard lock(m_mutex);
-        m_reply = exchange->GetReply();
-    }
+    KeepReply(*exchange);
     if (error == ERROR_SUCCESS) {
         m_exchange = std::move(exchange);
     }

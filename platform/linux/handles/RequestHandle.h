@@ -27,6 +27,11 @@ public:
     DWORD Send(const HeaderList& headers, const char* body, std::size_t size);
     DWORD Read(char* buffer, DWORD size, DWORD* read);
 
+    // A body in parts, see HttpSendRequestExW; synchronous sessions only.
+    DWORD BeginSend(const HeaderList& headers, std::uint64_t bodySize, std::string_view firstPart);
+    DWORD Write(const char* data, DWORD size);
+    DWORD EndSend();
+
     // The head of the last reply; empty until a send has succeeded. Of one that failed on the way
     // that a redirect led it, the redirect's.
     ReplyHead GetReply() const;
@@ -47,6 +52,9 @@ private:
     void Leave() noexcept;
     void FinishClosing() noexcept;
 
+    // The request with what the send brings, and no exchange or reply of an earlier one.
+    HttpRequest Prepare(const HeaderList& headers);
+    void KeepReply(const Exchange& exchange);
     DWORD DoSend(const HeaderList& headers, const char* body, std::size_t size);
     DWORD DoRead(char* buffer, DWORD size, DWORD* read);
 

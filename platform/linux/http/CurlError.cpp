@@ -50,6 +50,7 @@ DWORD CurlError(CURL* easy, CURLcode outcome) noexcept {
     case CURLE_SSL_CERTPROBLEM:
     case CURLE_SSL_CIPHER: return ERROR_INTERNET_SECURITY_CHANNEL_ERROR;
     case CURLE_SEND_ERROR:
+    case CURLE_SEND_FAIL_REWIND: // a kept connection had ended, and part of a body was gone
     case CURLE_RECV_ERROR: return ConnectionError(easy);
     case CURLE_PARTIAL_FILE: return ERROR_INTERNET_CONNECTION_ABORTED;
     case CURLE_GOT_NOTHING:

@@ -50,7 +50,7 @@ public:
             m_progress = sent + received;
             m_since = now;
         }
-        const bool sending = static_cast<std::size_t>(sent) < m_request.bodySize;
+        const bool sending = static_cast<std::uint64_t>(sent) < m_request.bodySize;
         const milliseconds limit = sending ? m_request.timeouts.send : m_request.timeouts.receive;
         constexpr milliseconds kUnlimited = std::chrono::hours(1);
         return limit == milliseconds::zero()
@@ -102,15 +102,8 @@ DWORD Exchange::Send() {
         if (!m_headDone) {
             break;
         }
-        // It announces two lengths, or one that is no number, so nobody can tell where it ends.
-        if (m_reply.contradictsItself && !m_reply.hasTransferEncoding) {
-            End(ERROR_HTTP_INVALID_SERVER_RESPONSE);
+        if (AcceptHead() != ERROR_SUCCESS) {
             break;
-        }
-        if (m_request.useCookies) {
-            for (const std::string& cookie : m_reply.cookies) {
-                CookieJar::Instance().Receive(m_request.url, cookie);
-            }
         }
         const auto target = RedirectTarget(m_request, m_reply);
         if (!target) {
@@ -139,6 +132,64 @@ DWORD Exchange::Send() {
     return m_error != ERROR_SUCCESS ? m_error : ERROR_HTTP_INVALID_SERVER_RESPONSE;
 }
 
+DWORD Exchange::BeginSend() {
+    AwaitHead();
+    if (m_ended && !m_headDone) {
+        ReleaseChannel();
+        return m_error;
+    }
+    return ERROR_SUCCESS;
+}
+
+DWORD Exchange::Write(const char* data, std::size_t size) {
+    if (m_ended || m_headDone || size > m_request.bodySize - m_written) {
+        return m_error != ERROR_SUCCESS ? m_error : ERROR_INTERNET_CONNECTION_RESET;
+    }
+    m_source = data;
+    m_sourceSize = size;
+    m_written += size;
+    if (size > 0) {
+        curl_easy_pause(m_channel->Easy(), CURLPAUSE_CONT);
+        DriveUntil([this] { return m_sourceSize == 0 || m_headDone; });
+    }
+    const bool isUsedUp = m_sourceSize == 0;
+    m_source = nullptr;
+    m_sourceSize = 0;
+    if (isUsedUp && (!m_ended || m_error == ERROR_SUCCESS)) {
+        return ERROR_SUCCESS;
+    }
+    return m_error != ERROR_SUCCESS ? m_error : ERROR_INTERNET_CONNECTION_RESET;
+}
+
+DWORD Exchange::EndSend() {
+    if (!m_ended && !m_headDone) {
+        if (m_written < m_request.bodySize) {
+            End(ERROR_INTERNET_CONNECTION_ABORTED); // less than announced: no reply will come
+        } else {
+            DriveUntil([this] { return m_headDone; });
+        }
+    }
+    const DWORD error = m_headDone ? AcceptHead() : m_error;
+    if (m_ended) {
+        ReleaseChannel();
+    }
+    return m_headDone || error != ERROR_SUCCESS ? error : ERROR_HTTP_INVALID_SERVER_RESPONSE;
+}
+
+DWORD Exchange::AcceptHead() {
+    // It announces two lengths, or one that is no number, so nobody can tell where it ends.
+    if (m_reply.contradictsItself && !m_reply.hasTransferEncoding) {
+        End(ERROR_HTTP_INVALID_SERVER_RESPONSE);
+        return m_error;
+    }
+    if (m_request.useCookies) {
+        for (const std::string& cookie : m_reply.cookies) {
+            CookieJar::Instance().Receive(m_request.url, cookie);
+        }
+    }
+    return ERROR_SUCCESS;
+}
+
 DWORD Exchange::Read(char* target, std::size_t size, std::size_t& read) {
     const std::size_t taken = m_waiting.Pop(target, size);
     m_target = target + taken;
@@ -164,7 +215,7 @@ DWORD Exchange::Read(char* target, std::size_t size, std::size_t& read) {
 void Exchange::AwaitHead() {
     for (const Connect connect : {Connect::AsNeeded, Connect::Anew}) {
         StartHop(connect);
-        DriveUntil([this] { return m_headDone; });
+        DriveUntil([this] { return m_headDone || m_sourceWanted; });
         if (!m_overtaken) {
             return;
         }
@@ -180,6 +231,7 @@ void Exchange::StartHop(Connect connect) {
     m_overtaken = false;
     m_received = 0;
     m_discarding = false;
+    m_sourceWanted = false;
     ReleaseChannel();
     m_channel = ChannelPool::Instance().Acquire(Origin(m_request.url));
     SetOptions(connect);
@@ -205,7 +257,13 @@ void Exchange::SetOptions(Connect connect) {
     }
     if (m_request.verb != "HEAD" && (m_request.verb != "GET" || m_request.bodySize > 0)) {
         set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(m_request.bodySize));
-        set(CURLOPT_POSTFIELDS, m_request.bodySize > 0 ? m_request.body : "");
+        if (m_request.streamed) {
+            set(CURLOPT_POST, 1L);
+            set(CURLOPT_READFUNCTION, &Exchange::OnSourceWanted);
+            set(CURLOPT_READDATA, this);
+        } else {
+            set(CURLOPT_POSTFIELDS, m_request.bodySize > 0 ? m_request.body : "");
+        }
     }
     Url url;
     if (!m_request.useProxy || (url.Resolve(m_request.url) && IsLoopback(url.Host()))) {
@@ -273,6 +331,20 @@ std::size_t Exchange::OnBody(char* data, std::size_t, std::size_t size, void* se
     return size;
 } catch (const std::bad_alloc&) {
     return 0;
+}
+
+std::size_t Exchange::OnSourceWanted(char* target, std::size_t, std::size_t size,
+                                     void* self) noexcept {
+    auto& exchange = *static_cast<Exchange*>(self);
+    const std::size_t count = std::min(size, exchange.m_sourceSize);
+    if (count == 0) {
+        exchange.m_sourceWanted = true;
+        return exchange.m_written < exchange.m_request.bodySize ? CURL_READFUNC_PAUSE : 0;
+    }
+    std::memcpy(target, exchange.m_source, count);
+    exchange.m_source += count;
+    exchange.m_sourceSize -= count;
+    return count;
 }
 
 bool Exchange::AddHeaderLine(std::string_view line) {

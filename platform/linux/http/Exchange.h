@@ -8,6 +8,7 @@
 #include "platform/linux/http/ReplyHead.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <curl/curl.h>
 #include <memory>
 #include <string_view>
@@ -27,6 +28,14 @@ public:
 
     // Returns once the head of the final reply is there.
     DWORD Send();
+
+    // The same for a request whose body is streamed: begins to send, hands over parts of the body,
+    // and ends. A part is used up when Write returns. A write fails where the reply comes before
+    // the body is complete; the end gives that reply.
+    DWORD BeginSend();
+    DWORD Write(const char* data, std::size_t size);
+    DWORD EndSend();
+
     // Fills the target, or less if the body ends before. An error goes with the bytes that came
     // before it, and is told once.
     DWORD Read(char* target, std::size_t size, std::size_t& read);
@@ -42,17 +51,20 @@ private:
 
     static std::size_t OnHeader(char* data, std::size_t, std::size_t size, void* self) noexcept;
     static std::size_t OnBody(char* data, std::size_t, std::size_t size, void* self) noexcept;
+    static std::size_t OnSourceWanted(char* target, std::size_t, std::size_t size,
+                                      void* self) noexcept;
     bool AddHeaderLine(std::string_view line); // false: there are too many
     void AddBody(const char* data, std::size_t size);
 
-    // Sends the request and waits for its reply's head. Once more, on a connection of its own,
-    // where the server ended a kept one before it had all of the request; libcurl itself does so
-    // only while it waits for the reply.
+    // Sends the request and waits for its reply's head, or until a part of the body is wanted. Once
+    // more, on a connection of its own, where the server ended a kept one before it had all of the
+    // request; libcurl itself does so only while it waits for the reply.
     void AwaitHead();
     enum class Connect { AsNeeded, Anew };
     void StartHop(Connect connect);
     void SetOptions(Connect connect);
     List HeaderLines() const;
+    DWORD AcceptHead();
     void DiscardBody();
     void Step();
     DWORD Failure(CURLcode outcome) const noexcept;
@@ -75,6 +87,11 @@ private:
     curl_off_t m_received = 0; // bytes of this hop, head included
 
     bool m_discarding = false;
+    const char* m_source = nullptr; // the rest of the part of the body that is being written
+    std::size_t m_sourceSize = 0;
+    std::uint64_t m_written = 0; // of the body, altogether
+    bool m_sourceWanted = false; // libcurl waits for more of the body
+
     ByteQueue m_waiting;
     char* m_target = nullptr; // where the rest of the read under way goes
     std::size_t m_wanted = 0;

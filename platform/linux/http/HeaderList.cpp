@@ -4,6 +4,7 @@
 #include "support/Utf8.h"
 
 #include <algorithm>
+#include <charconv>
 
 namespace platform {
 
@@ -45,6 +46,9 @@ void HeaderList::SetBlock(std::wstring_view block) {
         }
         const std::string_view name = base::Trim(line.substr(0, colon));
         const std::string_view value = base::Trim(line.substr(colon + 1));
+        if (base::EqualsIgnoreCase(name, "Content-Length")) {
+            std::from_chars(value.data(), value.data() + value.size(), m_announcedLength);
+        }
         if (!name.empty() && !base::HasControls(name) && IsFieldValue(value) &&
             !base::EqualsIgnoreCase(name, "Content-Length") &&
             !base::EqualsIgnoreCase(name, "Transfer-Encoding")) {

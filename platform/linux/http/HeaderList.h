@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,12 +28,15 @@ public:
     // value apart, is left out. The
     // layer frames messages itself, so Content-Length and Transfer-Encoding are left out too.
     void SetBlock(std::wstring_view block);
+    // What such a block announced as Content-Length; 0 when that was nothing or no number.
+    std::uint64_t AnnouncedLength() const { return m_announcedLength; }
 
     auto begin() const { return m_headers.begin(); }
     auto end() const { return m_headers.end(); }
 
 private:
     std::vector<Header> m_headers;
+    std::uint64_t m_announcedLength = 0;
 };
 
 } // namespace platform

@@ -3,7 +3,7 @@
 #include "platform/linux/http/HeaderList.h"
 
 #include <chrono>
-#include <cstddef>
+#include <cstdint>
 #include <string>
 
 namespace platform {
@@ -22,7 +22,8 @@ struct HttpRequest {
     std::string url; // absolute, escaped, with a port, without a fragment
     HeaderList headers;
     const char* body = nullptr; // not owned
-    std::size_t bodySize = 0;
+    std::uint64_t bodySize = 0;
+    bool streamed = false; // the body comes by Exchange::Write
     bool followRedirects = true;
     bool useCookies = true;
     bool useProxy = true; // the one that the environment names

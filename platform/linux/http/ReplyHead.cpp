@@ -7,6 +7,21 @@
 
 namespace platform {
 
+namespace {
+
+// Those whose first value counts, and is kept as it is.
+struct KeptHeader {
+    std::string_view name;
+    std::optional<std::string> ReplyHead::*value;
+};
+constexpr KeptHeader kKeptHeaders[] = {
+    {"Location", &ReplyHead::location},          {"Content-Type", &ReplyHead::contentType},
+    {"Content-Range", &ReplyHead::contentRange}, {"ETag", &ReplyHead::entityTag},
+    {"Last-Modified", &ReplyHead::lastModified}, {"Retry-After", &ReplyHead::retryAfter},
+};
+
+} // namespace
+
 void ReplyHead::AddHeader(std::string_view name, std::string_view value) {
     if (base::EqualsIgnoreCase(name, "Transfer-Encoding")) {
         hasTransferEncoding = true;
@@ -20,8 +35,11 @@ void ReplyHead::AddHeader(std::string_view name, std::string_view value) {
         contentLength = value;
     } else if (base::EqualsIgnoreCase(name, "Set-Cookie")) {
         cookies.emplace_back(value);
-    } else if (base::EqualsIgnoreCase(name, "Location") && !location) {
-        location = value;
+    }
+    for (const KeptHeader& kept : kKeptHeaders) {
+        if (base::EqualsIgnoreCase(name, kept.name) && !(this->*kept.value)) {
+            (this->*kept.value) = value;
+        }
     }
 }
 
