@@ -1,0 +1,267 @@
+#include "brevint/c.h"
+
+#include "support/Utf8.h"
+#include "transfers/Download.h"
+#include "transfers/TransferQueue.h"
+#include "transfers/Upload.h"
+#include "transport/StreamingExchange.h"
+
+#include <algorithm>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <new>
+#include <string>
+
+namespace {
+
+using transfers::Transfer;
+
+std::string_view View(const char* text) {
+    return text ? std::string_view(text) : std::string_view();
+}
+
+std::wstring Wide(const char* text) {
+    return Utf8::ToWide(View(text));
+}
+
+std::filesystem::path Path(const char* text) {
+    const std::string_view view = View(text);
+    return std::u8string(view.begin(), view.end());
+}
+
+std::string Narrow(const std::filesystem::path& path) {
+    const std::u8string text = path.u8string();
+    return {text.begin(), text.end()};
+}
+
+/// A structure of the caller's, whose size says how much of it there is: members that it lacks have
+/// their defaults.
+template <class Struct>
+Struct Complete(const Struct* given, void (*init)(Struct*)) {
+    Struct complete;
+    init(&complete);
+    if (given) {
+        std::memcpy(&complete, given, std::min(given->size, sizeof(Struct)));
+        complete.size = sizeof(Struct);
+    }
+    return complete;
+}
+
+/// The other way round: as much as the caller's structure has room for.
+template <class Struct>
+void Store(const Struct& filled, Struct* target) {
+    const std::size_t size = std::min(target->size, sizeof(Struct));
+    std::memcpy(&target->size + 1, &filled.size + 1, size - sizeof(size));
+}
+
+brevint_progress ToC(const transfers::TransferProgress& progress) {
+    brevint_progress result;
+    brevint_progress_init(&result);
+    result.state = static_cast<std::int32_t>(progress.state);
+    result.bytes_done = progress.done;
+    result.bytes_total = progress.total;
+    result.bytes_per_second = progress.bytesPerSecond;
+    result.seconds_left = progress.secondsLeft;
+    return result;
+}
+
+template <class Struct>
+void Clear(Struct* target) {
+    std::memset(target, 0, sizeof(Struct));
+    target->size = sizeof(Struct);
+}
+
+} // namespace
+
+struct brevint_queue {
+    std::shared_ptr<const transfers::Service> service;
+    std::shared_ptr<transfers::TransferQueue> queue;
+};
+
+struct brevint_transfer {
+    std::shared_ptr<Transfer> transfer;
+
+    /// The outcome's texts, made when somebody asks.
+    mutable std::once_flag once;
+    mutable std::string text, serverMessage, localPath, itemId, jobId;
+
+    void MakeTexts(const transfers::TransferOutcome& outcome) const {
+        text = Utf8::ToNarrow(outcome.text);
+        serverMessage = Utf8::ToNarrow(outcome.serverMessage);
+        localPath = Narrow(outcome.localPath);
+        itemId = Utf8::ToNarrow(outcome.itemId);
+        jobId = Utf8::ToNarrow(outcome.jobId);
+    }
+};
+
+namespace {
+
+/// Makes a transfer and its handle, which the listener is told, and begins it.
+template <class Kind, class Request>
+brevint_transfer* Begin(brevint_queue* queue, Request request, brevint_listener listener,
+                        void* user) noexcept {
+    try {
+        auto handle = std::make_unique<brevint_transfer>();
+        transfers::TransferListener call;
+        if (listener) {
+            call = [listener, user, raw = handle.get()](const auto& progress) {
+                const brevint_progress told = ToC(progress);
+                listener(user, raw, &told);
+            };
+        }
+        handle->transfer =
+            std::make_shared<Kind>(queue->service, std::move(request), std::move(call));
+        queue->queue->Add(handle->transfer);
+        return handle.release();
+    } catch (const std::exception&) {
+        return nullptr;
+    }
+}
+
+} // namespace
+
+void brevint_queue_settings_init(brevint_queue_settings* settings) {
+    const transfers::TransferSettings defaults;
+    const auto count = [](std::chrono::milliseconds time) {
+        return static_cast<std::uint32_t>(time.count());
+    };
+    Clear(settings);
+    settings->concurrent = defaults.concurrent;
+    settings->attempts = defaults.attempts;
+    settings->first_pause = count(defaults.firstPause);
+    settings->longest_pause = count(defaults.longestPause);
+    settings->stall_limit = count(defaults.stallLimit);
+    settings->reply_limit = count(defaults.replyLimit);
+}
+
+void brevint_progress_init(brevint_progress* progress) {
+    Clear(progress);
+}
+
+void brevint_outcome_init(brevint_outcome* outcome) {
+    Clear(outcome);
+}
+
+void brevint_download_init(brevint_download* download) {
+    Clear(download);
+    download->listed_size = BREVINT_UNKNOWN_SIZE;
+}
+
+void brevint_upload_init(brevint_upload* upload) {
+    Clear(upload);
+}
+
+brevint_queue* brevint_queue_new(const char* service_url, const brevint_queue_settings* settings) {
+    const brevint_queue_settings given = Complete(settings, brevint_queue_settings_init);
+    transfers::TransferSettings own;
+    own.concurrent = std::max(given.concurrent, 1U);
+    own.attempts = std::max(given.attempts, 1U);
+    own.firstPause = std::chrono::milliseconds(given.first_pause);
+    own.longestPause = std::chrono::milliseconds(given.longest_pause);
+    own.stallLimit = std::chrono::milliseconds(given.stall_limit);
+    own.replyLimit = std::chrono::milliseconds(given.reply_limit);
+    try {
+        auto queue = std::make_unique<brevint_queue>();
+        queue->service = std::make_shared<transfers::Service>(
+            Wide(service_url), own, std::make_shared<StreamingExchangeFactory>());
+        queue->queue = std::make_shared<transfers::TransferQueue>(own);
+        return queue.release();
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+void brevint_queue_free(brevint_queue* queue) {
+    const std::unique_ptr<brevint_queue> owned(queue);
+    if (queue) {
+        queue->queue->CancelAll();
+    }
+}
+
+void brevint_queue_signed_in(brevint_queue* queue) {
+    queue->queue->OnSignedIn();
+}
+
+brevint_transfer* brevint_queue_download(brevint_queue* queue, const brevint_download* download) {
+    const brevint_download given = Complete(download, brevint_download_init);
+    try {
+        return Begin<transfers::Download>(
+            queue,
+            transfers::DownloadRequest{.itemId = Wide(given.item_id),
+                                       .destination = Path(given.destination),
+                                       .listedSize = given.listed_size,
+                                       .durable = given.durable != 0,
+                                       .keepsPart = given.keeps_part != 0},
+            given.listener, given.user);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+brevint_transfer* brevint_queue_upload(brevint_queue* queue, const brevint_upload* upload) {
+    using Kind = transfers::UploadRequest::Kind;
+    const brevint_upload given = Complete(upload, brevint_upload_init);
+    try {
+        return Begin<transfers::Upload>(
+            queue,
+            transfers::UploadRequest{.kind = given.folder_id ? Kind::NewFile : Kind::Content,
+                                     .target =
+                                         Wide(given.folder_id ? given.folder_id : given.file_id),
+                                     .path = Path(given.local_path)},
+            given.listener, given.user);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+void brevint_transfer_progress(const brevint_transfer* transfer, brevint_progress* progress) {
+    Store(ToC(transfer->transfer->GetProgress()), progress);
+}
+
+int32_t brevint_transfer_wait(const brevint_transfer* transfer, uint32_t milliseconds) {
+    return transfer->transfer->Wait(std::chrono::milliseconds(milliseconds)) ? 1 : 0;
+}
+
+int32_t brevint_transfer_outcome(const brevint_transfer* transfer, brevint_outcome* outcome) {
+    const transfers::TransferOutcome* const known = transfer->transfer->GetOutcome();
+    if (!known) {
+        return 0;
+    }
+    try {
+        std::call_once(transfer->once, [&] { transfer->MakeTexts(*known); });
+    } catch (const std::exception&) {
+        return 0;
+    }
+    brevint_outcome result;
+    brevint_outcome_init(&result);
+    result.state = static_cast<std::int32_t>(transfer->transfer->GetProgress().state);
+    result.code = static_cast<std::int32_t>(known->code);
+    result.http_status = static_cast<std::uint32_t>(known->status);
+    result.connection = static_cast<std::int32_t>(known->failure);
+    result.text = transfer->text.c_str();
+    result.server_message = transfer->serverMessage.c_str();
+    result.local_path = transfer->localPath.c_str();
+    result.item_id = transfer->itemId.c_str();
+    result.job_id = transfer->jobId.c_str();
+    result.verified = known->verified ? 1 : 0;
+    result.job_goes_on = known->jobGoesOn ? 1 : 0;
+    result.kept_beside = known->keptBeside ? 1 : 0;
+    Store(result, outcome);
+    return 1;
+}
+
+void brevint_transfer_cancel(brevint_transfer* transfer) {
+    transfer->transfer->Cancel();
+}
+
+int32_t brevint_transfer_finish(brevint_transfer* transfer) {
+    return transfer->transfer->Finish() ? 1 : 0;
+}
+
+void brevint_transfer_free(brevint_transfer* transfer) {
+    const std::unique_ptr<brevint_transfer> owned(transfer);
+    if (transfer) {
+        transfer->transfer->LetGo();
+    }
+}

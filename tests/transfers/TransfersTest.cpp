@@ -1,0 +1,274 @@
+#include "brevint/brevint.h"
+#include "service/ReferenceService.h"
+#include "service/Text.h"
+#include "tests/support/TempFolder.h"
+#include "tests/transfers/Queue.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace brevint::test {
+namespace {
+
+using service::Misbehaviour;
+using service::ReferenceService;
+using Break = Misbehaviour::Break;
+
+constexpr const char* kProjects = "00000000-0000-0000-0000-000000000001";
+constexpr std::uint64_t kBigSize = 3'000'001;
+
+std::wstring Wide(const std::string& ascii) {
+    return {ascii.begin(), ascii.end()};
+}
+
+class Transfers : public testing::Test {
+protected:
+    Transfers() : m_service({.patternFiles = {{"Big.bin", kBigSize}}}) {
+        m_service.Start();
+        SignIn();
+        m_big = ItemId("Big.bin");
+    }
+
+    void SignIn() {
+        const std::wstring url = Wide(m_service.Url());
+        const std::unique_ptr<SignInResponse> result(
+            CSignInProxy(&m_requests).SignIn(url.c_str(), L"ada", L"ada-secret"));
+        ASSERT_TRUE(result->GetSucceeded());
+    }
+
+    std::string ItemId(const std::string& name) {
+        CRepositoryProxy repository(&m_requests);
+        const std::unique_ptr<IGetFolderContentsResponse> listing(
+            repository.GetFolderContents(Wide(m_service.Url()), RootFolder::Projects));
+        std::vector<CFolderItem*> items;
+        listing->GetFolderItems(items);
+        std::string id;
+        for (CFolderItem* item : items) {
+            const std::unique_ptr<CFolderItem> owned(item);
+            if (item->GetName() == Wide(name)) {
+                const std::wstring wide = item->GetUniqueId();
+                id.assign(wide.begin(), wide.end());
+            }
+        }
+        return id;
+    }
+
+    ReferenceService m_service;
+    WebRequestFactory m_requests;
+    TempFolder m_folder;
+    std::string m_big;
+    const std::filesystem::path m_destination = m_folder.Folder() / "Big.bin";
+};
+
+TEST_F(Transfers, ArriveWholeWhateverTheServiceDoes) {
+    struct Case {
+        const char* name;
+        Misbehaviour misbehaviour;
+    };
+    const Case cases[] = {
+        {"nothing", {}},
+        {"cut", {.breakOff = Break::Cut, .breakAfter = 1'000'000, .requests = 3}},
+        {"reset", {.breakOff = Break::Reset, .breakAfter = 1'000'000, .requests = 2}},
+        {"cut at once", {.breakOff = Break::Cut, .requests = 2}},
+        {"not now", {.retryAfter = 0, .requests = 2}},
+        {"changed", {.breakOff = Break::Cut, .breakAfter = 500'000, .changesFile = true, .requests = 2}},
+    };
+    const Queue queue = MakeQueue(m_service.Url());
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.name);
+        m_service.Misbehave(test.misbehaviour);
+        std::uint64_t last = 0;
+        bool wentBack = false;
+        Listener listener = [&](brevint_transfer*, const brevint_progress& progress) {
+            wentBack = wentBack || progress.bytes_done < last;
+            last = progress.bytes_done;
+        };
+        const TransferPtr transfer = StartDownload(queue, m_big, m_destination, kBigSize, &listener);
+        const brevint_outcome outcome = Outcome(transfer);
+        EXPECT_EQ(outcome.state, BREVINT_TRANSFER_FINISHED) << outcome.text;
+        EXPECT_EQ(outcome.code, 1101);
+        EXPECT_EQ(outcome.verified, 1);
+        EXPECT_FALSE(wentBack);
+        EXPECT_EQ(last, kBigSize);
+        EXPECT_EQ(std::filesystem::file_size(m_destination), kBigSize);
+        EXPECT_EQ(FileCount(m_folder.Folder()), 1);
+    }
+}
+
+TEST_F(Transfers, SendAndReplaceFiles) {
+    const Queue queue = MakeQueue(m_service.Url());
+    const std::filesystem::path local = m_folder.Folder() / u8"Überblick — 概要.txt";
+    const std::filesystem::path back = m_folder.Folder() / "back";
+    std::string content(kBigSize, 'x');
+    std::string id;
+    for (const bool isNew : {true, false}) {
+        content.back() = isNew ? '1' : '2';
+        Store(local, content);
+        const TransferPtr upload = StartUpload(queue, isNew ? kProjects : nullptr,
+                                               isNew ? nullptr : id.c_str(), local);
+        const brevint_outcome sent = Outcome(upload);
+        ASSERT_EQ(sent.state, BREVINT_TRANSFER_FINISHED) << sent.text << sent.server_message;
+        id = sent.item_id;
+        const TransferPtr download = StartDownload(queue, id, back);
+        EXPECT_EQ(Outcome(download).state, BREVINT_TRANSFER_FINISHED);
+        EXPECT_EQ(Contents(back), content);
+    }
+}
+
+TEST_F(Transfers, SayWhyAFileWasNotSent) {
+    const Queue queue = MakeQueue(m_service.Url());
+    const auto make = [&](const char* name, const char* content) {
+        Store(m_folder.Folder() / name, content);
+        return m_folder.Folder() / name;
+    };
+    struct Case {
+        std::filesystem::path path;
+        int code;
+        Misbehaviour misbehaviour;
+        int connection = BREVINT_CONNECTION_FINE;
+    };
+    const Case cases[] = {
+        {make("program.exe", "x"), 1605, {}},
+        {m_folder.Folder() / "missing", 1611, {}},
+        {make("Big.bin", "x"), 1600, {}},
+        // The service may have had all of it, so it is not sent again.
+        {make("lost", "x"), 1102, {.breakOff = Break::Cut, .breakAfter = 1'000'000, .requests = 1},
+         BREVINT_CONNECTION_BROKEN_OFF},
+    };
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.path);
+        m_service.Misbehave(test.misbehaviour);
+        const TransferPtr upload = StartUpload(queue, kProjects, nullptr, test.path);
+        const brevint_outcome outcome = Outcome(upload);
+        EXPECT_EQ(outcome.state, BREVINT_TRANSFER_FAILED);
+        EXPECT_EQ(outcome.code, test.code) << outcome.text;
+        EXPECT_EQ(outcome.connection, test.connection);
+    }
+}
+
+TEST_F(Transfers, WaitForASignInAndGoOn) {
+    const Queue queue = MakeQueue(m_service.Url());
+    m_service.Misbehave({.endsSession = true, .requests = 1});
+    const TransferPtr transfer = StartDownload(queue, m_big, m_destination);
+    ASSERT_EQ(brevint_transfer_wait(transfer.get(), kLongEnough), 1);
+    brevint_progress progress;
+    brevint_progress_init(&progress);
+    brevint_transfer_progress(transfer.get(), &progress);
+    ASSERT_EQ(progress.state, BREVINT_TRANSFER_NEEDS_SIGN_IN);
+    EXPECT_FALSE(std::filesystem::exists(m_destination));
+    CInternetCache().DeleteCookie(Wide(m_service.Url()).c_str());
+    SignIn();
+    brevint_queue_signed_in(queue.get());
+    while (brevint_transfer_wait(transfer.get(), kLongEnough) != 0 &&
+           (brevint_transfer_progress(transfer.get(), &progress),
+            progress.state == BREVINT_TRANSFER_NEEDS_SIGN_IN)) {
+    }
+    EXPECT_EQ(Outcome(transfer).state, BREVINT_TRANSFER_FINISHED) << Outcome(transfer).text;
+    EXPECT_EQ(std::filesystem::file_size(m_destination), kBigSize);
+}
+
+TEST_F(Transfers, AreCancelledWhileTheServiceIsSilent) {
+    m_service.Misbehave({.breakOff = Break::Silence, .breakAfter = 500'000});
+    const Queue queue = MakeQueue(m_service.Url(), 1);
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::uint64_t done = 0;
+    Listener listener = [&](brevint_transfer*, const brevint_progress& progress) {
+        const std::scoped_lock lock(mutex);
+        done = progress.bytes_done;
+        changed.notify_all();
+    };
+    const TransferPtr first = StartDownload(queue, m_big, m_destination, kBigSize, &listener);
+    const TransferPtr second = StartDownload(queue, m_big, m_folder.Folder() / "second");
+    {
+        std::unique_lock lock(mutex);
+        changed.wait(lock, [&] { return done > 0; });
+    }
+    m_service.Misbehave({});
+    brevint_transfer_cancel(first.get());
+    EXPECT_EQ(Outcome(first).state, BREVINT_TRANSFER_CANCELLED);
+    EXPECT_FALSE(std::filesystem::exists(m_destination));
+    EXPECT_EQ(Outcome(second).state, BREVINT_TRANSFER_FINISHED); // it has the place of the first
+    EXPECT_EQ(FileCount(m_folder.Folder()), 1);
+}
+
+TEST_F(Transfers, CancelledWhileProcessedSayThatTheJobGoesOn) {
+    ReferenceService slow({.unfinishedPolls = 1'000'000});
+    slow.Start();
+    const std::wstring url = Wide(slow.Url());
+    delete CSignInProxy(&m_requests).SignIn(url.c_str(), L"ada", L"ada-secret");
+    const Queue queue = MakeQueue(slow.Url());
+    Store(m_destination, "content");
+    std::atomic<bool> cancelled = false;
+    Listener listener = [&](brevint_transfer* transfer, const brevint_progress& progress) {
+        if (progress.state == BREVINT_TRANSFER_PROCESSING && !cancelled.exchange(true)) {
+            brevint_transfer_cancel(transfer);
+        }
+    };
+    brevint_upload request;
+    brevint_upload_init(&request);
+    const std::string local = Utf8(m_destination);
+    request.folder_id = kProjects;
+    request.local_path = local.c_str();
+    request.listener = CallListener;
+    request.user = &listener;
+    const TransferPtr upload(brevint_queue_upload(queue.get(), &request));
+    const brevint_outcome outcome = Outcome(upload);
+    EXPECT_EQ(outcome.state, BREVINT_TRANSFER_CANCELLED);
+    EXPECT_EQ(outcome.job_goes_on, 1);
+    EXPECT_STRNE(outcome.job_id, "");
+}
+
+TEST_F(Transfers, MayBeLetGoAtAnyMoment) {
+    const Queue queue = MakeQueue(m_service.Url());
+    const std::filesystem::path sent = m_folder.Folder() / "sent.txt";
+    Store(sent, std::string(300'000, 's'));
+    std::mt19937 random(7);
+    std::mutex mutex;
+    std::condition_variable changed;
+    for (int round = 0; round < 100; ++round) {
+        const auto path = m_folder.Folder() / std::to_string(round);
+        const std::uint64_t stop = random() % kBigSize;
+        const bool frees = round % 2 == 0;
+        bool begun = false;
+        bool done = false;
+        Listener listener = [&](brevint_transfer* transfer, const brevint_progress& progress) {
+            {
+                const std::scoped_lock lock(mutex);
+                if (progress.bytes_done < stop || std::exchange(begun, true)) {
+                    return;
+                }
+            }
+            (frees ? brevint_transfer_free : brevint_transfer_cancel)(transfer);
+            const std::scoped_lock lock(mutex);
+            done = true;
+            changed.notify_all();
+        };
+        TransferPtr transfer = StartDownload(queue, m_big, path, kBigSize, &listener);
+        TransferPtr other = StartUpload(queue, kProjects, nullptr, sent);
+        if (round % 3 == 0) {
+            other.reset();
+        }
+        if (frees) {
+            static_cast<void>(transfer.release()); // the listener's, at the latest at the end
+            std::unique_lock lock(mutex);
+            changed.wait(lock, [&] { return done; });
+        }
+        transfer.reset();
+        std::filesystem::remove(path);
+    }
+    std::size_t parts = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(m_folder.Folder())) {
+        parts += entry.path().filename().string().starts_with(".brevint-") ? 1U : 0U;
+    }
+    EXPECT_EQ(parts, 0U);
+}
+
+} // namespace
+} // namespace brevint::test

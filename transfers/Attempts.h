@@ -1,0 +1,27 @@
+#pragma once
+
+#include "transfers/TransferSettings.h"
+
+#include <chrono>
+#include <optional>
+#include <string>
+
+namespace transfers {
+
+/// Counts a transfer's attempts, and says how long to wait before the next one.
+class Attempts {
+public:
+    explicit Attempts(const TransferSettings& settings) : m_settings(settings) {}
+
+    /// There was progress: the count begins anew.
+    void Restart() { m_made = 0; }
+    /// An attempt has failed. Nothing when it was the last one. `retryAfter` is what the server
+    /// asked for, in seconds; a date there counts for nothing.
+    std::optional<std::chrono::milliseconds> NextPause(const std::wstring& retryAfter);
+
+private:
+    const TransferSettings& m_settings;
+    unsigned m_made = 0;
+};
+
+} // namespace transfers

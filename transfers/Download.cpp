@@ -1,0 +1,385 @@
+#include "transfers/Download.h"
+
+#include "brevint/DownloadFileResponse.h"
+#include "brevint/ErrorCodes.h"
+#include "requests/DownloadFileRequestInfo.h"
+#include "support/Utf8.h"
+#include "transfers/FailureText.h"
+
+#include <algorithm>
+#include <charconv>
+#include <string_view>
+#include <utility>
+
+namespace transfers {
+
+namespace {
+
+constexpr std::size_t kBlockSize = 256 * 1024;
+
+/// "bytes FIRST-LAST/TOTAL" or "bytes */TOTAL"; TOTAL may be "*".
+struct ContentRange {
+    std::uint64_t first = kUnknownSize;
+    std::uint64_t total = kUnknownSize;
+};
+
+ContentRange ParseContentRange(const std::wstring& header) {
+    const std::string text = Utf8::ToNarrow(header);
+    constexpr std::string_view kUnit = "bytes ";
+    ContentRange range;
+    const std::size_t slash = text.find('/');
+    if (!text.starts_with(kUnit) || slash == std::string::npos) {
+        return range;
+    }
+    const char* const end = text.data() + text.size();
+    std::from_chars(text.data() + kUnit.size(), end, range.first);
+    std::from_chars(text.data() + slash + 1, end, range.total);
+    return range;
+}
+
+/// What identifies the content that a reply has; empty when nothing does for certain.
+std::wstring Validator(const StreamHead& head) {
+    const bool isStrong = !head.entityTag.empty() && !head.entityTag.starts_with(L"W/");
+    const std::wstring& validator = isStrong ? head.entityTag : head.lastModified;
+    return validator.find_first_of(L"\r\n") == std::wstring::npos ? validator : std::wstring();
+}
+
+bool IsPage(const StreamHead& head) {
+    return head.contentType.starts_with(L"text/html");
+}
+
+} // namespace
+
+Download::Download(std::shared_ptr<const Service> service, DownloadRequest request,
+                   TransferListener listener)
+    : Transfer(std::move(service), std::move(listener)), m_request(std::move(request)),
+      m_url(CDownloadFileRequestInfo(TheService().Url(), m_request.itemId).GetRequestUrl()),
+      m_attempts(TheService().Settings()) {
+    SetTotal(m_request.listedSize);
+}
+
+Download::~Download() {
+    if (m_isKeptBeside) {
+        m_file.Keep();
+    }
+}
+
+Transfer::Step Download::Run() {
+    if (!OpenPart()) {
+        return Stop().IsRaised() ? Step::Ended : EndAsFailed();
+    }
+    for (;;) {
+        const Result result = Attempt();
+        switch (result) {
+        case Result::Complete: return PutInPlace();
+        case Result::Cancelled: return Step::Ended;
+        case Result::SignIn: return Step::SignIn;
+        case Result::Failed: return EndAsFailed();
+        case Result::Content:
+        case Result::Again: continue;
+        case Result::Later: break;
+        }
+        const auto pause = m_attempts.NextPause(m_head.retryAfter);
+        if (!pause) {
+            Fail(ErrorCode::EmptyReply, m_failure != ExchangeFailure::None
+                                            ? FailureText(m_failure)
+                                            : L"The service goes on answering that it cannot.");
+            m_failed.isTemporary = true;
+            return EndAsFailed();
+        }
+        if (!Stop().Pause(*pause)) {
+            return Step::Ended;
+        }
+    }
+}
+
+bool Download::OpenPart() {
+    if (m_isOpen) {
+        return true;
+    }
+    // Not under the lock: a pipe waits for its reader, and a cancel does not wait for that.
+    const std::error_code reason =
+        m_file.Open(m_request.destination, LocalFileWriter::Part::Resumable);
+    const std::scoped_lock lock(m_fileMutex);
+    if (m_isGivenUp) {
+        m_file.Abandon();
+        return false;
+    }
+    if (reason) {
+        Fail(ErrorCode::DownloadWriteFailed,
+             reason == std::errc::device_or_resource_busy
+                 ? L"Another transfer is writing the same file."
+                 : FileFailureText(L"The file cannot be written", reason));
+        return false;
+    }
+    m_isOpen = true;
+    m_size = m_file.Size();
+    m_record = PartRecord::Parse(m_file.ReadRecord());
+    const bool fits =
+        m_record && m_record->url == m_url && m_size >= m_record->kept && m_size <= m_record->total;
+    if (!fits) {
+        m_record.reset();
+    }
+    Report(fits ? m_size : 0);
+    return true;
+}
+
+Download::Result Download::Attempt() {
+    const std::chrono::milliseconds stallLimit = TheService().Settings().stallLimit;
+    const auto exchange = TheService().MakeExchange({stallLimit, stallLimit});
+    const StopSignal::Guard guard(Stop(), *exchange);
+    std::wstring headers;
+    if (m_record && m_size != 0) {
+        headers = L"Range: bytes=" + std::to_wstring(m_size) + L"-\r\nIf-Range: " +
+                  m_record->validator + L"\r\n";
+    } else if (m_size != 0) {
+        if (const Result begun = BeginAnew({}); begun != Result::Content) {
+            return begun;
+        }
+    }
+    m_head = {};
+    m_failure = exchange->Send(CDownloadFileRequestInfo(TheService().Url(), m_request.itemId),
+                               headers, nullptr);
+    switch (m_failure) {
+    case ExchangeFailure::None: break;
+    case ExchangeFailure::Cancelled: return Result::Cancelled;
+    case ExchangeFailure::CertificateNotTrusted:
+        return Fail(ErrorCode::EmptyReply, FailureText(m_failure));
+    default: return Result::Later;
+    }
+    m_head = exchange->Head();
+    const Result accepted = AcceptHead(*exchange);
+    return accepted == Result::Content ? ReadContent(*exchange) : accepted;
+}
+
+Download::Result Download::AcceptHead(IStreamingExchange& exchange) {
+    constexpr unsigned long kOk = 200;
+    constexpr unsigned long kPartial = 206;
+    constexpr unsigned long kRangeNotSatisfiable = 416;
+    switch (m_head.status) {
+    case kOk: return AcceptWhole();
+    case kPartial:
+    case kRangeNotSatisfiable: return m_record ? AcceptRest() : RefuseReply(exchange);
+    default: return RefuseReply(exchange);
+    }
+}
+
+Download::Result Download::AcceptWhole() {
+    const std::uint64_t length = m_head.length.value_or(kUnknownSize);
+    const bool isAsListed = length != kUnknownSize && length == m_request.listedSize;
+    if (IsPage(m_head) && !isAsListed) {
+        return Fail(ErrorCode::ReplyNotXml, L"The reply is a page, not the file.");
+    }
+    if (length != kUnknownSize && m_request.listedSize != kUnknownSize && !isAsListed) {
+        return Fail(ErrorCode::EmptyReply, L"The file has another size than its listing says.");
+    }
+    m_expected = std::min(length, m_request.listedSize);
+    SetTotal(m_expected);
+    std::optional<PartRecord> record;
+    if (std::wstring validator = Validator(m_head);
+        !validator.empty() && m_expected != kUnknownSize) {
+        record = PartRecord{m_url, std::move(validator), m_expected, 0};
+    }
+    return BeginAnew(std::move(record));
+}
+
+Download::Result Download::AcceptRest() {
+    const ContentRange range = ParseContentRange(m_head.contentRange);
+    const std::wstring validator = Validator(m_head);
+    const bool isSame = validator.empty() || validator == m_record->validator;
+    const bool isNothing = range.first == kUnknownSize && m_size == m_record->total;
+    const bool follows = range.first == m_size || isNothing;
+    const bool fits = isSame && follows &&
+                      (range.total == kUnknownSize ? !isNothing : range.total == m_record->total);
+    if (!fits) {
+        const Result begun = BeginAnew({});
+        return begun == Result::Content ? Result::Again : begun;
+    }
+    m_expected = m_record->total;
+    SetTotal(m_expected);
+    return isNothing ? Result::Complete : Result::Content;
+}
+
+Download::Result Download::BeginAnew(std::optional<PartRecord> record) {
+    const std::scoped_lock lock(m_fileMutex);
+    if (m_isGivenUp) {
+        return Result::Cancelled;
+    }
+    if (m_file.IsDirect()) {
+        return m_size == 0 ? Result::Content
+                           : Fail(ErrorCode::EmptyReply, FailureText(ExchangeFailure::BrokenOff));
+    }
+    m_size = 0;
+    m_record = std::move(record);
+    std::error_code reason = m_file.Truncate(0);
+    if (!reason && m_record) {
+        reason = m_file.WriteRecord(m_record->Text());
+    }
+    return reason ? Fail(ErrorCode::DownloadWriteFailed,
+                         FileFailureText(L"The file cannot be written", reason))
+                  : Result::Content;
+}
+
+Download::Result Download::RefuseReply(IStreamingExchange& exchange) {
+    std::vector<char> body;
+    m_failure = TheService().ReadAll(exchange, body);
+    if (m_failure == ExchangeFailure::Cancelled) {
+        return Result::Cancelled;
+    }
+    CDownloadFileResponse response;
+    response.SetServerResponse(body, m_head.status);
+    m_serverMessage = response.GetServerErrorMessage();
+    switch (TheService().Judge(m_head, response, Stop())) {
+    case Verdict::TryAgain: return Result::Later;
+    case Verdict::SignIn: return Result::SignIn;
+    case Verdict::Refused: break;
+    }
+    const Refusal refusal = DescribeRefusal(m_head, response);
+    return Fail(refusal.code, refusal.text);
+}
+
+Download::Result Download::ReadContent(IStreamingExchange& exchange) {
+    m_block.resize(kBlockSize);
+    for (;;) {
+        std::size_t count = 0;
+        m_failure = exchange.Read(m_block.data(), m_block.size(), count);
+        if (m_failure == ExchangeFailure::Cancelled) {
+            return Result::Cancelled;
+        }
+        if (count > 0) {
+            if (const Result written = Write(count); written != Result::Content) {
+                return written;
+            }
+        }
+        if (m_failure != ExchangeFailure::None) {
+            return Result::Later;
+        }
+        if (count == 0) {
+            break;
+        }
+    }
+    if (m_expected != kUnknownSize && m_size < m_expected) {
+        m_failure = ExchangeFailure::BrokenOff;
+        return Result::Later;
+    }
+    return Result::Complete;
+}
+
+Download::Result Download::Write(std::size_t count) {
+    if (count > m_expected - m_size) {
+        return Fail(ErrorCode::EmptyReply, L"The file is longer than announced.");
+    }
+    {
+        const std::scoped_lock lock(m_fileMutex);
+        if (m_isGivenUp) {
+            return Result::Cancelled;
+        }
+        if (const std::error_code reason = m_file.Write({m_block.data(), count})) {
+            return Fail(ErrorCode::DownloadWriteFailed,
+                        FileFailureText(L"The file cannot be written", reason));
+        }
+        m_size += count;
+    }
+    m_attempts.Restart();
+    Report(m_size);
+    return Result::Content;
+}
+
+Transfer::Step Download::PutInPlace() {
+    TransferOutcome outcome = MakeOutcome();
+    outcome.code = ErrorCode::Success;
+    outcome.verified = m_expected != kUnknownSize;
+    SetTotal(m_size);
+    Report(m_size);
+    std::error_code reason;
+    {
+        const std::scoped_lock lock(m_fileMutex);
+        if (m_isGivenUp) {
+            return Step::Ended;
+        }
+        reason = m_file.Finish(m_request.durable);
+        m_isComplete = true;
+        m_isKeptBeside = reason && !m_file.IsDirect();
+        WriteRecord(m_size);
+    }
+    if (reason) {
+        outcome.code = ErrorCode::DownloadWriteFailed;
+        outcome.keptBeside = m_isKeptBeside;
+        outcome.text = FileFailureText(L"The file has arrived, but cannot take its place", reason);
+    }
+    End(reason ? TransferState::Failed : TransferState::Finished, std::move(outcome));
+    return Step::Ended;
+}
+
+Transfer::Step Download::EndAsFailed() {
+    {
+        const std::scoped_lock lock(m_fileMutex);
+        if (m_isGivenUp) {
+            return Step::Ended;
+        }
+        m_isComplete = true;
+        if (m_failed.isTemporary && m_size != 0 && WriteRecord(m_size)) {
+            m_file.Keep();
+        } else {
+            m_file.Abandon();
+        }
+    }
+    End(TransferState::Failed, std::move(m_failed));
+    return Step::Ended;
+}
+
+bool Download::Finish() {
+    const std::scoped_lock lock(m_fileMutex);
+    if (!m_isKeptBeside || m_file.Finish(m_request.durable)) {
+        return false;
+    }
+    m_isKeptBeside = false;
+    return true;
+}
+
+bool Download::OnCancel(TransferOutcome& outcome) noexcept {
+    const std::scoped_lock lock(m_fileMutex);
+    if (m_isComplete) {
+        return false;
+    }
+    m_isGivenUp = true;
+    if (m_isOpen && m_request.keepsPart && WriteRecord(m_size)) {
+        m_file.Keep();
+    } else if (m_isOpen) {
+        m_file.Abandon();
+    }
+    outcome.code = ErrorCode::EmptyReply;
+    outcome.failure = ExchangeFailure::Cancelled;
+    outcome.text = FailureText(ExchangeFailure::Cancelled);
+    outcome.localPath = m_request.destination;
+    outcome.itemId = m_request.itemId;
+    return true;
+}
+
+bool Download::WriteRecord(std::uint64_t kept) {
+    if (!m_record || m_file.IsDirect()) {
+        return false;
+    }
+    PartRecord record = *m_record;
+    record.kept = kept;
+    return !m_file.WriteRecord(record.Text());
+}
+
+Download::Result Download::Fail(double code, std::wstring text) {
+    m_failed = MakeOutcome();
+    m_failed.code = code;
+    m_failed.text = std::move(text);
+    return Result::Failed;
+}
+
+TransferOutcome Download::MakeOutcome() const {
+    TransferOutcome outcome;
+    outcome.status = m_head.status;
+    outcome.failure = m_failure;
+    outcome.serverMessage = m_serverMessage;
+    outcome.localPath = m_request.destination;
+    outcome.itemId = m_request.itemId;
+    return outcome;
+}
+
+} // namespace transfers

@@ -1,0 +1,90 @@
+#include "transfers/Service.h"
+
+#include "brevint/ErrorCodes.h"
+#include "brevint/IdentityResponse.h"
+#include "requests/IdentityRequestInfo.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace transfers {
+
+namespace {
+
+constexpr std::size_t kLargestDocument = std::size_t{16} << 20;
+
+} // namespace
+
+Service::Service(std::wstring url, const TransferSettings& settings,
+                 std::shared_ptr<IStreamingExchangeFactory> exchanges)
+    : m_url(std::move(url)), m_settings(settings), m_exchanges(std::move(exchanges)) {}
+
+std::unique_ptr<IStreamingExchange> Service::MakeExchange(ExchangeTimeouts timeouts) const {
+    return m_exchanges->Create(timeouts);
+}
+
+ServiceReply Service::Call(const IRequestInfo& info, StopSignal& stop) const {
+    ServiceReply reply;
+    const auto exchange = MakeExchange({m_settings.stallLimit, m_settings.stallLimit});
+    const StopSignal::Guard guard(stop, *exchange);
+    reply.failure = exchange->Send(info, {}, nullptr);
+    if (reply.failure == ExchangeFailure::None) {
+        reply.head = exchange->Head();
+        reply.failure = ReadAll(*exchange, reply.body);
+    }
+    return reply;
+}
+
+ExchangeFailure Service::ReadAll(IStreamingExchange& exchange, std::vector<char>& body) const {
+    std::array<char, 16384> block{};
+    for (;;) {
+        std::size_t count = 0;
+        const ExchangeFailure failure = exchange.Read(block.data(), block.size(), count);
+        if (failure != ExchangeFailure::None || count == 0) {
+            return failure;
+        }
+        if (count > kLargestDocument - body.size()) {
+            return ExchangeFailure::Other;
+        }
+        body.insert(body.end(), block.data(), block.data() + count);
+    }
+}
+
+Verdict Service::Judge(const StreamHead& head, const CBaseResponse& response,
+                       StopSignal& stop) const {
+    if (IsTemporary(head.status)) {
+        return Verdict::TryAgain;
+    }
+    const bool mayHaveEnded = IsRedirect(head.status) || head.status == 401 || head.status == 403 ||
+                              response.GetErrorCode() == ErrorCode::AuthorizationFailed;
+    if (!mayHaveEnded) {
+        return Verdict::Refused;
+    }
+    const std::optional<bool> signedIn = IsSignedIn(stop);
+    if (!signedIn) {
+        return Verdict::TryAgain;
+    }
+    return *signedIn ? Verdict::Refused : Verdict::SignIn;
+}
+
+std::optional<bool> Service::IsSignedIn(StopSignal& stop) const {
+    const ServiceReply reply = Call(CIdentityRequestInfo(m_url), stop);
+    if (reply.failure != ExchangeFailure::None || IsTemporary(reply.head.status)) {
+        return std::nullopt;
+    }
+    CIdentityResponse identity;
+    identity.SetServerResponse(reply.body, reply.head.status);
+    return reply.head.status == 200 && identity.GetSucceeded();
+}
+
+bool IsTemporary(unsigned long status) {
+    constexpr unsigned long kTemporary[] = {408, 429, 502, 503, 504};
+    return std::ranges::find(kTemporary, status) != std::end(kTemporary);
+}
+
+bool IsRedirect(unsigned long status) {
+    return status >= 300 && status < 400;
+}
+
+} // namespace transfers

@@ -1,0 +1,138 @@
+#include "transfers/Transfer.h"
+
+#include "brevint/ErrorCodes.h"
+#include "transfers/TransferQueue.h"
+
+#include <algorithm>
+#include <new>
+#include <utility>
+
+namespace transfers {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+} // namespace
+
+Transfer::Transfer(std::shared_ptr<const Service> service, TransferListener listener)
+    : m_service(std::move(service)), m_gate(std::move(listener)) {}
+
+TransferProgress Transfer::GetProgress() const noexcept {
+    TransferProgress progress;
+    progress.state = m_state;
+    progress.done = m_done;
+    progress.total = m_total;
+    progress.bytesPerSecond = m_rate;
+    if (progress.total != kUnknownSize && progress.bytesPerSecond != 0) {
+        progress.secondsLeft =
+            (progress.total - std::min(progress.done, progress.total)) / progress.bytesPerSecond;
+    }
+    return progress;
+}
+
+bool Transfer::Wait(std::chrono::milliseconds time) const {
+    std::unique_lock lock(m_mutex);
+    return m_changed.wait_for(
+        lock, time, [this] { return IsFinal(m_state) || m_state == TransferState::NeedsSignIn; });
+}
+
+const TransferOutcome* Transfer::GetOutcome() const {
+    const std::scoped_lock lock(m_mutex);
+    return IsFinal(m_state) ? &m_outcome : nullptr;
+}
+
+void Transfer::Cancel() {
+    const std::shared_ptr<Transfer> keep = shared_from_this();
+    if (IsFinal(m_state)) {
+        return;
+    }
+    m_stop.Raise();
+    TransferOutcome outcome;
+    if (OnCancel(outcome)) {
+        End(TransferState::Cancelled, std::move(outcome));
+    } else {
+        std::unique_lock lock(m_mutex);
+        m_changed.wait(lock, [this] { return IsFinal(m_state); });
+    }
+    if (const auto queue = m_queue.lock()) {
+        queue->GiveUp(*this);
+    }
+}
+
+void Transfer::LetGo() {
+    const std::shared_ptr<Transfer> keep = shared_from_this();
+    Cancel();
+    m_gate.Close();
+}
+
+void Transfer::End(TransferState state, TransferOutcome outcome) {
+    {
+        const std::scoped_lock lock(m_mutex);
+        if (IsFinal(m_state)) {
+            return;
+        }
+        m_outcome = std::move(outcome);
+        m_state = state;
+        m_changed.notify_all();
+    }
+    m_gate.Call(GetProgress());
+}
+
+Transfer::Step Transfer::RunGuarded() noexcept try { return Run(); } catch (const std::bad_alloc&) {
+    return FailForMemory();
+}
+
+Transfer::Step Transfer::PollGuarded() noexcept try {
+    return Poll();
+} catch (const std::bad_alloc&) {
+    return FailForMemory();
+}
+
+Transfer::Step Transfer::FailForMemory() noexcept {
+    TransferOutcome outcome;
+    outcome.code = ErrorCode::EmptyReply;
+    outcome.failure = ExchangeFailure::Other;
+    End(TransferState::Failed, std::move(outcome));
+    return Step::Ended;
+}
+
+bool Transfer::ChangeState(TransferState state) {
+    {
+        const std::scoped_lock lock(m_mutex);
+        if (IsFinal(m_state)) {
+            return false;
+        }
+        m_state = state;
+        m_changed.notify_all();
+    }
+    m_gate.Call(GetProgress());
+    return true;
+}
+
+void Transfer::Report(std::uint64_t done) {
+    const Clock::time_point now = Clock::now();
+    if (m_reported == Clock::time_point()) {
+        m_reported = now;
+        m_reportedBytes = done;
+    }
+    if (done > m_done) {
+        m_done = done;
+    }
+    const auto elapsed = now - m_reported;
+    if (elapsed < TheService().Settings().reportInterval) {
+        return;
+    }
+    const std::uint64_t moved = done > m_reportedBytes ? done - m_reportedBytes : 0;
+    const auto rate = static_cast<std::uint64_t>(static_cast<double>(moved) /
+                                                 std::chrono::duration<double>(elapsed).count());
+    // Smoothed, so that what is left does not jump.
+    m_rate = m_rate == 0 ? rate : (3 * m_rate + rate) / 4;
+    m_reported = now;
+    m_reportedBytes = done;
+    if (m_state == TransferState::Running) {
+        m_gate.Call(GetProgress());
+    }
+}
+
+} // namespace transfers

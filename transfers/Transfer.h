@@ -1,0 +1,99 @@
+#pragma once
+
+#include "transfers/ListenerGate.h"
+#include "transfers/Service.h"
+#include "transfers/StopSignal.h"
+#include "transfers/TransferState.h"
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+
+namespace transfers {
+
+class TransferQueue;
+
+/// One file on its way. A queue runs it; whoever started it holds it too, and lets go of it once.
+class Transfer : public std::enable_shared_from_this<Transfer> {
+public:
+    Transfer(std::shared_ptr<const Service> service, TransferListener listener);
+    Transfer(const Transfer&) = delete;
+    Transfer& operator=(const Transfer&) = delete;
+    virtual ~Transfer() = default;
+
+    /// Any thread, without a lock.
+    TransferProgress GetProgress() const noexcept;
+    /// Waits until the state is final or a sign-in is needed; false when the time was up before.
+    bool Wait(std::chrono::milliseconds time) const;
+    /// Null until the state is final. Does not change any more then, but for Finish.
+    const TransferOutcome* GetOutcome() const;
+
+    /// Ends it, unless it has ended. Returns at once, however silent the server is; a block that is
+    /// being written to a file is waited for. The state is final on return.
+    void Cancel();
+    /// Tries once more to put content in place that is kept beside its destination.
+    virtual bool Finish() { return false; }
+    /// Cancels, and has the listener called no more.
+    void LetGo();
+
+protected:
+    /// What a run or a poll has come to.
+    enum class Step {
+        Ended,  ///< End has been called, or the transfer was cancelled.
+        SignIn, ///< It can go on after a sign-in.
+        Poll,   ///< The service is to be asked how its job stands.
+    };
+
+    const Service& TheService() const { return *m_service; }
+    StopSignal& Stop() { return m_stop; }
+
+    /// The state becomes final, unless it is.
+    void End(TransferState state, TransferOutcome outcome);
+    void SetTotal(std::uint64_t bytes) noexcept { m_total = bytes; }
+    /// Tells how many bytes of the file are through. Less than before counts for nothing.
+    void Report(std::uint64_t done);
+
+private:
+    friend class TransferQueue;
+
+    /// Carries the transfer out, or goes on with it after a sign-in. On a thread of the queue.
+    virtual Step Run() = 0;
+    /// Asks once how the service's job stands. On the queue's thread for that.
+    virtual Step Poll() { return Step::Ended; }
+    /// Somebody cancels: clears up, and fills the outcome. False when it is too late, as the end is
+    /// being reached on another thread.
+    virtual bool OnCancel(TransferOutcome& outcome) noexcept = 0;
+
+    /// The same with lack of memory turned into a failure.
+    Step RunGuarded() noexcept;
+    Step PollGuarded() noexcept;
+    Step FailForMemory() noexcept;
+
+    /// Tells the listener. False when the state is final.
+    bool ChangeState(TransferState state);
+
+    const std::shared_ptr<const Service> m_service;
+    ListenerGate m_gate;
+    StopSignal m_stop;
+    std::weak_ptr<TransferQueue> m_queue;
+
+    std::atomic<TransferState> m_state = TransferState::Waiting;
+    std::atomic<std::uint64_t> m_done = 0;
+    std::atomic<std::uint64_t> m_total = kUnknownSize;
+    std::atomic<std::uint64_t> m_rate = 0; ///< Bytes per second.
+
+    // Of the thread that runs it.
+    std::chrono::steady_clock::time_point m_reported;
+    std::uint64_t m_reportedBytes = 0;
+
+    mutable std::mutex m_mutex; ///< Held to change the state, and for the outcome.
+    mutable std::condition_variable m_changed;
+
+protected:
+    TransferOutcome m_outcome; ///< Under Guarded.
+    std::unique_lock<std::mutex> Guarded() const { return std::unique_lock(m_mutex); }
+};
+
+} // namespace transfers

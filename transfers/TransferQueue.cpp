@@ -1,0 +1,187 @@
+#include "transfers/TransferQueue.h"
+
+#include "brevint/ErrorCodes.h"
+#include "platform/Thread.h"
+#include "transport/KeepCodeLoaded.h"
+
+#include <algorithm>
+#include <ranges>
+#include <system_error>
+#include <utility>
+
+namespace transfers {
+
+namespace {
+
+/// False when there is none to be had.
+template <class Function>
+bool TryStartThread(Function function) {
+    try {
+        KeepCodeLoaded();
+        platform::StartThread(std::move(function));
+        return true;
+    } catch (const std::system_error&) {
+        return false;
+    }
+}
+
+TransferOutcome OutOfThreads() {
+    TransferOutcome outcome;
+    outcome.code = ErrorCode::EmptyReply;
+    outcome.failure = ExchangeFailure::Other;
+    outcome.text = L"The system has no thread to spare.";
+    return outcome;
+}
+
+} // namespace
+
+void TransferQueue::Add(const TransferPtr& transfer) {
+    std::unique_lock lock(m_mutex);
+    transfer->m_queue = weak_from_this();
+    m_waiting.push_back(transfer);
+    StartDue(lock);
+}
+
+void TransferQueue::OnSignedIn() {
+    std::unique_lock lock(m_mutex);
+    std::vector<TransferPtr> ready = std::exchange(m_needSignIn, {});
+    // The last first, so that the first comes to stand before all.
+    for (const TransferPtr& transfer : ready | std::views::reverse) {
+        lock.unlock();
+        const bool goesOn = transfer->ChangeState(TransferState::Waiting);
+        lock.lock();
+        if (goesOn) {
+            m_waiting.push_front(transfer);
+        }
+    }
+    StartDue(lock);
+}
+
+void TransferQueue::GiveUp(const Transfer& transfer) {
+    const auto isIt = [&](const TransferPtr& other) {
+        return other.get() == &transfer;
+    };
+    std::unique_lock lock(m_mutex);
+    // Its thread may remain for a while, inside a call of the platform, and does not count.
+    std::erase_if(m_running, isIt);
+    std::erase_if(m_waiting, isIt);
+    std::erase_if(m_needSignIn, isIt);
+    std::erase_if(m_processing, [&](const Processing& p) { return isIt(p.transfer); });
+    m_changed.notify_all();
+    StartDue(lock);
+}
+
+void TransferQueue::CancelAll() {
+    std::vector<TransferPtr> all;
+    {
+        const std::scoped_lock lock(m_mutex);
+        all.assign(m_waiting.begin(), m_waiting.end());
+        all.insert(all.end(), m_running.begin(), m_running.end());
+        all.insert(all.end(), m_needSignIn.begin(), m_needSignIn.end());
+        for (const Processing& processing : m_processing) {
+            all.push_back(processing.transfer);
+        }
+        m_waiting.clear(); // so that none starts in the place of one that is cancelled
+    }
+    for (const TransferPtr& transfer : all) {
+        transfer->Cancel();
+    }
+}
+
+void TransferQueue::StartDue(std::unique_lock<std::mutex>& lock) {
+    while (!m_waiting.empty() && m_running.size() < m_settings.concurrent) {
+        const TransferPtr transfer = m_waiting.front();
+        m_waiting.pop_front();
+        m_running.push_back(transfer);
+        if (TryStartThread([self = shared_from_this(), transfer] { self->Work(transfer); })) {
+            continue;
+        }
+        std::erase(m_running, transfer);
+        if (!m_running.empty()) {
+            m_waiting.push_front(transfer); // the next one that ends leaves it its thread
+            return;
+        }
+        lock.unlock();
+        transfer->End(TransferState::Failed, OutOfThreads());
+        lock.lock();
+    }
+}
+
+void TransferQueue::Work(TransferPtr transfer) {
+    while (transfer) {
+        const Transfer::Step step = transfer->ChangeState(TransferState::Running)
+                                        ? transfer->RunGuarded()
+                                        : Transfer::Step::Ended;
+        std::unique_lock lock(m_mutex);
+        Sort(transfer, step, m_settings.firstPoll, lock);
+        const auto place = std::ranges::find(m_running, transfer);
+        if (place == m_running.end()) {
+            return; // it was given up, and another thread has its place
+        }
+        if (m_waiting.empty()) {
+            m_running.erase(place);
+            return;
+        }
+        transfer = m_waiting.front();
+        *place = transfer;
+        m_waiting.pop_front();
+    }
+}
+
+void TransferQueue::Sort(const TransferPtr& transfer, Transfer::Step step,
+                         std::chrono::milliseconds pause, std::unique_lock<std::mutex>& lock) {
+    if (step == Transfer::Step::Ended) {
+        return;
+    }
+    const bool polls = step == Transfer::Step::Poll;
+    if (transfer->m_state != TransferState::Processing || !polls) {
+        lock.unlock();
+        const bool goesOn =
+            transfer->ChangeState(polls ? TransferState::Processing : TransferState::NeedsSignIn);
+        lock.lock();
+        if (!goesOn) {
+            return;
+        }
+    }
+    if (IsFinal(transfer->m_state)) {
+        return;
+    }
+    if (!polls) {
+        m_needSignIn.push_back(transfer);
+        return;
+    }
+    m_processing.push_back({transfer, Clock::now() + pause, pause});
+    m_changed.notify_all();
+    if (!m_polls) {
+        m_polls = TryStartThread([self = shared_from_this()] { self->PollJobs(); });
+    }
+    if (!m_polls) {
+        m_processing.pop_back();
+        lock.unlock();
+        TransferOutcome outcome = OutOfThreads();
+        outcome.jobGoesOn = true;
+        transfer->End(TransferState::Failed, std::move(outcome));
+        lock.lock();
+    }
+}
+
+void TransferQueue::PollJobs() {
+    std::unique_lock lock(m_mutex);
+    while (!m_processing.empty()) {
+        const auto next = std::ranges::min_element(m_processing, {}, &Processing::due);
+        if (const auto due = next->due; due > Clock::now()) {
+            m_changed.wait_until(lock, due);
+            continue;
+        }
+        const Processing processing = std::move(*next);
+        m_processing.erase(next);
+        lock.unlock();
+        const Transfer::Step step = processing.transfer->PollGuarded();
+        lock.lock();
+        Sort(processing.transfer, step,
+             std::min(processing.pause + processing.pause / 2, m_settings.longestPoll), lock);
+    }
+    m_polls = false;
+}
+
+} // namespace transfers

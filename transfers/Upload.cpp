@@ -1,0 +1,241 @@
+#include "transfers/Upload.h"
+
+#include "base/Ascii.h"
+#include "brevint/ErrorCodes.h"
+#include "brevint/JobStatus.h"
+#include "brevint/OverwriteFileResponse.h"
+#include "brevint/PollOverwriteStatusResponse.h"
+#include "brevint/PollUploadStatusResponse.h"
+#include "brevint/UploadFileResponse.h"
+#include "requests/OverwriteFileRequestInfo.h"
+#include "requests/PollFileStatusRequestInfo.h"
+#include "requests/UploadFileRequestInfo.h"
+#include "support/Utf8.h"
+#include "transfers/FailureText.h"
+#include "transfers/WidePath.h"
+
+#include <memory>
+#include <utility>
+
+namespace transfers {
+
+namespace {
+
+using Kind = UploadRequest::Kind;
+
+std::unique_ptr<IRequestInfo> Describe(const std::wstring& url, const UploadRequest& request) {
+    const std::wstring path = WidePath(request.path);
+    if (request.kind == Kind::NewFile) {
+        return std::make_unique<CUploadFileRequestInfo>(url, request.target, path,
+                                                        UploadBody::Streamed);
+    }
+    return std::make_unique<COverwriteFileRequestInfo>(url, request.target, path,
+                                                       UploadBody::Streamed);
+}
+
+std::unique_ptr<CJobResponse> MakeResponse(Kind kind) {
+    if (kind == Kind::NewFile) {
+        return std::make_unique<CUploadFileResponse>();
+    }
+    return std::make_unique<COverwriteFileResponse>();
+}
+
+std::unique_ptr<CPollStatusResponse> MakePollResponse(Kind kind) {
+    if (kind == Kind::NewFile) {
+        return std::make_unique<CPollUploadStatusResponse>();
+    }
+    return std::make_unique<CPollOverwriteStatusResponse>();
+}
+
+/// The name goes into the form as it is, so that some characters would forge its head.
+bool IsSafeName(const std::filesystem::path& path) {
+    const std::string name = Utf8::ToNarrow(WidePath(path.filename()));
+    return !base::HasControls(name) && name.find('"') == std::string::npos;
+}
+
+} // namespace
+
+Upload::Upload(std::shared_ptr<const Service> service, UploadRequest request,
+               TransferListener listener)
+    : Transfer(std::move(service), std::move(listener)), m_request(std::move(request)),
+      m_attempts(TheService().Settings()), m_source(m_request.path) {
+    m_source.SetOnProgress([this](std::uint64_t done) { Report(done); });
+}
+
+Transfer::Step Upload::Run() {
+    if (!m_jobId.empty()) {
+        return Step::Poll; // a poll had found that the session was over
+    }
+    if (!IsSafeName(m_request.path)) {
+        Fail(ErrorCode::UploadNoFile, L"The file's name has a character that cannot be sent.");
+        return EndAsFailed();
+    }
+    for (;;) {
+        switch (Attempt()) {
+        case Result::Accepted: return Step::Poll;
+        case Result::SignIn: return Step::SignIn;
+        case Result::Cancelled: return Step::Ended;
+        case Result::Failed: return EndAsFailed();
+        case Result::Later: break;
+        }
+        if (m_source.IsUsedUp()) {
+            Fail(ErrorCode::EmptyReply,
+                 FailureText(m_failure) + L" Whether the service has the file is unknown.");
+            return EndAsFailed();
+        }
+        const auto pause = m_attempts.NextPause(m_head.retryAfter);
+        if (!pause) {
+            Fail(ErrorCode::EmptyReply, m_failure != ExchangeFailure::None
+                                            ? FailureText(m_failure)
+                                            : L"The service goes on answering that it cannot.");
+            m_failed.isTemporary = true;
+            return EndAsFailed();
+        }
+        if (!Stop().Pause(*pause)) {
+            return Step::Ended;
+        }
+    }
+}
+
+Upload::Result Upload::Attempt() {
+    if (!m_source.Open()) {
+        return Fail(m_request.kind == Kind::NewFile ? ErrorCode::UploadNoFile
+                                                    : ErrorCode::OverwriteNoFile,
+                    L"The local file cannot be read.");
+    }
+    SetTotal(m_source.FileSize());
+    const TransferSettings& settings = TheService().Settings();
+    const auto exchange = TheService().MakeExchange({settings.stallLimit, settings.replyLimit});
+    const StopSignal::Guard guard(Stop(), *exchange);
+    m_head = {};
+    m_failure = exchange->Send(*Describe(TheService().Url(), m_request), {}, &m_source);
+    switch (m_failure) {
+    case ExchangeFailure::None: break;
+    case ExchangeFailure::Cancelled: return Result::Cancelled;
+    case ExchangeFailure::CertificateNotTrusted:
+        return Fail(ErrorCode::EmptyReply, FailureText(m_failure));
+    case ExchangeFailure::SourceFailed:
+        return Fail(ErrorCode::UploadNoFile, FailureText(m_failure));
+    default: return Result::Later;
+    }
+    m_head = exchange->Head();
+    return AcceptReply(*exchange);
+}
+
+Upload::Result Upload::AcceptReply(IStreamingExchange& exchange) {
+    std::vector<char> body;
+    m_failure = TheService().ReadAll(exchange, body);
+    if (m_failure == ExchangeFailure::Cancelled) {
+        return Result::Cancelled;
+    }
+    const std::unique_ptr<CJobResponse> response = MakeResponse(m_request.kind);
+    response->SetServerResponse(body, m_head.status);
+    m_serverMessage = response->GetServerErrorMessage();
+    if (m_head.status / 100 == 2 && response->GetSucceeded()) {
+        const std::scoped_lock lock(m_jobMutex);
+        m_jobId = response->GetJobId();
+        return Result::Accepted;
+    }
+    if (m_failure != ExchangeFailure::None) {
+        return Result::Later;
+    }
+    switch (TheService().Judge(m_head, *response, Stop())) {
+    case Verdict::TryAgain: return Result::Later;
+    case Verdict::SignIn: return Result::SignIn;
+    case Verdict::Refused: break;
+    }
+    const Refusal refusal = DescribeRefusal(m_head, *response);
+    return Fail(refusal.code, refusal.text);
+}
+
+Transfer::Step Upload::Poll() {
+    const ServiceReply reply =
+        TheService().Call(CPollFileStatusRequestInfo(TheService().Url(), m_jobId), Stop());
+    m_head = reply.head;
+    m_failure = reply.failure;
+    if (m_failure == ExchangeFailure::Cancelled) {
+        return Step::Ended;
+    }
+    const std::unique_ptr<CPollStatusResponse> response = MakePollResponse(m_request.kind);
+    response->SetServerResponse(reply.body, reply.head.status);
+    m_serverMessage = response->GetServerErrorMessage();
+    const bool isAnswer = reply.head.status == 200 && m_failure == ExchangeFailure::None &&
+                          (response->GetSucceeded() || !m_serverMessage.empty());
+    if (!isAnswer) {
+        if (m_failure == ExchangeFailure::None) {
+            const Verdict verdict = TheService().Judge(reply.head, *response, Stop());
+            if (verdict == Verdict::SignIn) {
+                return Step::SignIn;
+            }
+            if (verdict == Verdict::Refused) {
+                const Refusal refusal = DescribeRefusal(reply.head, *response);
+                Fail(refusal.code, refusal.text);
+                return EndAsFailed();
+            }
+        }
+        return PollAgain();
+    }
+    m_attempts.Restart();
+    switch (response->GetStatus()) {
+    case JobStatus::Unfinished: return Step::Poll;
+    case JobStatus::Finished: {
+        TransferOutcome outcome = MakeOutcome();
+        outcome.code = ErrorCode::Success;
+        outcome.itemId = response->GetItemId();
+        outcome.verified = true;
+        End(TransferState::Finished, std::move(outcome));
+        return Step::Ended;
+    }
+    default: {
+        const Refusal refusal = DescribeRefusal(reply.head, *response);
+        Fail(refusal.code, refusal.text);
+        m_failed.jobGoesOn = false;
+        return EndAsFailed();
+    }
+    }
+}
+
+Transfer::Step Upload::PollAgain() {
+    if (m_attempts.NextPause(m_head.retryAfter)) {
+        return Step::Poll; // the queue knows when
+    }
+    Fail(ErrorCode::EmptyReply,
+         L"The service cannot be asked how its job stands. " + FailureText(m_failure));
+    return EndAsFailed();
+}
+
+bool Upload::OnCancel(TransferOutcome& outcome) noexcept {
+    const std::scoped_lock lock(m_jobMutex);
+    outcome.code = ErrorCode::EmptyReply;
+    outcome.failure = ExchangeFailure::Cancelled;
+    outcome.text = FailureText(ExchangeFailure::Cancelled);
+    outcome.localPath = m_request.path;
+    outcome.jobId = m_jobId;
+    outcome.jobGoesOn = !m_jobId.empty();
+    return true;
+}
+
+Upload::Result Upload::Fail(double code, std::wstring text) {
+    m_failed = MakeOutcome();
+    m_failed.code = code;
+    m_failed.text = std::move(text);
+    m_failed.jobGoesOn = !m_jobId.empty();
+    return Result::Failed;
+}
+
+Transfer::Step Upload::EndAsFailed() {
+    End(TransferState::Failed, std::move(m_failed));
+    return Step::Ended;
+}
+
+TransferOutcome Upload::MakeOutcome() const {
+    TransferOutcome outcome;
+    outcome.status = m_head.status;
+    outcome.failure = m_failure;
+    outcome.serverMessage = m_serverMessage;
+    outcome.localPath = m_request.path;
+    outcome.jobId = m_jobId;
+    return outcome;
+}
+
+} // namespace transfers

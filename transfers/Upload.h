@@ -1,0 +1,60 @@
+#pragma once
+
+#include "transfers/Attempts.h"
+#include "transfers/FormSource.h"
+#include "transfers/Transfer.h"
+
+#include <filesystem>
+#include <string>
+
+class CBaseResponse;
+
+namespace transfers {
+
+/// What is sent, and where to.
+struct UploadRequest {
+    enum class Kind {
+        NewFile, ///< Into the folder `target`.
+        Content, ///< As the new content of the file `target`.
+    };
+    Kind kind = Kind::NewFile;
+    std::wstring target;
+    std::filesystem::path path;
+};
+
+/// Sends a local file, and then waits for the service's job. It is sent again only where the
+/// service cannot have had all of it.
+class Upload final : public Transfer {
+public:
+    Upload(std::shared_ptr<const Service> service, UploadRequest request,
+           TransferListener listener);
+
+private:
+    enum class Result { Accepted, Later, SignIn, Cancelled, Failed };
+
+    Step Run() override;
+    Step Poll() override;
+    bool OnCancel(TransferOutcome& outcome) noexcept override;
+
+    /// Sends the file once.
+    Result Attempt();
+    Result AcceptReply(IStreamingExchange& exchange);
+    /// The poll brought no answer.
+    Step PollAgain();
+    Result Fail(double code, std::wstring text);
+    Step EndAsFailed();
+    TransferOutcome MakeOutcome() const;
+
+    const UploadRequest m_request;
+    Attempts m_attempts;
+    FormSource m_source;
+    StreamHead m_head;
+    ExchangeFailure m_failure = ExchangeFailure::None;
+    std::wstring m_serverMessage;
+    TransferOutcome m_failed;
+
+    std::mutex m_jobMutex;
+    std::wstring m_jobId; ///< Set once the service has the file. Under the mutex.
+};
+
+} // namespace transfers
