@@ -89,7 +89,7 @@ void WriteFile(const std::filesystem::path& target, const IDownloadFileResponse&
         RequireWritten(writer.Write(block), target);
         rest.remove_prefix(block.size());
     }
-    RequireWritten(writer.Finish(), target);
+    RequireWritten(writer.Finish(true), target);
 }
 
 /// Whether writing there may wait for somebody who reads.

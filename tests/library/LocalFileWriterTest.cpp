@@ -40,7 +40,7 @@ TEST(LocalFileWriter, ReplacesAFileOnceItIsFinished) {
             EXPECT_FALSE(writer.Write(std::string_view("\r\n\0\x1a", 4)));
             EXPECT_EQ(ReadFile(name), test.before.value_or("(unreadable)"));
             if (test.finished) {
-                EXPECT_FALSE(writer.Finish());
+                EXPECT_FALSE(writer.Finish(true));
             }
         }
         EXPECT_EQ(ReadFile(name), test.finished ? std::string("after\r\n\0\x1a", 9)
@@ -58,7 +58,7 @@ TEST(LocalFileWriter, SaysWhereNothingCanBeWritten) {
         EXPECT_TRUE(writer.Open(FilePath(folder.Path(name)))) << FilePath(name);
     }
     EXPECT_TRUE(writer.Write("x"));
-    EXPECT_TRUE(writer.Finish());
+    EXPECT_TRUE(writer.Finish(true));
     EXPECT_EQ(ReadFile(folder.Path(L"file")), "before");
 }
 

@@ -25,7 +25,7 @@ std::error_code WriteTo(const fs::path& path, std::string_view content = "after"
     LocalFileWriter writer;
     std::error_code reason = writer.Open(path);
     reason = reason ? reason : writer.Write(content);
-    return reason ? reason : writer.Finish();
+    return reason ? reason : writer.Finish(true);
 }
 
 class LinuxFileWriter : public testing::Test {
@@ -53,7 +53,7 @@ TEST_F(LinuxFileWriter, KeepsPermissions) {
             const bool isPart = entry.path().filename() != "target";
             EXPECT_TRUE(!isPart || (entry.status().permissions() & others) == fs::perms::none);
         }
-        ASSERT_FALSE(writer.Finish());
+        ASSERT_FALSE(writer.Finish(true));
         struct stat file {};
         stat(At("target").c_str(), &file);
         EXPECT_EQ(file.st_mode & 07777, after) << std::oct << before;
@@ -118,21 +118,26 @@ TEST_F(LinuxFileWriter, WritesToPipesAndStreamsThemselves) {
 
 // In a folder that others may write to, the part file is swapped for a link.
 TEST_F(LinuxFileWriter, WritesToNoFileButTheOneItMade) {
+    using Part = LocalFileWriter::Part;
     Put("theirs", "theirs");
-    for (const char* destination : {"target", "new"}) {
+    const std::pair<const char*, Part> cases[] = {{"target", Part::Temporary},
+                                                  {"new", Part::Temporary},
+                                                  {"target", Part::Resumable},
+                                                  {"new", Part::Resumable}};
+    for (const auto& [destination, kind] : cases) {
         LocalFileWriter writer;
-        ASSERT_FALSE(writer.Open(At(destination)));
+        ASSERT_FALSE(writer.Open(At(destination), kind));
+        fs::path part;
         for (const auto& entry : fs::directory_iterator(folder.Folder())) {
-            if (entry.path().extension() == ".part") {
-                fs::remove(entry.path());
-                fs::create_symlink("theirs", entry.path());
-                break;
-            }
+            part = entry.path().extension() == ".part" ? entry.path() : part;
         }
+        fs::remove(part);
+        fs::create_symlink("theirs", part);
         EXPECT_FALSE(writer.Write("after"));
-        EXPECT_TRUE(writer.Finish());
+        EXPECT_EQ(writer.Finish(true), std::errc::device_or_resource_busy);
         writer.Abandon();
         EXPECT_EQ(Read("theirs"), "theirs");
+        EXPECT_TRUE(fs::remove(part));
     }
     EXPECT_EQ(Read("target"), "before");
     EXPECT_EQ(std::distance(fs::directory_iterator(folder.Folder()), {}), 2);

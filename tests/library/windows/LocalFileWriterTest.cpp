@@ -14,11 +14,13 @@
 namespace brevint::test {
 namespace {
 
-std::error_code WriteTo(const std::filesystem::path& path) {
+using Part = LocalFileWriter::Part;
+
+std::error_code WriteTo(const std::filesystem::path& path, Part part = Part::Temporary) {
     LocalFileWriter writer;
-    std::error_code reason = writer.Open(path);
+    std::error_code reason = writer.Open(path, part);
     reason = reason ? reason : writer.Write("after");
-    return reason ? reason : writer.Finish();
+    return reason ? reason : writer.Finish(true);
 }
 
 /// The file's access list, as text.
@@ -49,9 +51,31 @@ TEST(WindowsFileWriter, KeepsTheAccessList) {
     LocalFree(open);
     const std::wstring before = AccessList(target);
     ASSERT_NE(before, usual);
-    EXPECT_FALSE(WriteTo(target));
-    EXPECT_EQ(AccessList(target), before);
-    EXPECT_EQ(ReadFile(target.wstring()), "after");
+    for (const Part part : {Part::Temporary, Part::Resumable}) {
+        EXPECT_FALSE(WriteTo(target, part));
+        EXPECT_EQ(AccessList(target), before);
+        EXPECT_EQ(ReadFile(target.wstring()), "after");
+    }
+    EXPECT_FALSE(WriteTo(folder.Folder() / "new", Part::Resumable));
+    EXPECT_EQ(AccessList(folder.Folder() / "new"), usual);
+}
+
+TEST(WindowsFileWriter, FinishesOnceTheOldFileIsLetGo) {
+    const TempFolder folder;
+    const std::wstring target = WriteFile(folder.Path(L"target"), "before");
+    LocalFileWriter writer;
+    ASSERT_FALSE(writer.Open(FilePath(target), Part::Resumable));
+    ASSERT_FALSE(writer.Write("after"));
+    const HANDLE held = CreateFileW(target.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    EXPECT_TRUE(writer.Finish(false));
+    writer.Keep();
+    CloseHandle(held);
+    EXPECT_EQ(ReadFile(target), "before");
+    ASSERT_FALSE(writer.Open(FilePath(target), Part::Resumable));
+    EXPECT_EQ(writer.Size(), 5U);
+    EXPECT_FALSE(writer.Finish(false));
+    EXPECT_EQ(ReadFile(target), "after");
 }
 
 TEST(WindowsFileWriter, WritesToDevicesThemselves) {
