@@ -6,7 +6,7 @@
 
 using namespace brevint;
 
-/// A file's name and, on the next lines, its content: what the library sends, the service reads.
+// A file's name and, on the next lines, its content: what the library sends, the service reads.
 void Fuzz(std::string_view input) {
     static const test::TempFolder folder;
     std::wstring name = L"f" + Utf8::ToWide(TakeLine(input).substr(0, 80));

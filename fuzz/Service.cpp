@@ -6,13 +6,13 @@
 
 using namespace brevint::service;
 
-/// Reads the body as one kind of it. Refusals are of one type.
+// Reads the body as one kind of it. Refusals are of one type.
 template <class Reader>
 static void Read(Reader reader) try {
     reader();
 } catch (const ServiceError&) {}
 
-/// A media type and, on the next lines, a body.
+// A media type and, on the next lines, a body.
 void Fuzz(std::string_view input) {
     const std::string_view type = TakeLine(input);
     Read([&] { ReadQuery(input); });

@@ -9,25 +9,25 @@ namespace {
 class MemoryBlob final : public Blob {
 public:
     MemoryBlob(std::string owner, std::size_t offset, std::size_t count)
-        : owner_(std::move(owner)), offset_(offset), count_(count) {}
+        : m_owner(std::move(owner)), m_offset(offset), m_count(count) {}
 
-    std::uint64_t Size() const override { return count_; }
+    std::uint64_t Size() const override { return m_count; }
 
     void Read(std::uint64_t offset, char* target, std::size_t count) const override {
-        std::memcpy(target, owner_.data() + offset_ + offset, count);
+        std::memcpy(target, m_owner.data() + m_offset + offset, count);
     }
 
 private:
-    std::string owner_;
-    std::size_t offset_;
-    std::size_t count_;
+    std::string m_owner;
+    std::size_t m_offset;
+    std::size_t m_count;
 };
 
 class PatternBlob final : public Blob {
 public:
-    explicit PatternBlob(std::uint64_t size) : size_(size) {}
+    explicit PatternBlob(std::uint64_t size) : m_size(size) {}
 
-    std::uint64_t Size() const override { return size_; }
+    std::uint64_t Size() const override { return m_size; }
 
     void Read(std::uint64_t offset, char* target, std::size_t count) const override {
         for (std::size_t k = 0; k < count; ++k) {
@@ -37,7 +37,7 @@ public:
     }
 
 private:
-    std::uint64_t size_;
+    std::uint64_t m_size;
 };
 
 } // namespace

@@ -33,7 +33,7 @@ HttpReply TellJob(const std::string& jobId) {
     return XmlReply(xml.Document());
 }
 
-/// The sent file: its name, and its content, which takes the request's body over.
+// The sent file: its name, and its content, which takes the request's body over.
 std::pair<std::string, std::shared_ptr<const Blob>> TakeFile(HttpRequest& request) {
     MultipartFile file = ReadMultipartFile(request.Header("Content-Type"), request.body);
     return {std::move(file.name), MakeBlob(std::move(request.body), file.offset, file.size)};

@@ -10,13 +10,13 @@ namespace brevint::service {
 
 namespace {
 
-constexpr int folderType = 0;
+constexpr int kFolderType = 0;
 
-/// The numbers that stand in ItemType, with their descriptions.
+// The numbers that stand in ItemType, with their descriptions.
 std::pair<int, const char*> TypeOf(const Item& item) {
     const std::string name = base::ToLower(item.name);
     if (item.IsFolder())
-        return {folderType, "Folder"};
+        return {kFolderType, "Folder"};
     if (name.ends_with(".project"))
         return {2, "Project"};
     if (name.ends_with(".template"))
@@ -57,7 +57,7 @@ HttpReply CreateFolder(const Call& call, Repository& repository) {
     const std::string parentId = call.Guid();
     const JsonReader body(call.request.Header("Content-Type"), call.request.body,
                           {"ItemType", "Name"});
-    if (body.Integer("ItemType") != folderType)
+    if (body.Integer("ItemType") != kFolderType)
         throw BadRequest("Only folders can be created here.");
     const std::string id = repository.AddFolder(parentId, body.String("Name"), *call.user);
     XmlWriter xml;

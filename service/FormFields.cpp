@@ -26,12 +26,12 @@ bool IsFormCharacter(char c) {
 } // namespace
 
 void FormFields::Add(std::string name, std::string value) {
-    fields_.emplace_back(std::move(name), std::move(value));
+    m_fields.emplace_back(std::move(name), std::move(value));
 }
 
 std::optional<std::string> FormFields::Single(std::string_view name) const {
     const std::string* value = nullptr;
-    for (const auto& [key, text] : fields_) {
+    for (const auto& [key, text] : m_fields) {
         if (key != name)
             continue;
         if (value)

@@ -44,9 +44,9 @@ using Stream = boost::beast::tcp_stream;
 
 namespace {
 
-constexpr std::size_t threadCount = 4;
-constexpr std::size_t blockSize = 64 * 1024;
-constexpr std::uint32_t headerLimit = 64 * 1024;
+constexpr std::size_t kThreadCount = 4;
+constexpr std::size_t kBlockSize = 64 * 1024;
+constexpr std::uint32_t kHeaderLimit = 64 * 1024;
 
 template <class Text>
 std::string ToString(const Text& text) {
@@ -83,10 +83,10 @@ std::string HeaderText(const HttpReply& reply, bool keepAlive) {
 }
 
 asio::awaitable<void> WriteFile(Stream& stream, const Blob& file, bool chunked) {
-    std::vector<char> block(blockSize);
+    std::vector<char> block(kBlockSize);
     for (std::uint64_t offset = 0; offset < file.Size();) {
         const auto count =
-            static_cast<std::size_t>(std::min<std::uint64_t>(blockSize, file.Size() - offset));
+            static_cast<std::size_t>(std::min<std::uint64_t>(kBlockSize, file.Size() - offset));
         file.Read(offset, block.data(), count);
         offset += count;
         if (!chunked) {
@@ -117,18 +117,18 @@ asio::awaitable<void> WriteReply(Stream& stream, const HttpReply& reply, bool ke
     }
 }
 
-/// Ends our side and waits for the client's end: closing with unread bytes would reset the
-/// connection, and the reply could be lost with it.
+// Ends our side and waits for the client's end: closing with unread bytes would reset the
+// connection, and the reply could be lost with it.
 asio::awaitable<void> Finish(Stream& stream) {
     stream.socket().shutdown(tcp::socket::shutdown_send);
-    std::vector<char> block(blockSize);
+    std::vector<char> block(kBlockSize);
     error_code error;
     while (!error)
         co_await stream.async_read_some(asio::buffer(block),
                                         asio::redirect_error(asio::use_awaitable, error));
 }
 
-/// Says what is wrong with a request, unless the client ended the connection.
+// Says what is wrong with a request, unless the client ended the connection.
 asio::awaitable<void> Refuse(Stream& stream, error_code error) {
     const bool malformed = error.category() == make_error_code(http::error{}).category();
     if (error == http::error::body_limit)
@@ -153,151 +153,151 @@ asio::awaitable<error_code> ReadBody(Stream& stream, flat_buffer& buffer, Parser
     co_return error;
 }
 
-/// The connections of one server, and which of them may be closed to make room.
+// The connections of one server, and which of them may be closed to make room.
 class ConnectionList {
 public:
-    explicit ConnectionList(std::size_t limit) : limit_(limit) {}
+    explicit ConnectionList(std::size_t limit) : m_limit(limit) {}
 
-    /// A connection, from its beginning to its end. Whatever happens to its stream happens on the
-    /// stream's strand.
+    // A connection, from its beginning to its end. Whatever happens to its stream happens on the
+    // stream's strand.
     class Entry {
     public:
         Entry(ConnectionList& list, std::shared_ptr<Stream> stream)
-            : list_(list), stream_(std::move(stream)) {
-            const std::lock_guard lock(list_.mutex_);
-            place_ = list_.waiting_.insert(list_.waiting_.end(), this);
-            if (++list_.count_ > list_.limit_)
-                list_.CloseOne();
+            : m_list(list), m_stream(std::move(stream)) {
+            const std::lock_guard lock(m_list.m_mutex);
+            m_place = m_list.m_waiting.insert(m_list.m_waiting.end(), this);
+            if (++m_list.m_count > m_list.m_limit)
+                m_list.CloseOne();
         }
 
         Entry(const Entry&) = delete;
         Entry& operator=(const Entry&) = delete;
 
         ~Entry() {
-            const std::lock_guard lock(list_.mutex_);
-            --list_.count_;
+            const std::lock_guard lock(m_list.m_mutex);
+            --m_list.m_count;
             Leave();
         }
 
-        Stream& GetStream() const { return *stream_; }
+        Stream& GetStream() const { return *m_stream; }
 
-        /// From now on it waits, for so long at most, and may be closed.
+        // From now on it waits, for so long at most, and may be closed.
         void Wait(std::chrono::milliseconds patience) {
-            stream_->expires_after(patience);
-            const std::lock_guard lock(list_.mutex_);
+            m_stream->expires_after(patience);
+            const std::lock_guard lock(m_list.m_mutex);
             Leave();
-            place_ = list_.waiting_.insert(list_.waiting_.end(), this);
+            m_place = m_list.m_waiting.insert(m_list.m_waiting.end(), this);
         }
 
-        /// From now on it is left alone. False when it is about to be closed.
+        // From now on it is left alone. False when it is about to be closed.
         bool Work() {
-            stream_->expires_never();
-            const std::lock_guard lock(list_.mutex_);
+            m_stream->expires_never();
+            const std::lock_guard lock(m_list.m_mutex);
             return Leave();
         }
 
     private:
         friend class ConnectionList;
 
-        /// True when it was waiting. To be called with the mutex held.
+        // True when it was waiting. To be called with the mutex held.
         bool Leave() {
-            const bool waits = place_ != list_.waiting_.end();
+            const bool waits = m_place != m_list.m_waiting.end();
             if (waits)
-                list_.waiting_.erase(place_);
-            place_ = list_.waiting_.end();
+                m_list.m_waiting.erase(m_place);
+            m_place = m_list.m_waiting.end();
             return waits;
         }
 
-        ConnectionList& list_;
-        const std::shared_ptr<Stream> stream_;
-        std::list<Entry*>::iterator place_; ///< The list's end when it does not wait.
+        ConnectionList& m_list;
+        const std::shared_ptr<Stream> m_stream;
+        std::list<Entry*>::iterator m_place; // The list's end when it does not wait.
     };
 
     void MakeRoom() {
-        const std::lock_guard lock(mutex_);
+        const std::lock_guard lock(m_mutex);
         CloseOne();
     }
 
 private:
-    /// To be called with the mutex held, which keeps the entry alive.
+    // To be called with the mutex held, which keeps the entry alive.
     void CloseOne() {
-        if (waiting_.empty())
+        if (m_waiting.empty())
             return;
-        Entry& entry = *waiting_.front();
+        Entry& entry = *m_waiting.front();
         entry.Leave();
-        asio::post(entry.stream_->get_executor(), [stream = entry.stream_] { stream->close(); });
+        asio::post(entry.m_stream->get_executor(), [stream = entry.m_stream] { stream->close(); });
     }
 
-    const std::size_t limit_;
-    std::mutex mutex_; ///< Guards what follows, and the entries' places.
-    std::size_t count_ = 0;
-    std::list<Entry*> waiting_; ///< The one that has waited longest comes first.
+    const std::size_t m_limit;
+    std::mutex m_mutex; // Guards what follows, and the entries' places.
+    std::size_t m_count = 0;
+    std::list<Entry*> m_waiting; // The one that has waited longest comes first.
 };
 
 } // namespace
 
-/// What lives from Start to Stop. Connections are coroutines that the context owns: when it is
-/// destroyed, after its threads have ended, their sockets close wherever they stand.
+// What lives from Start to Stop. Connections are coroutines that the context owns: when it is
+// destroyed, after its threads have ended, their sockets close wherever they stand.
 class HttpServer::Engine {
 public:
     explicit Engine(const HttpServer& server)
-        : server_(server), connections_(server.options_.maxConnections),
-          acceptor_(context_, tcp::endpoint(asio::ip::make_address(server.options_.address),
-                                            server.options_.port)) {
-        asio::co_spawn(context_, Accept(), asio::detached);
-        for (std::size_t i = 0; i < threadCount; ++i)
-            threads_.emplace_back([this] { context_.run(); });
+        : m_server(server), m_connections(server.m_options.maxConnections),
+          m_acceptor(m_context, tcp::endpoint(asio::ip::make_address(server.m_options.address),
+                                              server.m_options.port)) {
+        asio::co_spawn(m_context, Accept(), asio::detached);
+        for (std::size_t i = 0; i < kThreadCount; ++i)
+            m_threads.emplace_back([this] { m_context.run(); });
     }
 
     Engine(const Engine&) = delete;
     Engine& operator=(const Engine&) = delete;
 
     ~Engine() {
-        context_.stop();
-        for (std::thread& thread : threads_)
+        m_context.stop();
+        for (std::thread& thread : m_threads)
             thread.join();
     }
 
-    std::uint16_t Port() const { return acceptor_.local_endpoint().port(); }
+    std::uint16_t Port() const { return m_acceptor.local_endpoint().port(); }
 
 private:
     asio::awaitable<void> Accept() {
         for (;;) {
-            const auto stream = std::make_shared<Stream>(asio::make_strand(context_));
+            const auto stream = std::make_shared<Stream>(asio::make_strand(m_context));
             error_code error;
-            co_await acceptor_.async_accept(stream->socket(),
-                                            asio::redirect_error(asio::use_awaitable, error));
+            co_await m_acceptor.async_accept(stream->socket(),
+                                             asio::redirect_error(asio::use_awaitable, error));
             if (!error) {
                 asio::co_spawn(stream->get_executor(), Serve(stream), asio::detached);
                 continue;
             }
             // Out of descriptors, most likely.
-            connections_.MakeRoom();
-            asio::steady_timer pause(context_, std::chrono::milliseconds(100));
+            m_connections.MakeRoom();
+            asio::steady_timer pause(m_context, std::chrono::milliseconds(100));
             co_await pause.async_wait(asio::use_awaitable);
         }
     }
 
     asio::awaitable<void> Serve(std::shared_ptr<Stream> stream) {
         try {
-            ConnectionList::Entry entry(connections_, stream);
+            ConnectionList::Entry entry(m_connections, stream);
             stream->socket().set_option(tcp::no_delay(true));
             flat_buffer buffer;
             while (co_await Exchange(entry, buffer)) {}
-            entry.Wait(server_.options_.patience);
+            entry.Wait(m_server.m_options.patience);
             co_await Finish(*stream);
         } catch (const std::exception&) {
             // The client went away; the socket closes with this coroutine.
         }
     }
 
-    /// One request and its reply. False when the connection is to end.
+    // One request and its reply. False when the connection is to end.
     asio::awaitable<bool> Exchange(ConnectionList::Entry& entry, flat_buffer& buffer) {
-        const HttpServerOptions& options = server_.options_;
+        const HttpServerOptions& options = m_server.m_options;
         Stream& stream = entry.GetStream();
         entry.Wait(options.patience);
         Parser parser;
-        parser.header_limit(headerLimit);
+        parser.header_limit(kHeaderLimit);
         parser.body_limit(std::numeric_limits<std::uint64_t>::max());
         error_code error;
         co_await http::async_read_header(stream, buffer, parser,
@@ -307,7 +307,7 @@ private:
             co_return false;
         }
         HttpRequest request = ReadHead(parser.get());
-        Admission admission = server_.gate_(request);
+        Admission admission = m_server.m_gate(request);
         if (admission.trusted && !entry.Work())
             co_return false;
         if (!admission.refusal && !parser.is_done()) {
@@ -340,28 +340,28 @@ private:
         }
     }
 
-    const HttpServer& server_;
-    ConnectionList connections_; ///< Outlives the context, whose coroutines have entries in it.
-    asio::io_context context_{static_cast<int>(threadCount)};
-    tcp::acceptor acceptor_;
-    std::vector<std::thread> threads_;
+    const HttpServer& m_server;
+    ConnectionList m_connections; // Outlives the context, whose coroutines have entries in it.
+    asio::io_context m_context{static_cast<int>(kThreadCount)};
+    tcp::acceptor m_acceptor;
+    std::vector<std::thread> m_threads;
 };
 
 HttpServer::HttpServer(HttpServerOptions options, Gate gate)
-    : options_(std::move(options)), gate_(std::move(gate)) {}
+    : m_options(std::move(options)), m_gate(std::move(gate)) {}
 
 HttpServer::~HttpServer() = default;
 
 void HttpServer::Start() {
-    engine_ = std::make_unique<Engine>(*this);
+    m_engine = std::make_unique<Engine>(*this);
 }
 
 void HttpServer::Stop() {
-    engine_.reset();
+    m_engine.reset();
 }
 
 std::uint16_t HttpServer::Port() const {
-    return engine_ ? engine_->Port() : std::uint16_t{0};
+    return m_engine ? m_engine->Port() : std::uint16_t{0};
 }
 
 } // namespace brevint::service

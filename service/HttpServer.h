@@ -61,9 +61,9 @@ public:
 
 private:
     class Engine;
-    HttpServerOptions options_;
-    Gate gate_;
-    std::unique_ptr<Engine> engine_;
+    HttpServerOptions m_options;
+    Gate m_gate;
+    std::unique_ptr<Engine> m_engine;
 };
 
 } // namespace brevint::service

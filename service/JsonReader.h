@@ -27,7 +27,7 @@ public:
 
 private:
     struct Object;
-    std::unique_ptr<const Object> object_;
+    std::unique_ptr<const Object> m_object;
 };
 
 } // namespace brevint::service

@@ -19,8 +19,8 @@ std::string DescribeContent(const ServiceOptions& options) {
     for (const User& user : options.users)
         text << "  " << user.name << " / " << user.password
              << (user.role == Role::Administrator ? "  (administrator)\n" : "\n");
-    text << "Root folders:\n  projects  " << Repository::projectRootId << "\n  templates "
-         << Repository::templateRootId << "\n";
+    text << "Root folders:\n  projects  " << Repository::kProjectRootId << "\n  templates "
+         << Repository::kTemplateRootId << "\n";
     return text.str();
 }
 

@@ -7,13 +7,13 @@ namespace brevint::service {
 
 namespace {
 
-constexpr std::string_view lineEnd = "\r\n";
+constexpr std::string_view kLineEnd = "\r\n";
 
 ServiceError Malformed(const std::string& what) {
     return BadRequest("The multipart body is malformed: " + what);
 }
 
-/// Takes `prefix` off the front of `text`; false when it does not stand there.
+// Takes `prefix` off the front of `text`; false when it does not stand there.
 bool Consume(std::string_view& text, std::string_view prefix) {
     if (!text.starts_with(prefix))
         return false;
@@ -49,16 +49,16 @@ std::string ReadFileName(std::string_view disposition) {
     return std::string(disposition.substr(0, quote));
 }
 
-/// The value of the part's header `name`, which must stand there once.
+// The value of the part's header `name`, which must stand there once.
 std::string_view PartHeader(std::string_view block, std::string_view name) {
     std::string_view value;
     bool found = false;
     while (!block.empty()) {
-        const auto end = block.find(lineEnd);
+        const auto end = block.find(kLineEnd);
         if (end == std::string_view::npos)
             throw Malformed("a header line does not end.");
         const std::string_view line = block.substr(0, end);
-        block.remove_prefix(end + lineEnd.size());
+        block.remove_prefix(end + kLineEnd.size());
         const auto colon = line.find(':');
         if (colon == std::string_view::npos)
             throw Malformed("a header line has no colon.");
@@ -86,25 +86,25 @@ MultipartFile ReadMultipartFile(std::string_view contentType, std::string_view b
         throw Malformed("it does not begin with its boundary.");
     if (rest == "--" || rest == "--\r\n")
         throw NoFilesFound();
-    if (!Consume(rest, lineEnd))
+    if (!Consume(rest, kLineEnd))
         throw Malformed("the first boundary does not end its line.");
 
     const auto blankLine = rest.find("\r\n\r\n");
     if (blankLine == std::string_view::npos)
         throw Malformed("the part's headers do not end.");
-    const std::string_view headers = rest.substr(0, blankLine + lineEnd.size());
+    const std::string_view headers = rest.substr(0, blankLine + kLineEnd.size());
     MultipartFile file;
     file.name = ReadFileName(PartHeader(headers, "Content-Disposition"));
     if (!base::EqualsIgnoreCase(PartHeader(headers, "Content-Type"), "application/octet-stream"))
         throw Malformed("the part is not application/octet-stream.");
-    rest.remove_prefix(blankLine + 2 * lineEnd.size());
+    rest.remove_prefix(blankLine + 2 * kLineEnd.size());
 
     file.offset = body.size() - rest.size();
     file.size = rest.find("\r\n" + delimiter);
     if (file.size == std::string_view::npos)
         throw Malformed("the last boundary is missing.");
-    rest.remove_prefix(file.size + lineEnd.size() + delimiter.size());
-    if (rest.starts_with(lineEnd))
+    rest.remove_prefix(file.size + kLineEnd.size() + delimiter.size());
+    if (rest.starts_with(kLineEnd))
         throw Malformed("it holds more than one part.");
     if (rest != "--\r\n" && rest != "--")
         throw Malformed("something stands after the last boundary.");

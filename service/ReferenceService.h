@@ -22,15 +22,15 @@ public:
     void Stop();
 
     /// What the server does with a request. Needs no start.
-    Admission Admit(const HttpRequest& head) const { return router_.Admit(head); }
+    Admission Admit(const HttpRequest& head) const { return m_router.Admit(head); }
 
     /// The address that clients are given, with "/" at its end. Valid once started.
     std::string Url() const;
 
 private:
-    ServiceState state_;
-    Router router_;
-    HttpServer server_;
+    ServiceState m_state;
+    Router m_router;
+    HttpServer m_server;
 };
 
 } // namespace brevint::service

@@ -35,8 +35,8 @@ struct Item {
 /// within a folder without regard to ASCII case.
 class Repository {
 public:
-    static constexpr std::string_view projectRootId = "00000000-0000-0000-0000-000000000001";
-    static constexpr std::string_view templateRootId = "00000000-0000-0000-0000-000000000002";
+    static constexpr std::string_view kProjectRootId = "00000000-0000-0000-0000-000000000001";
+    static constexpr std::string_view kTemplateRootId = "00000000-0000-0000-0000-000000000002";
 
     /// Both roots exist from the start and belong to `owner`.
     explicit Repository(const User& owner);
@@ -90,8 +90,8 @@ private:
     std::string Insert(Item item);
     void Erase(const std::string& id);
 
-    mutable std::mutex mutex_;
-    std::unordered_map<std::string, Node> nodes_;
+    mutable std::mutex m_mutex;
+    std::unordered_map<std::string, Node> m_nodes;
 };
 
 } // namespace brevint::service

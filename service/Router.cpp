@@ -13,16 +13,16 @@ namespace brevint::service {
 
 namespace {
 
-constexpr std::string_view idSegment = "{id}";
+constexpr std::string_view kIdSegment = "{id}";
 
-/// The ids of a path that fits the pattern; nothing when it does not fit.
+// The ids of a path that fits the pattern; nothing when it does not fit.
 std::optional<std::vector<std::string>> Match(const std::vector<std::string>& pattern,
                                               const std::vector<std::string_view>& path) {
     if (pattern.size() != path.size())
         return std::nullopt;
     std::vector<std::string> ids;
     for (std::size_t i = 0; i < path.size(); ++i) {
-        if (pattern[i] == idSegment)
+        if (pattern[i] == kIdSegment)
             ids.emplace_back(path[i]);
         else if (!base::EqualsIgnoreCase(pattern[i], path[i]))
             return std::nullopt;
@@ -34,7 +34,7 @@ HttpReply Refusal(const ServiceError& failure) {
     return ErrorReply(failure.Status(), failure.what());
 }
 
-/// Whether a Host header names this machine itself, with or without a port.
+// Whether a Host header names this machine itself, with or without a port.
 bool IsThisMachine(std::string_view host) {
     if (!host.ends_with(']')) {
         const std::size_t colon = std::min(host.rfind(':'), host.size());
@@ -48,8 +48,8 @@ bool IsThisMachine(std::string_view host) {
     return isV4 || host == "localhost" || host == "[::1]";
 }
 
-/// Throws for a request that a web page of somebody else could have a browser send here: to a name
-/// that leads to this machine for once, or under a name of this machine, but from that page.
+// Throws for a request that a web page of somebody else could have a browser send here: to a name
+// that leads to this machine for once, or under a name of this machine, but from that page.
 void CheckOrigin(const HttpRequest& head) {
     const std::string host = base::ToLower(head.Header("Host"));
     if (!IsThisMachine(host))
@@ -69,13 +69,13 @@ std::string Call::Guid(std::size_t index) const {
 }
 
 Router::Router(std::string basePath, const Sessions& sessions)
-    : basePath_(std::move(basePath)), sessions_(sessions) {}
+    : m_basePath(std::move(basePath)), m_sessions(sessions) {}
 
 void Router::Add(std::string method, std::string_view pattern, Access access, Handler handler) {
     Route route{std::move(method), {}, access, std::move(handler)};
     for (std::string_view segment : Split(pattern, '/'))
         route.segments.emplace_back(segment);
-    routes_.push_back(std::move(route));
+    m_routes.push_back(std::move(route));
 }
 
 Admission Router::Admit(const HttpRequest& head) const {
@@ -88,13 +88,13 @@ Admission Router::Admit(const HttpRequest& head) const {
 }
 
 Admission Router::Find(const HttpRequest& head) const {
-    const std::string path = head.path + (head.path == basePath_ ? "/" : "");
-    if (!path.starts_with(basePath_ + "/"))
+    const std::string path = head.path + (head.path == m_basePath ? "/" : "");
+    if (!path.starts_with(m_basePath + "/"))
         throw ServiceError(404, "There is no such resource.");
-    const auto segments = Split(std::string_view(path).substr(basePath_.size() + 1), '/');
+    const auto segments = Split(std::string_view(path).substr(m_basePath.size() + 1), '/');
 
     std::string methods;
-    for (const Route& route : routes_) {
+    for (const Route& route : m_routes) {
         auto ids = Match(route.segments, segments);
         if (!ids)
             continue;
@@ -104,8 +104,8 @@ Admission Router::Find(const HttpRequest& head) const {
         }
         Call call{{},
                   *std::move(ids),
-                  sessions_.Find(ReadSessionCookies(head)),
-                  "http://" + head.Header("Host") + basePath_ + "/"};
+                  m_sessions.Find(ReadSessionCookies(head)),
+                  "http://" + head.Header("Host") + m_basePath + "/"};
         if (!call.user && route.access == Access::SignedIn)
             throw AuthorizationFailed();
         const bool trusted = call.user != nullptr;

@@ -52,9 +52,9 @@ private:
 
     Admission Find(const HttpRequest& head) const;
 
-    const std::string basePath_;
-    const Sessions& sessions_;
-    std::vector<Route> routes_;
+    const std::string m_basePath;
+    const Sessions& m_sessions;
+    std::vector<Route> m_routes;
 };
 
 } // namespace brevint::service

@@ -9,12 +9,12 @@ namespace brevint::service {
 class ServiceError : public std::runtime_error {
 public:
     ServiceError(int status, const std::string& message)
-        : std::runtime_error(message), status_(status) {}
+        : std::runtime_error(message), m_status(status) {}
 
-    int Status() const { return status_; }
+    int Status() const { return m_status; }
 
 private:
-    int status_;
+    int m_status;
 };
 
 ServiceError AuthorizationFailed();

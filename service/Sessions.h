@@ -49,12 +49,12 @@ private:
         Clock::time_point expiry;
     };
 
-    const std::vector<User> users_;
-    const Seconds tokenLifetime_;
-    const Seconds sessionLifetime_;
-    mutable std::mutex mutex_;
-    std::map<std::string, Token> tokens_; ///< By the token's whole text.
-    std::map<SessionCookies, Session> sessions_;
+    const std::vector<User> m_users;
+    const Seconds m_tokenLifetime;
+    const Seconds m_sessionLifetime;
+    mutable std::mutex m_mutex;
+    std::map<std::string, Token> m_tokens; ///< By the token's whole text.
+    std::map<SessionCookies, Session> m_sessions;
 };
 
 } // namespace brevint::service

@@ -20,39 +20,39 @@ using namespace std::string_literals;
 namespace asio = boost::asio;
 namespace http = boost::beast::http;
 
-/// One connection to a server on 127.0.0.1 that sends exactly the bytes that it is told to.
+// One connection to a server on 127.0.0.1 that sends exactly the bytes that it is told to.
 class HttpClient {
 public:
     explicit HttpClient(std::uint16_t port) {
-        socket_.connect({asio::ip::address_v4::loopback(), port});
+        m_socket.connect({asio::ip::address_v4::loopback(), port});
     }
 
-    void Send(std::string_view bytes) { asio::write(socket_, asio::buffer(bytes)); }
+    void Send(std::string_view bytes) { asio::write(m_socket, asio::buffer(bytes)); }
 
-    /// The body of the next reply; blocks until it is there.
+    // The body of the next reply; blocks until it is there.
     std::string Receive(unsigned status = 200) {
         http::response<http::string_body> reply;
-        http::read(socket_, buffer_, reply);
+        http::read(m_socket, m_buffer, reply);
         EXPECT_EQ(reply.result_int(), status);
         return reply.body();
     }
 
-    /// Blocks until `count` bytes have come; gives fewer when the connection has ended.
+    // Blocks until `count` bytes have come; gives fewer when the connection has ended.
     std::string ReceiveBytes(std::size_t count) {
         std::string bytes(count, '\0');
         boost::system::error_code error;
-        bytes.resize(asio::read(socket_, asio::buffer(bytes), error));
+        bytes.resize(asio::read(m_socket, asio::buffer(bytes), error));
         return bytes;
     }
 
 private:
-    asio::io_context context_;
-    asio::ip::tcp::socket socket_{context_};
-    boost::beast::flat_buffer buffer_;
+    asio::io_context m_context;
+    asio::ip::tcp::socket m_socket{m_context};
+    boost::beast::flat_buffer m_buffer;
 };
 
-/// Echoes bodies. "/huge" is a file that no test reads to its end, "/chunked" one that comes in
-/// chunks; "/stranger" is not trusted, "/refused" not admitted.
+// Echoes bodies. "/huge" is a file that no test reads to its end, "/chunked" one that comes in
+// chunks; "/stranger" is not trusted, "/refused" not admitted.
 service::Admission Admit(const service::HttpRequest& head) {
     const auto answer = [](const service::HttpRequest& request) {
         service::HttpReply reply;
@@ -69,7 +69,7 @@ service::Admission Admit(const service::HttpRequest& head) {
     return {.answer = answer, .trusted = head.path != "/stranger"};
 }
 
-/// A server and a client of it that is in the middle of a body.
+// A server and a client of it that is in the middle of a body.
 struct ServerAtWork : service::HttpServer {
     explicit ServerAtWork(service::HttpServerOptions options) : HttpServer(options, Admit) {
         Start();
