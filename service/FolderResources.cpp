@@ -4,6 +4,7 @@
 #include "service/JsonReader.h"
 #include "service/Resources.h"
 #include "service/ServiceError.h"
+#include "service/Text.h"
 #include "service/XmlWriter.h"
 
 namespace brevint::service {
@@ -32,8 +33,8 @@ void WriteItem(XmlWriter& xml, const Item& item) {
         .Element("OwnerId", item.ownerId)
         .Element("Name", item.name)
         .Element("Description", item.description)
-        .Element("DateCreated", item.created)
-        .Element("DateModified", item.modified);
+        .Element("DateCreated", FormatUtc(item.created))
+        .Element("DateModified", FormatUtc(item.modified));
     if (!item.IsFolder())
         xml.Open("Data").Element("Size", std::to_string(item.content->Size())).Close();
     xml.Flag("Locked", !item.lockedBy.empty())

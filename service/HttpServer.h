@@ -1,6 +1,7 @@
 #pragma once
 
 #include "service/HttpMessage.h"
+#include "service/Misbehaviour.h"
 
 #include <chrono>
 #include <cstddef>
@@ -8,15 +9,18 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <string>
+#include <string_view>
 
 namespace brevint::service {
 
 struct HttpServerOptions {
-    std::string address = "127.0.0.1";
-    std::uint16_t port = 0;                         ///< 0: chosen by the system.
-    std::uint64_t maxBody = std::uint64_t{2} << 30; ///< Longer request bodies are refused (413).
-    std::uint64_t maxUntrustedBody = 64 * 1024;     ///< The same for requests that are not trusted.
+    std::uint16_t port = 0; ///< 0: chosen by the system.
+
+    /// Longer request bodies are refused (413): those that somebody receives piece by piece,
+    /// others, and those of requests that are not trusted.
+    std::uint64_t maxStreamedBody = std::uint64_t{64} << 30;
+    std::uint64_t maxBody = 16 * 1024 * 1024;
+    std::uint64_t maxUntrustedBody = 64 * 1024;
 
     /// The longest wait for a request's head. An exchange that is not trusted must end in that
     /// time.
@@ -28,21 +32,26 @@ struct HttpServerOptions {
     std::size_t maxConnections = 512;
 };
 
-/// What comes of a request, decided when its head is there.
+/// What comes of a request, decided when its head is there. What its functions throw becomes the
+/// reply.
 struct Admission {
     std::optional<HttpReply> refusal = {}; ///< Sent at once; the body is not read.
+
+    /// Takes the body piece by piece; without it the request's body is collected.
+    std::function<void(std::string_view piece)> receive = {};
 
     /// Answers the request once its body is there too; called when there is no refusal.
     std::function<HttpReply(HttpRequest)> answer = {};
 
     bool trusted = false; ///< The exchange may take as long as it likes.
+    Misbehaviour misbehaviour = {};
 };
 
-/// An HTTP/1.1 server: keep-alive, many connections, a few threads of its own.
+/// An HTTP/1.1 server on 127.0.0.1: keep-alive, many connections, a few threads of its own.
 class HttpServer {
 public:
-    /// Judges a request by its head. Called on the server's threads, several at a time, as the
-    /// answers are.
+    /// Judges a request by its head; what it throws becomes the reply. Called on the server's
+    /// threads, several at a time, as the functions of what it returns are.
     using Gate = std::function<Admission(const HttpRequest& head)>;
 
     HttpServer(HttpServerOptions options, Gate gate);

@@ -7,7 +7,7 @@
 namespace brevint::service {
 
 ReferenceService::ReferenceService(ServiceOptions options)
-    : m_state(std::move(options)), m_router(m_state.options.basePath, m_state.sessions),
+    : m_state(std::move(options)), m_router(m_state.sessions),
       m_server(m_state.options.http, [this](const HttpRequest& head) { return Admit(head); }) {
     AddSignInResources(m_router, m_state);
     AddAccountResources(m_router);
@@ -27,8 +27,7 @@ void ReferenceService::Stop() {
 }
 
 std::string ReferenceService::Url() const {
-    return "http://" + m_state.options.http.address + ":" + std::to_string(m_server.Port()) +
-           m_state.options.basePath + "/";
+    return "http://127.0.0.1:" + std::to_string(m_server.Port()) + "/";
 }
 
 } // namespace brevint::service

@@ -10,7 +10,7 @@
 namespace brevint::service {
 
 /// A repository service with its identity portal, on a port of the loopback interface. Each one has
-/// users, sessions and a repository of its own, all in memory.
+/// sessions and a repository of its own, which end with it.
 class ReferenceService {
 public:
     explicit ReferenceService(ServiceOptions options = {});
@@ -20,6 +20,9 @@ public:
 
     /// Closes every connection and joins the threads; so does the destructor.
     void Stop();
+
+    /// From the next request on, until the next call, this goes wrong. Any thread may call it.
+    void Misbehave(const Misbehaviour& misbehaviour) { m_state.conduct.Set(misbehaviour); }
 
     /// What the server does with a request. Needs no start.
     Admission Admit(const HttpRequest& head) const { return m_router.Admit(head); }

@@ -3,7 +3,6 @@
 #include "base/Ascii.h"
 #include "service/Guid.h"
 #include "service/ServiceError.h"
-#include "service/Text.h"
 
 #include <utf8.h>
 
@@ -18,8 +17,8 @@ namespace {
 
 constexpr std::array<std::string_view, 4> kRefusedTypes = {".bat", ".cmd", ".exe", ".msi"};
 
-std::string Now() {
-    return FormatUtc(std::chrono::system_clock::now());
+std::chrono::sys_seconds Now() {
+    return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
 }
 
 // The extension in lower case with its dot, "" when there is none.
@@ -139,7 +138,15 @@ std::string Repository::ReplaceFile(std::string_view fileId, const std::string& 
                               "is not of the type of the file that it would replace.");
     item.content = std::move(content);
     item.modified = Now();
+    item.version = NewGuid();
     return item.id;
+}
+
+void Repository::Renew(std::string_view fileId) {
+    const std::lock_guard lock(m_mutex);
+    Item& item = m_nodes.at(FindFile(fileId).item.id).item;
+    item.modified = Now();
+    item.version = NewGuid();
 }
 
 void Repository::CheckOut(std::string_view id, const User& user) {
@@ -262,6 +269,7 @@ Repository::Node& Repository::Lockable(std::string_view id, const User& user) {
 
 std::string Repository::Insert(Item item) {
     item.id = NewGuid();
+    item.version = NewGuid();
     std::string id = item.id;
     m_nodes.at(item.parentId).children[base::ToLower(item.name)] = id;
     m_nodes[id].item = std::move(item);

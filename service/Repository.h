@@ -3,6 +3,7 @@
 #include "service/Blob.h"
 #include "service/User.h"
 
+#include <chrono>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -13,18 +14,19 @@
 
 namespace brevint::service {
 
-/// One folder or file. Names are UTF-8; times are UTC, "2024-05-06T07:08:09Z".
+/// One folder or file. Names are UTF-8; times are UTC.
 struct Item {
     std::string id;
     std::string parentId;
     std::string ownerId;
     std::string name;
     std::string description;
-    std::string created;
+    std::chrono::sys_seconds created;
     std::string createdBy; ///< User name.
-    std::string modified;
+    std::chrono::sys_seconds modified;
     std::string lockedBy; ///< User name; empty when the file is checked in.
     bool isPublic = true;
+    std::string version;                 ///< Another one for every content that the file ever has.
     std::shared_ptr<const Blob> content; ///< Null for a folder.
 
     bool IsFolder() const { return content == nullptr; }
@@ -60,6 +62,9 @@ public:
     void CheckReplacement(std::string_view fileId, const User& user) const;
     std::string ReplaceFile(std::string_view fileId, const std::string& providedName,
                             std::shared_ptr<const Blob> content, const User& user);
+
+    /// Gives the file another version, as if its content had been replaced.
+    void Renew(std::string_view fileId);
 
     void CheckOut(std::string_view id, const User& user);
     void CheckIn(std::string_view id, const User& user);

@@ -6,6 +6,8 @@ namespace brevint::service {
 
 namespace {
 
+using namespace std::chrono_literals;
+
 // Plants items that all belong to one user and bear one date.
 class Planter {
 public:
@@ -34,9 +36,9 @@ private:
         item.ownerId = m_owner.id;
         item.name = std::move(name);
         item.description = std::move(description);
-        item.created = "2024-03-01T09:30:00Z";
+        item.created = std::chrono::sys_days(2024y / 3 / 1) + 9h + 30min;
         item.createdBy = m_owner.name;
-        item.modified = "2024-03-04T16:05:12Z";
+        item.modified = std::chrono::sys_days(2024y / 3 / 4) + 16h + 5min + 12s;
         item.isPublic = isPublic;
         item.content = std::move(content);
         return m_repository.Seed(std::move(item));
@@ -49,7 +51,7 @@ private:
 } // namespace
 
 void SeedRepository(Repository& repository, const ServiceOptions& options) {
-    Planter plant(repository, options.users.front());
+    Planter plant(repository, kUsers.front());
     const auto projects = Repository::kProjectRootId;
     const auto templates = Repository::kTemplateRootId;
 

@@ -7,30 +7,33 @@
 
 namespace brevint::service {
 
-Sessions::Sessions(std::vector<User> users, Seconds tokenLifetime, Seconds sessionLifetime)
-    : m_users(std::move(users)), m_tokenLifetime(tokenLifetime),
-      m_sessionLifetime(sessionLifetime) {}
+namespace {
+
+constexpr std::chrono::minutes kTokenLifetime(5);
+constexpr std::chrono::hours kSessionLifetime(8);
+
+} // namespace
 
 const User* Sessions::CheckPassword(std::string_view name, std::string_view password) const {
-    for (const User& user : m_users)
+    for (const User& user : kUsers)
         if (user.name == name)
             return user.password == password ? &user : nullptr;
     return nullptr;
 }
 
 std::string Sessions::IssueToken(const User& user, const std::string& context) {
-    const auto expires = std::chrono::system_clock::now() + m_tokenLifetime;
+    const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
     XmlWriter xml;
     xml.Open("SignInToken")
         .Element("Subject", user.name)
-        .Element("Expires", FormatUtc(expires))
+        .Element("Expires", FormatUtc(now + kTokenLifetime))
         .Element("Value", RandomToken())
         .Close();
     std::string token = xml.Document();
 
     const std::lock_guard lock(m_mutex);
     std::erase_if(m_tokens, [](const auto& entry) { return entry.second.expiry <= Clock::now(); });
-    m_tokens[token] = {&user, context, Clock::now() + m_tokenLifetime};
+    m_tokens[token] = {&user, context, Clock::now() + kTokenLifetime};
     return token;
 }
 
@@ -43,7 +46,7 @@ std::optional<SessionCookies> Sessions::Redeem(const std::string& token,
     const SessionCookies cookies{RandomToken(), RandomToken()};
     std::erase_if(m_sessions,
                   [](const auto& entry) { return entry.second.expiry <= Clock::now(); });
-    m_sessions[cookies] = {node.mapped().user, Clock::now() + m_sessionLifetime};
+    m_sessions[cookies] = {node.mapped().user, Clock::now() + kSessionLifetime};
     return cookies;
 }
 

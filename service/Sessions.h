@@ -9,18 +9,13 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace brevint::service {
 
 /// Who may sign in, the tokens under way between portal and federation endpoint, and the sessions.
-/// Thread-safe; the users that it hands out live as long as it does.
+/// Thread-safe; the users that it hands out are those of kUsers.
 class Sessions {
 public:
-    using Seconds = std::chrono::seconds;
-
-    Sessions(std::vector<User> users, Seconds tokenLifetime, Seconds sessionLifetime);
-
     /// Null when the name is unknown or the password wrong.
     const User* CheckPassword(std::string_view name, std::string_view password) const;
 
@@ -49,9 +44,6 @@ private:
         Clock::time_point expiry;
     };
 
-    const std::vector<User> m_users;
-    const Seconds m_tokenLifetime;
-    const Seconds m_sessionLifetime;
     mutable std::mutex m_mutex;
     std::map<std::string, Token> m_tokens; ///< By the token's whole text.
     std::map<SessionCookies, Session> m_sessions;
