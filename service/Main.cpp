@@ -56,17 +56,17 @@ int Run(int argc, char** argv) {
     app.set_version_flag("--version", "brevint-service " BREVINT_VERSION);
     for (const OptionRow& row : AllOptions())
         AddOption(app, row, options);
-    // For the document; not shown.
-    bool wantsDocument = false;
-    app.add_flag("--option-document", wantsDocument)->group("");
+    // For those who write the document; not shown.
+    std::string table;
+    app.add_option("--write-table", table)->group("");
 
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& result) {
         return app.exit(result);
     }
-    if (wantsDocument) {
-        std::cout << OptionDocument();
+    if (!table.empty()) {
+        std::cout << DocumentedTable(table);
         return 0;
     }
 

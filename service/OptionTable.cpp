@@ -53,25 +53,37 @@ constexpr OptionRow kRows[] = {
      }},
 };
 
+std::string DocumentedOptions() {
+    std::string table = "| Option | Meaning |\n|---|---|\n";
+    for (const OptionRow& row : kRows) {
+        const std::string blank = *row.value ? " " : "";
+        table += "| `" + (row.name + blank + row.value) + "` | " + row.meaning +
+                 (row.repeated ? "; may be given several times |\n" : " |\n");
+    }
+    return table + "| `--help`, `--version` | Prints a help text or the version, and ends |\n";
+}
+
+std::string DocumentedMisbehaviour() {
+    std::string table = "| `--misbehave` | Meaning |\n|---|---|\n";
+    for (const MisbehaviourRow& row : AllMisbehaviours()) {
+        table.append("| `").append(row.name).append(row.value.empty() ? "" : "=");
+        table.append(row.value).append("` | ").append(row.meaning).append(" |\n");
+    }
+    return table;
+}
+
 } // namespace
 
 std::span<const OptionRow> AllOptions() {
     return kRows;
 }
 
-std::string OptionDocument() {
-    std::string document = "| Option | Meaning |\n|---|---|\n";
-    for (const OptionRow& row : kRows) {
-        const std::string blank = *row.value ? " " : "";
-        document += "| `" + (row.name + blank + row.value) + "` | " + row.meaning +
-                    (row.repeated ? "; may be given several times |\n" : " |\n");
-    }
-    document += "| `--help`, `--version` | |\n\n| `--misbehave` | Meaning |\n|---|---|\n";
-    for (const MisbehaviourRow& row : AllMisbehaviours()) {
-        document.append("| `").append(row.name).append(row.value.empty() ? "" : "=");
-        document.append(row.value).append("` | ").append(row.meaning).append(" |\n");
-    }
-    return document;
+std::string DocumentedTable(const std::string& name) {
+    if (name == "options")
+        return DocumentedOptions();
+    if (name == "misbehaviour")
+        return DocumentedMisbehaviour();
+    throw std::invalid_argument("there is no such table");
 }
 
 } // namespace brevint::service

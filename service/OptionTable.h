@@ -21,7 +21,8 @@ struct OptionRow {
 
 std::span<const OptionRow> AllOptions();
 
-/// The options and what --misbehave takes, as the two tables of docs/service.md.
-std::string OptionDocument();
+/// The table "options" or "misbehaviour" of docs/service.md. Throws std::invalid_argument for
+/// another name.
+std::string DocumentedTable(const std::string& name);
 
 } // namespace brevint::service
