@@ -18,11 +18,11 @@ using HttpHeaders = std::vector<std::pair<std::string, std::string>>;
 
 /// A request as it came in: nothing is decoded yet.
 struct HttpRequest {
-    std::string method;
-    std::string path;  ///< Begins with "/"; percent escapes as sent.
-    std::string query; ///< What follows "?", without it; percent escapes as sent.
-    HttpHeaders headers;
-    std::string body;
+    std::string method = {};
+    std::string path = {};  ///< Begins with "/"; percent escapes as sent.
+    std::string query = {}; ///< What follows "?", without it; percent escapes as sent.
+    HttpHeaders headers = {};
+    std::string body = {};
 
     /// The value of a header, "" when it is absent. A header that was sent several times gives its
     /// values joined by ", ", so that a doubled single-valued header matches nothing.

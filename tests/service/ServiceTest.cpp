@@ -1,6 +1,9 @@
 #include "base/Hex.h"
 #include "service/Blob.h"
 #include "service/ReferenceService.h"
+#include "service/ServiceError.h"
+#include "tests/support/Environment.h"
+#include "tests/support/TempFolder.h"
 
 #include <boost/algorithm/string/replace.hpp>
 #include <gtest/gtest.h>
@@ -38,6 +41,10 @@ std::string Between(std::string_view text, std::string_view open, std::string_vi
         return {};
     text.remove_prefix(start + open.size());
     return std::string(text.substr(0, text.find(close)));
+}
+
+std::string Header(const HttpReply& reply, std::string_view name) {
+    return HttpRequest{.headers = reply.headers}.Header(name);
 }
 
 // A service of its own for each test, and what a client does with it.
@@ -81,21 +88,33 @@ protected:
         return {"PUT", Download(id).target, Multipart(name, content), kMultipartType};
     }
 
-    // `cookies` is the value of the Cookie header.
+    // What the server does with a request, without a connection. `cookies` is the value of the
+    // Cookie header.
     HttpReply Exchange(const Request& request, const std::string& cookies = {}) const {
         HttpRequest message{request.method, Between(request.target, "", "?"),
                             Between(request.target, "?", "#"), request.headers, ""};
         message.headers.emplace_back("Cookie", cookies);
         if (message.Header("Host").empty())
             message.headers.emplace_back("Host", "localhost");
-        const service::Admission admission = m_service.Admit(message);
-        message.body = request.body;
-        HttpReply reply = admission.refusal ? *admission.refusal : admission.answer(message);
-        if (reply.file) {
-            reply.body.resize(reply.file->Size());
-            reply.file->Read(0, reply.body.data(), reply.body.size());
+        try {
+            const service::Admission admission = m_service.Admit(message);
+            if (admission.refusal)
+                return *admission.refusal;
+            message.body = request.body;
+            const std::string_view body = request.body;
+            for (std::size_t i = 0; admission.receive && i < body.size(); i += 70)
+                admission.receive(body.substr(i, 70));
+            HttpReply reply = admission.answer(message);
+            if (reply.file) {
+                const auto [offset, length] =
+                    reply.range.value_or(service::ByteRange{0, reply.file->Size()});
+                reply.body.resize(length);
+                reply.file->Read(offset, reply.body.data(), length);
+            }
+            return reply;
+        } catch (const std::exception& failure) {
+            return service::ErrorReply(failure);
         }
-        return reply;
     }
 
     void Check(const std::string& cookies, const std::vector<Case>& cases) const {
@@ -156,7 +175,7 @@ protected:
         return states + " " + Between(job, "<Details>", "<");
     }
 
-    service::ReferenceService m_service;
+    service::ReferenceService m_service{{.patternFiles = {{"Huge.bin", 1099511627776}}}};
     std::string m_ada, m_ben;      // Sessions of the administrator and of the plain user.
     std::string m_bridge, m_notes; // A folder of projects and a file in it.
 };
@@ -204,7 +223,7 @@ TEST_F(Service, EveryCallNeedsBothCookiesOfALivingSession) {
           "PUT /Repository/Files/1", "GET /Repository/Jobs/1"})
         Check(m_ada, {{{Between(call, "", " "), Between(call, " ", "\n")}, 403, kDenied}});
     const HttpRequest upload{"PUT", "/Repository/Files/1", {}, {{"Host", "localhost"}}, {}};
-    EXPECT_TRUE(m_service.Admit(upload).refusal) << "before its body is read";
+    EXPECT_THROW(m_service.Admit(upload), service::ServiceError) << "before its body is read";
 }
 
 TEST_F(Service, RefusesWhatPagesOfOthersSend) {
@@ -279,6 +298,68 @@ TEST_F(Service, JobsEndInDownloadsOrFail) {
     EXPECT_EQ(Finish(Begin(Overwrite(m_notes, "N.txt", ""))), provided + "N.txt') is empty.");
     EXPECT_EQ(Finish(Begin(Overwrite(m_notes, "my copy.TXT", "second"))), "012 " + m_notes);
     EXPECT_EQ(Exchange(Download(m_notes), m_ben).body, "second");
+}
+
+TEST_F(Service, DownloadsAnswerRanges) {
+    const std::string huge = Find(kProjectRoot, "Huge.bin"), text = "Span 3 needs a second look.\n";
+    const std::string date = "Mon, 04 Mar 2024 16:05:12 GMT";
+    const std::string tag = Header(Exchange(Download(m_notes), m_ada), "ETag");
+    const auto check = [&](const std::string& id, const std::string& range,
+                           const std::string& condition, const std::string& expected) {
+        const HttpReply reply = Exchange(
+            {"GET", Download(id).target, {}, {{"Range", range}, {"If-Range", condition}}}, m_ada);
+        EXPECT_EQ(Header(reply, "Content-Range") + "|" + (reply.file ? reply.body : ""), expected)
+            << range;
+        EXPECT_EQ(reply.status, expected[0] == '|' ? 200 : expected.ends_with('|') ? 416 : 206);
+    };
+    check(m_notes, "bytes=5-", "", "bytes 5-27/28|" + text.substr(5));
+    check(m_notes, "bytes=0-3", tag, "bytes 0-3/28|Span");
+    check(m_notes, "bytes=27-99", date, "bytes 27-27/28|\n");
+    check(m_notes, "bytes=28-", "", "bytes */28|");
+    check(huge, "bytes=1099511627775-", "", "bytes 1099511627775-1099511627775/1099511627776|\xE0");
+    check(m_notes, "bytes=0-3", "\"other\"", "|" + text);
+    for (const char* other :
+         {"bytes=-4", "bytes=0-1,3-4", "bytes=3-2", "bytes=0-18446744073709551616"})
+        check(m_notes, other, "", "|" + text);
+    Finish(Begin(Overwrite(m_notes, "N.txt", "second")));
+    check(m_notes, "bytes=0-3", tag, "|second");
+    check(m_notes, "bytes=0-3", date, "|second");
+}
+
+TEST_F(Service, MisbehavesAsItIsTold) {
+    const HttpRequest head{
+        "GET", Download(m_notes).target, {}, {{"Host", "localhost"}, {"Cookie", m_ada}}};
+    service::Misbehaviour misbehaviour;
+    for (const char* text : {"reset=5", "slow=9", "unavailable=7", "changed", "requests=1"})
+        service::ReadMisbehaviour(text, misbehaviour);
+    m_service.Misbehave(misbehaviour);
+    Check(m_ada, {{List(m_bridge), 200, ""}});
+    const service::Admission admission = m_service.Admit(head);
+    EXPECT_EQ(admission.misbehaviour.breakOff, service::Misbehaviour::Break::Reset);
+    EXPECT_EQ(admission.misbehaviour.breakAfter + admission.misbehaviour.bytesPerSecond, 5u + 9u);
+    EXPECT_EQ(admission.refusal->status, 503);
+    EXPECT_EQ(Header(*admission.refusal, "Retry-After"), "7");
+    EXPECT_FALSE(m_service.Admit(head).refusal) << "it was for one request";
+
+    m_service.Misbehave({.changesFile = true});
+    const std::string tag = Header(Exchange(Download(m_notes), m_ada), "ETag");
+    EXPECT_NE(Header(Exchange(Download(m_notes), m_ada), "ETag"), tag);
+    m_service.Misbehave({.endsSession = true});
+    Check(m_ada, {{Upload(m_bridge, "a.txt", "x"), 200, ""}, {List(m_bridge), 403, kDenied}});
+    for (const char* wrong : {"", "cut", "cut=", "cut=-1", "cut=18446744073709551616", "changed=1"})
+        EXPECT_THROW(service::ReadMisbehaviour(wrong, misbehaviour), std::invalid_argument);
+}
+
+TEST(TemporaryFile, GoesWithItsObject) {
+    const TempFolder folder;
+    const auto use = [](const std::filesystem::path& path) {
+        for (const char* name : {"TMPDIR", "TMP"})
+            SetVariable(name, path.string());
+    };
+    use(folder.Folder());
+    service::TemporaryFile().Append("content");
+    use(folder.Folder().parent_path());
+    EXPECT_TRUE(std::filesystem::is_empty(folder.Folder()));
 }
 
 } // namespace
