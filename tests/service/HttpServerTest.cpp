@@ -44,9 +44,7 @@ public:
         return bytes;
     }
 
-    // How the connection has ended.
     boost::system::error_code End() const { return m_end; }
-
     void EndSending() { m_socket.shutdown(asio::ip::tcp::socket::shutdown_send); }
 
 private:
@@ -154,11 +152,7 @@ TEST(HttpServer, MisbehavesAsItIsTold) {
     using enum service::Misbehaviour::Break;
     const std::string get = "GET /chunked HTTP/1.0\r\n\r\n";
     const std::string post = "POST / HTTP/1.1\r\nContent-Length: 8\r\n\r\n8 bytes.";
-    struct Row {
-        service::Misbehaviour how;
-        std::string request;
-        int content, answers;
-    };
+    using Row = std::tuple<service::Misbehaviour, std::string, int, int>; // content, answers
     for (const auto& [how, request, content, answers] :
          {Row{{.breakOff = Cut, .breakAfter = 270'000}, get, 270'000, 1},
           Row{{.breakOff = Silence, .breakAfter = 7}, get, 7, 1},
