@@ -243,6 +243,7 @@ asio::awaitable<void> ReadBody(Stream& stream, flat_buffer& buffer, std::uint64_
 asio::awaitable<void> ReadChunkedBody(Stream& stream, flat_buffer& buffer, Parser& parser,
                                       const Receive& receive, Passage& passage) {
     std::vector<char> block(kBlockSize);
+    buffer.reserve(kBlockSize); // what is read at a time goes by it
     while (!parser.is_done()) {
         const std::size_t size = co_await passage.Next(block.size());
         auto& body = parser.get().body();
