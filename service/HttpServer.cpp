@@ -47,7 +47,7 @@ using Stream = boost::beast::tcp_stream;
 namespace {
 
 constexpr std::size_t kThreadCount = 4;
-constexpr std::size_t kBlockSize = 256 * 1024; // of content, whatever its length
+constexpr std::size_t kBlockSize = 256 * 1024; // What is read or sent at a time.
 constexpr std::uint32_t kHeaderLimit = 64 * 1024;
 
 template <class Text>
@@ -112,13 +112,14 @@ asio::awaitable<void> Finish(Stream& stream) {
     co_await WaitForTheClientsEnd(stream);
 }
 
-// The content that one exchange receives and sends, as the misbehaviour lets it through.
-class Passage {
+// The flow of one exchange's content, received and sent, which the misbehaviour slows down and
+// breaks off.
+class Flow {
 public:
-    Passage(Stream& stream, const Misbehaviour& misbehaviour)
+    Flow(Stream& stream, const Misbehaviour& misbehaviour)
         : m_stream(stream), m_misbehaviour(misbehaviour) {}
 
-    // Of `wanted` bytes so many may pass as one block. Breaks off where it is time to.
+    // How many of `wanted` bytes may pass as one block. Breaks off once enough have passed.
     asio::awaitable<std::size_t> Next(std::uint64_t wanted) {
         wanted = std::min<std::uint64_t>(wanted, kBlockSize);
         if (m_misbehaviour.bytesPerSecond > 0)
@@ -131,7 +132,7 @@ public:
         co_return static_cast<std::size_t>(wanted);
     }
 
-    // To be called with what has passed; takes the time that this is to take.
+    // Counts what has passed, and waits for as long as so many bytes are to take.
     asio::awaitable<void> Note(std::size_t count) {
         m_passed += count;
         if (m_misbehaviour.bytesPerSecond == 0)
@@ -143,14 +144,14 @@ public:
         co_await pause.async_wait(asio::use_awaitable);
     }
 
-    // What was received is all there is: breaks off if that is still to come.
-    asio::awaitable<void> EndOfBody() {
+    // To be called before the reply to an upload: where it is to break off, here at the latest.
+    asio::awaitable<void> EndUpload() {
         if (m_misbehaviour.breakOff != Misbehaviour::Break::None)
             co_await BreakOff();
     }
 
 private:
-    // Ends by throwing, at the latest when the client has gone.
+    // Always throws: at once after a reset, otherwise when the client has gone.
     asio::awaitable<void> BreakOff() {
         if (m_misbehaviour.breakOff == Misbehaviour::Break::Reset) {
             m_stream.socket().set_option(asio::socket_base::linger(true, 0));
@@ -168,12 +169,12 @@ private:
     std::uint64_t m_passed = 0;
 };
 
-asio::awaitable<void> WriteFile(Stream& stream, const HttpReply& reply, Passage& passage) {
+asio::awaitable<void> WriteFile(Stream& stream, const HttpReply& reply, Flow& flow) {
     std::vector<char> block(kBlockSize);
     const std::string_view lineEnd = reply.chunked ? "\r\n" : "";
     auto [offset, remaining] = SentRange(reply);
     while (remaining > 0) {
-        const std::size_t count = co_await passage.Next(remaining);
+        const std::size_t count = co_await flow.Next(remaining);
         reply.file->Read(offset, block.data(), count);
         char length[20] = "";
         if (reply.chunked)
@@ -182,7 +183,7 @@ asio::awaitable<void> WriteFile(Stream& stream, const HttpReply& reply, Passage&
             asio::buffer(length, std::strlen(length)), asio::buffer(block.data(), count),
             asio::buffer(lineEnd)};
         co_await Write(stream, message);
-        co_await passage.Note(count);
+        co_await flow.Note(count);
         offset += count;
         remaining -= count;
     }
@@ -191,14 +192,14 @@ asio::awaitable<void> WriteFile(Stream& stream, const HttpReply& reply, Passage&
 }
 
 asio::awaitable<void> WriteReply(Stream& stream, const HttpReply& reply, bool keepAlive,
-                                 Passage& passage) {
+                                 Flow& flow) {
     const std::string header = HeaderText(reply, keepAlive);
     const std::array<asio::const_buffer, 2> message = {asio::buffer(header),
                                                        asio::buffer(reply.body)};
     if (reply.file) {
-        co_await passage.Next(0);
+        co_await flow.Next(0);
         co_await Write(stream, asio::buffer(header));
-        co_await WriteFile(stream, reply, passage);
+        co_await WriteFile(stream, reply, flow);
     } else {
         co_await Write(stream, message);
     }
@@ -223,10 +224,10 @@ using Receive = std::function<void(std::string_view)>;
 
 // A body whose length its head has told: as much at a time as the system has.
 asio::awaitable<void> ReadBody(Stream& stream, flat_buffer& buffer, std::uint64_t length,
-                               const Receive& receive, Passage& passage) {
+                               const Receive& receive, Flow& flow) {
     std::vector<char> block(kBlockSize);
     while (length > 0) {
-        std::size_t count = co_await passage.Next(length);
+        std::size_t count = co_await flow.Next(length);
         if (buffer.size() > 0) {
             count = asio::buffer_copy(asio::buffer(block.data(), count), buffer.data());
             buffer.consume(count);
@@ -235,17 +236,17 @@ asio::awaitable<void> ReadBody(Stream& stream, flat_buffer& buffer, std::uint64_
                                                     asio::use_awaitable);
         }
         receive({block.data(), count});
-        co_await passage.Note(count);
+        co_await flow.Note(count);
         length -= count;
     }
 }
 
 asio::awaitable<void> ReadChunkedBody(Stream& stream, flat_buffer& buffer, Parser& parser,
-                                      const Receive& receive, Passage& passage) {
+                                      const Receive& receive, Flow& flow) {
     std::vector<char> block(kBlockSize);
     buffer.reserve(kBlockSize); // what is read at a time goes by it
     while (!parser.is_done()) {
-        const std::size_t size = co_await passage.Next(block.size());
+        const std::size_t size = co_await flow.Next(block.size());
         auto& body = parser.get().body();
         body.data = block.data();
         body.size = size;
@@ -256,7 +257,7 @@ asio::awaitable<void> ReadChunkedBody(Stream& stream, flat_buffer& buffer, Parse
             throw boost::system::system_error(error);
         const std::size_t count = size - body.size;
         receive({block.data(), count});
-        co_await passage.Note(count);
+        co_await flow.Note(count);
     }
 }
 
@@ -406,7 +407,7 @@ private:
         parser.header_limit(kHeaderLimit);
         parser.body_limit(std::numeric_limits<std::uint64_t>::max());
         Admission admission;
-        Passage passage(stream, admission.misbehaviour);
+        Flow flow(stream, admission.misbehaviour);
         HttpReply reply;
         bool keepAlive = false;
         try {
@@ -423,10 +424,10 @@ private:
                 keepAlive = keepAlive && !hasBody;
             } else {
                 if (hasBody)
-                    co_await Read(stream, buffer, parser, admission, request, passage);
+                    co_await Read(stream, buffer, parser, admission, request, flow);
                 reply = admission.answer(std::move(request));
                 if (hasBody)
-                    co_await passage.EndOfBody();
+                    co_await flow.EndUpload();
             }
         } catch (const std::exception& failure) {
             reply = Refusal(failure);
@@ -434,17 +435,17 @@ private:
         }
         if (parser.get().version() < 11)
             reply.chunked = false;
-        co_await WriteReply(stream, reply, keepAlive, passage);
+        co_await WriteReply(stream, reply, keepAlive, flow);
         co_return keepAlive;
     }
 
     // Reads the body into `request`, or to wherever the admission has it go.
     asio::awaitable<void> Read(Stream& stream, flat_buffer& buffer, Parser& parser,
-                               const Admission& admission, HttpRequest& request, Passage& passage) {
+                               const Admission& admission, HttpRequest& request, Flow& flow) {
         const HttpServerOptions& options = m_server.m_options;
-        const std::uint64_t limit = admission.receive   ? options.maxStreamedBody
-                                    : admission.trusted ? options.maxBody
-                                                        : options.maxUntrustedBody;
+        const std::uint64_t limit = !admission.trusted  ? options.maxUntrustedBody
+                                    : admission.receive ? options.maxStreamedBody
+                                                        : options.maxBody;
         const Receive receive =
             admission.receive ? admission.receive : [&](std::string_view piece) {
                 request.body += piece;
@@ -456,9 +457,9 @@ private:
             co_await Write(stream, asio::buffer("HTTP/1.1 100 Continue\r\n\r\n", 25));
         parser.body_limit(limit);
         if (length)
-            co_await ReadBody(stream, buffer, *length, receive, passage);
+            co_await ReadBody(stream, buffer, *length, receive, flow);
         else
-            co_await ReadChunkedBody(stream, buffer, parser, receive, passage);
+            co_await ReadChunkedBody(stream, buffer, parser, receive, flow);
     }
 
     const HttpServer& m_server;

@@ -16,14 +16,13 @@ namespace brevint::service {
 struct HttpServerOptions {
     std::uint16_t port = 0; ///< 0: chosen by the system.
 
-    /// Longer request bodies are refused (413): those that somebody receives piece by piece,
-    /// others, and those of requests that are not trusted.
-    std::uint64_t maxStreamedBody = std::uint64_t{64} << 30;
-    std::uint64_t maxBody = 16 * 1024 * 1024;
-    std::uint64_t maxUntrustedBody = 64 * 1024;
+    // Longer request bodies are refused (413).
+    std::uint64_t maxStreamedBody = std::uint64_t{64} << 30; ///< Of those taken piece by piece.
+    std::uint64_t maxBody = 16 * 1024 * 1024;                ///< Of those collected in memory.
+    std::uint64_t maxUntrustedBody = 64 * 1024;              ///< Of requests that are not trusted.
 
-    /// The longest wait for a request's head. An exchange that is not trusted must end in that
-    /// time.
+    /// The longest wait for a request's head, and the longest time of an exchange that is not
+    /// trusted.
     std::chrono::milliseconds patience = std::chrono::minutes(1);
 
     /// Beyond so many the connection that has waited longest for its next request is closed, even
@@ -32,8 +31,8 @@ struct HttpServerOptions {
     std::size_t maxConnections = 512;
 };
 
-/// What comes of a request, decided when its head is there. What its functions throw becomes the
-/// reply.
+/// What comes of a request, decided when its head is there. Its functions may throw: that becomes
+/// the reply, as ErrorReply makes it.
 struct Admission {
     std::optional<HttpReply> refusal = {}; ///< Sent at once; the body is not read.
 

@@ -9,8 +9,8 @@
 
 namespace brevint::service {
 
-/// What a service does wrong on purpose with requests for the content of files, so that a client
-/// can be tested with it. As it stands, nothing.
+/// What a service does wrong on purpose with downloads and uploads, so that clients can be tested
+/// with it. Unless something is set, nothing.
 struct Misbehaviour {
     enum class Break {
         None,
@@ -28,7 +28,7 @@ struct Misbehaviour {
     std::optional<std::uint64_t> retryAfter = {}; ///< Status 503 with so many seconds to wait.
     bool changesFile = false;                     ///< Each download finds the file changed.
     bool endsSession = false;                     ///< The session ends with the request's head.
-    std::uint64_t requests = std::numeric_limits<std::uint64_t>::max(); ///< Then all is well.
+    std::uint64_t requests = std::numeric_limits<std::uint64_t>::max(); ///< It concerns so many.
 };
 
 /// What --misbehave takes: a name, for some with a number after "=".
@@ -44,12 +44,12 @@ std::span<const MisbehaviourRow> AllMisbehaviours();
 /// Sets what `text` says. Throws std::invalid_argument when no row fits it.
 void ReadMisbehaviour(std::string_view text, Misbehaviour& misbehaviour);
 
-/// How a service behaves at the time. Thread-safe.
+/// How a service behaves until it is told otherwise. Thread-safe.
 class Conduct {
 public:
     void Set(const Misbehaviour& misbehaviour);
 
-    /// What to do with one more request.
+    /// How to behave towards one more request, which counts as one of Misbehaviour::requests.
     Misbehaviour Next();
 
 private:

@@ -35,8 +35,7 @@ private:
     std::string m_head; ///< From the body's start to the part's content.
     bool m_headIsRead = false;
     MultipartFile m_file;
-    std::string
-        m_tail; ///< The last bytes that were written, as many as the closing boundary may have.
+    std::string m_tail; ///< What was written last, as long as the closing boundary may be.
 };
 
 } // namespace brevint::service

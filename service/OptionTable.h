@@ -21,8 +21,8 @@ struct OptionRow {
 
 std::span<const OptionRow> AllOptions();
 
-/// The table "options" or "misbehaviour" of docs/service.md. Throws std::invalid_argument for
-/// another name.
+/// The table of that name in docs/service.md, "options" or "misbehaviour". Throws
+/// std::invalid_argument for other names.
 std::string DocumentedTable(const std::string& name);
 
 } // namespace brevint::service

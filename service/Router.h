@@ -24,8 +24,8 @@ struct Call {
 
 enum class Access { Anyone, SignedIn };
 
-/// Finds the resource that answers a request. Filled before the server starts, unchanged
-/// afterwards.
+/// Finds the resource that answers a request. It is filled before the server starts, and does not
+/// change after that.
 class Router {
 public:
     /// Answers a call when its body is there.
