@@ -239,6 +239,12 @@ TEST_F(Service, RefusesWhatPagesOfOthersSend) {
 TEST_F(Service, RefusalsHaveTheirStatusAndText) {
     const std::string path = "/rePOSitory/items/" + kProjectRoot + "/ITEMS";
     const std::string templates(service::Repository::kTemplateRootId);
+    const std::string convert = "Error converting value &quot;1&quot; to type 'Guid'. Path ";
+    const std::string malformed = "The multipart body is malformed: the last boundary is missing.";
+    Request form = SetLocked(m_notes, "true"), nothing = Upload(m_bridge, "", ""), part = nothing;
+    form.headers = kFormType;
+    nothing.body = "";
+    part.body.resize(part.body.size() - 9);
     Check(
         m_ada,
         {{{"GET", path}, 200, ""},
@@ -249,7 +255,12 @@ TEST_F(Service, RefusalsHaveTheirStatusAndText) {
          {Create(m_bridge, "f"), 409, "The destination already contains a folder named 'f'."},
          {SetLocked(m_bridge, "true"), 400, "Cannot check-out or check-in folders."},
          {SetLocked(m_notes, "false"), 409, "Item already checked in."},
+         {SetLocked(m_notes, "true,\"F\":1"), 400, "Member 'F' is unknown."},
+         {form, 415, "The body must be application/json."},
          {Upload(m_bridge, "a.template", "x"), 400, "Cannot add templates to project repository."},
+         {nothing, 400, "No files found."},
+         {part, 400, malformed},
+         {Delete("1"), 400, convert + "'ItemIds[0]'."},
          {Delete(m_notes + "\",\"12345678-9abc-def0-1234-56789abcdef0"), 404, kNotFound}});
     Check(m_ben, {{SetLocked(m_notes, "true"), 200, ""},
                   {SetLocked(m_notes, "true"), 409, "Item already checked out."},
@@ -258,21 +269,6 @@ TEST_F(Service, RefusalsHaveTheirStatusAndText) {
     for (const Request& call : {SetLocked(m_notes, "false"), Delete(m_bridge)})
         Check(m_ada, {{call, 409, "Item checked out to another user."}});
     Check(m_ben, {{Delete(m_bridge), 200, ""}, {Download(m_notes), 404, kNotFound}});
-}
-
-TEST_F(Service, BodiesAreReadStrictly) {
-    const std::string whole = Multipart("a.txt", "x"), convert = "Error converting value ";
-    Request form = SetLocked(m_notes, "true");
-    form.headers = kFormType;
-    Check(
-        m_ada,
-        {{form, 415, "The body must be application/json."},
-         {Delete("1"), 400, convert + "&quot;1&quot; to type 'Guid'. Path 'ItemIds[0]'."},
-         {SetLocked(m_notes, "true,\"F\":1"), 400, "Member 'F' is unknown."},
-         {{"POST", kItems + m_bridge + "/Files", "", kMultipartType}, 400, "No files found."},
-         {{"POST", kItems + m_bridge + "/Files", whole.substr(0, whole.size() - 9), kMultipartType},
-          400,
-          "The multipart body is malformed: the last boundary is missing."}});
 }
 
 TEST_F(Service, JobsEndInDownloadsOrFail) {
@@ -343,14 +339,13 @@ TEST_F(Service, MisbehavesAsItIsTold) {
 
 TEST(TemporaryFile, GoesWithItsObject) {
     const TempFolder folder;
-    const auto use = [](const std::filesystem::path& path) {
-        for (const char* name : {"TMPDIR", "TMP"})
-            SetVariable(name, path.string());
-    };
-    use(folder.Folder());
-    service::TemporaryFile().Append("content");
-    use(folder.Folder().parent_path());
-    EXPECT_TRUE(std::filesystem::is_empty(folder.Folder()));
+    const auto usual = folder.Folder().parent_path();
+    for (const auto& [path, place] : {std::pair(folder.Folder(), "there"), {usual, "back again"}}) {
+        SetVariable("TMPDIR", path.string());
+        SetVariable("TMP", path.string());
+        service::TemporaryFile().Append(place);
+        EXPECT_TRUE(std::filesystem::is_empty(folder.Folder()));
+    }
 }
 
 } // namespace
