@@ -40,18 +40,23 @@ public:
     // Blocks until `count` bytes have come; gives fewer when the connection has ended.
     std::string ReceiveBytes(std::size_t count) {
         std::string bytes(count, '\0');
-        bytes.resize(asio::read(m_socket, asio::buffer(bytes), m_end));
+        boost::system::error_code error;
+        bytes.resize(asio::read(m_socket, asio::buffer(bytes), error));
         return bytes;
     }
 
-    boost::system::error_code End() const { return m_end; }
+    // False once the connection has been reset, which Wine reports as its end to those who read.
+    bool TakesAnotherByte() {
+        boost::system::error_code error;
+        return asio::write(m_socket, asio::buffer("", 1), error) == 1;
+    }
+
     void EndSending() { m_socket.shutdown(asio::ip::tcp::socket::shutdown_send); }
 
 private:
     asio::io_context m_context;
     asio::ip::tcp::socket m_socket{m_context};
     boost::beast::flat_buffer m_buffer;
-    boost::system::error_code m_end;
 };
 
 std::atomic<int> gAnswers; // How many requests were answered.
@@ -174,7 +179,7 @@ TEST(HttpServer, MisbehavesAsItIsTold) {
         const std::string reply = client.ReceiveBytes(1'000'000);
         EXPECT_EQ(std::ranges::count(reply, 'x'), content);
         EXPECT_EQ(reply.empty(), content == 0);
-        EXPECT_EQ(client.End() == asio::error::connection_reset, how.breakOff == Reset);
+        EXPECT_EQ(client.TakesAnotherByte(), how.breakOff == Cut || how.breakOff == None);
         EXPECT_EQ(gAnswers, answers);
         EXPECT_GE(std::chrono::steady_clock::now() - start, how.bytesPerSecond > 0 ? 300ms : 0ms);
     }
