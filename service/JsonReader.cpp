@@ -51,7 +51,7 @@ JsonReader::JsonReader(std::string_view contentType, std::string_view body,
         if (!value.contains(std::string(name)))
             throw BadRequest("Member '" + std::string(name) + "' is missing.");
     for (const auto& [name, ignored] : value.items())
-        if (std::find(members.begin(), members.end(), name) == members.end())
+        if (std::ranges::find(members, name) == members.end())
             throw BadRequest("Member '" + name + "' is unknown.");
     m_object = std::make_shared<const json>(std::move(value));
 }

@@ -30,8 +30,7 @@ std::string FileType(std::string_view name) {
 void CheckContent(const std::string& name, const Blob& content) {
     if (content.Size() == 0)
         throw BadProvidedFile(name, "is empty.");
-    if (std::find(kRefusedTypes.begin(), kRefusedTypes.end(), FileType(name)) !=
-        kRefusedTypes.end())
+    if (std::ranges::find(kRefusedTypes, FileType(name)) != kRefusedTypes.end())
         throw BadProvidedFile(name, "is of a type that the repository does not accept.");
 }
 
@@ -88,7 +87,7 @@ std::vector<std::pair<Item, std::string>> Repository::Templates() const {
     for (const auto& [id, node] : m_nodes)
         if (!node.item.IsFolder() && FileType(node.item.name) == ".template")
             templates.emplace_back(node.item, m_nodes.at(node.item.parentId).item.name);
-    std::sort(templates.begin(), templates.end(), [](const auto& left, const auto& right) {
+    std::ranges::sort(templates, [](const auto& left, const auto& right) {
         return std::tie(left.second, left.first.name) < std::tie(right.second, right.first.name);
     });
     return templates;

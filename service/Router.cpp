@@ -65,7 +65,8 @@ std::string Call::Guid() const {
     return *guid;
 }
 
-void Router::Add(std::string method, std::string_view pattern, Access access, Handler handler) {
+void Router::Add(std::string method, std::string_view pattern, Access access,
+                 const Handler& handler) {
     AddOpened(std::move(method), pattern, access, [handler](const Call& opened) {
         return Admission{.answer = [handler, call = opened](HttpRequest request) mutable {
             call.request = std::move(request);

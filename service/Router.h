@@ -38,7 +38,7 @@ public:
 
     /// In a pattern like "Repository/Items/{id}/Path" words match in any letter case, and "{id}"
     /// matches any one segment.
-    void Add(std::string method, std::string_view pattern, Access access, Handler handler);
+    void Add(std::string method, std::string_view pattern, Access access, const Handler& handler);
 
     /// The same for a resource whose requests are not only answered.
     void AddOpened(std::string method, std::string_view pattern, Access access, Opener opener);

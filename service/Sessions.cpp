@@ -43,7 +43,7 @@ std::optional<SessionCookies> Sessions::Redeem(const std::string& token,
     const auto node = m_tokens.extract(token);
     if (!node || node.mapped().expiry <= Clock::now() || node.mapped().context != context)
         return std::nullopt;
-    const SessionCookies cookies{RandomToken(), RandomToken()};
+    SessionCookies cookies{RandomToken(), RandomToken()};
     std::erase_if(m_sessions,
                   [](const auto& entry) { return entry.second.expiry <= Clock::now(); });
     m_sessions[cookies] = {node.mapped().user, Clock::now() + kSessionLifetime};

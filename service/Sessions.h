@@ -35,12 +35,12 @@ private:
     using Clock = std::chrono::steady_clock;
 
     struct Token {
-        const User* user;
+        const User* user = nullptr;
         std::string context;
         Clock::time_point expiry;
     };
     struct Session {
-        const User* user;
+        const User* user = nullptr;
         Clock::time_point expiry;
     };
 

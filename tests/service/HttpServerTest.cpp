@@ -89,7 +89,7 @@ struct ServerAtWork : service::HttpServer {
         EXPECT_EQ(working->ReceiveBytes(25), "HTTP/1.1 100 Continue\r\n\r\n");
     }
 
-    void ExpectThatItGoesOn() {
+    void ExpectThatItGoesOn() const {
         working->Send("half");
         EXPECT_EQ(working->Receive(), "POST / halfhalf");
     }
