@@ -73,8 +73,9 @@ HttpReply Answer(const HttpRequest& request) {
 int main() {
     try {
         StopSignal stop;
-        HttpServer server(
-            {}, [](const HttpRequest&) { return Admission{.answer = Answer, .trusted = true}; });
+        HttpServer server({}, [](const HttpRequest&) {
+            return Admission{.receive = [](std::string_view) {}, .answer = Answer, .trusted = true};
+        });
         server.Start();
         std::cout << "Listening on http://127.0.0.1:" << server.Port() << "/\n" << std::flush;
         stop.Wait();

@@ -16,7 +16,7 @@ set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "client for a service that hosts a document repository
 The library through which an application signs in to such a service and lists,
 downloads, uploads and manages files there; the command-line client brevint;
-and brevint-service, a reference service that keeps everything in memory.")
+and brevint-service, a reference service that keeps nothing.")
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "client library for a document repository - development
 Headers, link library, CMake package, pkg-config file and guide for programs
 that work with a web service that hosts a document repository.")

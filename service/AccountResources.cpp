@@ -7,8 +7,8 @@ namespace brevint::service {
 
 namespace {
 
-constexpr char serviceVersion[] = "4.2.0.118";
-constexpr const char* desktopVersions[] = {"4.0.0", "4.1.0", "4.2.0"};
+constexpr char kServiceVersion[] = "4.2.0.118";
+constexpr const char* kDesktopVersions[] = {"4.0.0", "4.1.0", "4.2.0"};
 
 HttpReply TellIdentity(const Call& call) {
     XmlWriter xml;
@@ -23,8 +23,8 @@ HttpReply TellIdentity(const Call& call) {
 
 HttpReply TellVersions(const Call&) {
     XmlWriter xml;
-    xml.Open("ResponseData").Element("Version", serviceVersion).Open("Client");
-    for (const char* version : desktopVersions)
+    xml.Open("ResponseData").Element("Version", kServiceVersion).Open("Client");
+    for (const char* version : kDesktopVersions)
         xml.Element("Version", version);
     xml.Close().Close();
     return XmlReply(xml.Document());

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "service/TemporaryFile.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -17,9 +19,10 @@ public:
     virtual void Read(std::uint64_t offset, char* target, std::size_t count) const = 0;
 };
 
-/// `count` bytes of `owner` from `offset` on, without copying them.
-std::shared_ptr<const Blob> MakeBlob(std::string owner, std::size_t offset, std::size_t count);
 std::shared_ptr<const Blob> MakeBlob(std::string content);
+
+/// The first `size` bytes of the file.
+std::shared_ptr<const Blob> MakeBlob(std::shared_ptr<const TemporaryFile> file, std::uint64_t size);
 
 /// `size` bytes that are computed when they are read: byte i is (i * 31 + i / 256) modulo 256.
 std::shared_ptr<const Blob> MakePatternBlob(std::uint64_t size);

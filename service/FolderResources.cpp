@@ -4,19 +4,20 @@
 #include "service/JsonReader.h"
 #include "service/Resources.h"
 #include "service/ServiceError.h"
+#include "service/Text.h"
 #include "service/XmlWriter.h"
 
 namespace brevint::service {
 
 namespace {
 
-constexpr int folderType = 0;
+constexpr int kFolderType = 0;
 
-/// The numbers that stand in ItemType, with their descriptions.
+// The numbers that stand in ItemType, with their descriptions.
 std::pair<int, const char*> TypeOf(const Item& item) {
     const std::string name = base::ToLower(item.name);
     if (item.IsFolder())
-        return {folderType, "Folder"};
+        return {kFolderType, "Folder"};
     if (name.ends_with(".project"))
         return {2, "Project"};
     if (name.ends_with(".template"))
@@ -32,8 +33,8 @@ void WriteItem(XmlWriter& xml, const Item& item) {
         .Element("OwnerId", item.ownerId)
         .Element("Name", item.name)
         .Element("Description", item.description)
-        .Element("DateCreated", item.created)
-        .Element("DateModified", item.modified);
+        .Element("DateCreated", FormatUtc(item.created))
+        .Element("DateModified", FormatUtc(item.modified));
     if (!item.IsFolder())
         xml.Open("Data").Element("Size", std::to_string(item.content->Size())).Close();
     xml.Flag("Locked", !item.lockedBy.empty())
@@ -57,7 +58,7 @@ HttpReply CreateFolder(const Call& call, Repository& repository) {
     const std::string parentId = call.Guid();
     const JsonReader body(call.request.Header("Content-Type"), call.request.body,
                           {"ItemType", "Name"});
-    if (body.Integer("ItemType") != folderType)
+    if (body.Integer("ItemType") != kFolderType)
         throw BadRequest("Only folders can be created here.");
     const std::string id = repository.AddFolder(parentId, body.String("Name"), *call.user);
     XmlWriter xml;

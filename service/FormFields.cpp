@@ -12,7 +12,7 @@ namespace {
 
 std::string Decode(std::string_view text) {
     std::string blanks(text);
-    std::replace(blanks.begin(), blanks.end(), '+', ' ');
+    std::ranges::replace(blanks, '+', ' ');
     std::optional<std::string> decoded = base::PercentDecode(blanks);
     if (!decoded)
         throw BadRequest("A percent escape is malformed.");
@@ -26,12 +26,12 @@ bool IsFormCharacter(char c) {
 } // namespace
 
 void FormFields::Add(std::string name, std::string value) {
-    fields_.emplace_back(std::move(name), std::move(value));
+    m_fields.emplace_back(std::move(name), std::move(value));
 }
 
 std::optional<std::string> FormFields::Single(std::string_view name) const {
     const std::string* value = nullptr;
-    for (const auto& [key, text] : fields_) {
+    for (const auto& [key, text] : m_fields) {
         if (key != name)
             continue;
         if (value)
@@ -65,8 +65,8 @@ FormFields ReadForm(std::string_view contentType, std::string_view body) {
             throw BadRequest("A form field lacks its \"=\".");
         const std::string_view name = piece.substr(0, equals);
         const std::string_view value = piece.substr(equals + 1);
-        if (!std::all_of(name.begin(), name.end(), IsFormCharacter) ||
-            !std::all_of(value.begin(), value.end(), IsFormCharacter))
+        if (!std::ranges::all_of(name, IsFormCharacter) ||
+            !std::ranges::all_of(value, IsFormCharacter))
             throw BadRequest("A form field holds a character that must be escaped.");
         fields.Add(Decode(name), Decode(value));
     }

@@ -16,10 +16,10 @@ public:
     /// The value of the one field of that name; nothing when it is absent or doubled.
     std::optional<std::string> Single(std::string_view name) const;
 
-    std::size_t Size() const { return fields_.size(); }
+    std::size_t Size() const { return m_fields.size(); }
 
 private:
-    std::vector<std::pair<std::string, std::string>> fields_;
+    std::vector<std::pair<std::string, std::string>> m_fields;
 };
 
 /// Reads the query part of an address. Throws ServiceError when an escape is malformed.

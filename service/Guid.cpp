@@ -8,16 +8,16 @@ namespace brevint::service {
 
 namespace {
 
-constexpr std::string_view form = "xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
+constexpr std::string_view kForm = "xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
 
 } // namespace
 
 std::optional<std::string> ParseGuid(std::string_view text) {
-    if (text.size() != form.size())
+    if (text.size() != kForm.size())
         return std::nullopt;
-    const std::string guid = base::ToLower(text);
-    for (std::size_t i = 0; i < form.size(); ++i) {
-        if (form[i] == '-' ? guid[i] != '-' : base::HexValue(guid[i]) < 0)
+    std::string guid = base::ToLower(text);
+    for (std::size_t i = 0; i < kForm.size(); ++i) {
+        if (kForm[i] == '-' ? guid[i] != '-' : base::HexValue(guid[i]) < 0)
             return std::nullopt;
     }
     return guid;
@@ -31,7 +31,7 @@ std::string NewGuid() {
         return std::mt19937_64(seed);
     }();
     std::string guid;
-    for (char place : form) {
+    for (char place : kForm) {
         guid += place == '-' ? '-' : base::kHexDigits[generator() & 15];
     }
     guid[14] = '4'; // the version digit of a random identifier

@@ -1,6 +1,7 @@
 #include "service/HttpMessage.h"
 
 #include "base/Ascii.h"
+#include "service/ServiceError.h"
 #include "service/Text.h"
 #include "service/XmlWriter.h"
 
@@ -34,17 +35,17 @@ std::optional<std::string> HttpRequest::Cookie(std::string_view name) const {
 }
 
 HttpReply HtmlReply(int status, std::string page) {
-    return {
-        status, {{"Content-Type", "text/html; charset=utf-8"}}, std::move(page), nullptr, false};
+    return {.status = status,
+            .headers = {{"Content-Type", "text/html; charset=utf-8"}},
+            .body = std::move(page)};
 }
 
 HttpReply XmlReply(std::string document) {
-    return {
-        200, {{"Content-Type", "text/xml; charset=utf-8"}}, std::move(document), nullptr, false};
+    return {.headers = {{"Content-Type", "text/xml; charset=utf-8"}}, .body = std::move(document)};
 }
 
 HttpReply RedirectReply(std::string location) {
-    return {302, {{"Location", std::move(location)}}, {}, nullptr, false};
+    return {.status = 302, .headers = {{"Location", std::move(location)}}};
 }
 
 HttpReply ErrorReply(int status, std::string_view message) {
@@ -53,6 +54,11 @@ HttpReply ErrorReply(int status, std::string_view message) {
     HttpReply reply = XmlReply(xml.Document());
     reply.status = status;
     return reply;
+}
+
+HttpReply ErrorReply(const std::exception& failure) {
+    const auto* const refusal = dynamic_cast<const ServiceError*>(&failure);
+    return ErrorReply(refusal ? refusal->Status() : 500, failure.what());
 }
 
 } // namespace brevint::service

@@ -17,14 +17,16 @@
 #include <boost/asio/write.hpp>
 #include <boost/beast/core/flat_buffer.hpp>
 #include <boost/beast/core/tcp_stream.hpp>
+#include <boost/beast/http/buffer_body.hpp>
 #include <boost/beast/http/parser.hpp>
 #include <boost/beast/http/read.hpp>
 #include <boost/beast/http/status.hpp>
-#include <boost/beast/http/string_body.hpp>
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <limits>
 #include <list>
@@ -39,21 +41,21 @@ namespace http = boost::beast::http;
 using asio::ip::tcp;
 using boost::beast::flat_buffer;
 using boost::system::error_code;
-using Parser = http::request_parser<http::string_body>;
+using Parser = http::request_parser<http::buffer_body>;
 using Stream = boost::beast::tcp_stream;
 
 namespace {
 
-constexpr std::size_t threadCount = 4;
-constexpr std::size_t blockSize = 64 * 1024;
-constexpr std::uint32_t headerLimit = 64 * 1024;
+constexpr std::size_t kThreadCount = 4;
+constexpr std::size_t kBlockSize = 256 * 1024; // What is read or sent at a time.
+constexpr std::uint32_t kHeaderLimit = 64 * 1024;
 
 template <class Text>
 std::string ToString(const Text& text) {
     return std::string(text.data(), text.size());
 }
 
-HttpRequest ReadHead(const http::request<http::string_body>& message) {
+HttpRequest ReadHead(const http::request<http::buffer_body>& message) {
     HttpRequest request;
     request.method = ToString(message.method_string());
     const std::string target = ToString(message.target());
@@ -64,6 +66,10 @@ HttpRequest ReadHead(const http::request<http::string_body>& message) {
     for (const auto& field : message)
         request.headers.emplace_back(ToString(field.name_string()), ToString(field.value()));
     return request;
+}
+
+ByteRange SentRange(const HttpReply& reply) {
+    return reply.range.value_or(ByteRange{0, reply.file->Size()});
 }
 
 std::string HeaderText(const HttpReply& reply, bool keepAlive) {
@@ -78,290 +84,406 @@ std::string HeaderText(const HttpReply& reply, bool keepAlive) {
         text += "Transfer-Encoding: chunked\r\n";
     else
         text += "Content-Length: " +
-                std::to_string(reply.file ? reply.file->Size() : reply.body.size()) + "\r\n";
+                std::to_string(reply.file ? SentRange(reply).length : reply.body.size()) + "\r\n";
     return text + "\r\n";
 }
 
-asio::awaitable<void> WriteFile(Stream& stream, const Blob& file, bool chunked) {
-    std::vector<char> block(blockSize);
-    for (std::uint64_t offset = 0; offset < file.Size();) {
-        const auto count =
-            static_cast<std::size_t>(std::min<std::uint64_t>(blockSize, file.Size() - offset));
-        file.Read(offset, block.data(), count);
-        offset += count;
-        if (!chunked) {
-            co_await asio::async_write(stream, asio::buffer(block.data(), count),
-                                       asio::use_awaitable);
-            continue;
-        }
-        char length[20];
-        const int digits = std::snprintf(length, sizeof length, "%zx\r\n", count);
-        const std::array<asio::const_buffer, 3> chunk = {
-            asio::buffer(length, static_cast<std::size_t>(digits)),
-            asio::buffer(block.data(), count), asio::buffer("\r\n", 2)};
-        co_await asio::async_write(stream, chunk, asio::use_awaitable);
-    }
-    if (chunked)
-        co_await asio::async_write(stream, asio::buffer("0\r\n\r\n", 5), asio::use_awaitable);
+// Sends all of the buffers, in as few calls of the system as it allows.
+template <class Buffers>
+asio::awaitable<void> Write(Stream& stream, const Buffers& buffers) {
+    const auto inLargeParts = [](const error_code& error, std::size_t) {
+        return error ? 0 : kBlockSize;
+    };
+    co_await asio::async_write(stream, buffers, inLargeParts, asio::use_awaitable);
 }
 
-asio::awaitable<void> WriteReply(Stream& stream, const HttpReply& reply, bool keepAlive) {
-    const std::string header = HeaderText(reply, keepAlive);
-    if (reply.file) {
-        co_await asio::async_write(stream, asio::buffer(header), asio::use_awaitable);
-        co_await WriteFile(stream, *reply.file, reply.chunked);
-    } else {
-        const std::array<asio::const_buffer, 2> message = {asio::buffer(header),
-                                                           asio::buffer(reply.body)};
-        co_await asio::async_write(stream, message, asio::use_awaitable);
-    }
-}
-
-/// Ends our side and waits for the client's end: closing with unread bytes would reset the
-/// connection, and the reply could be lost with it.
-asio::awaitable<void> Finish(Stream& stream) {
-    stream.socket().shutdown(tcp::socket::shutdown_send);
-    std::vector<char> block(blockSize);
+asio::awaitable<void> WaitForTheClientsEnd(Stream& stream) {
+    std::vector<char> block(kBlockSize);
     error_code error;
     while (!error)
         co_await stream.async_read_some(asio::buffer(block),
                                         asio::redirect_error(asio::use_awaitable, error));
 }
 
-/// Says what is wrong with a request, unless the client ended the connection.
-asio::awaitable<void> Refuse(Stream& stream, error_code error) {
-    const bool malformed = error.category() == make_error_code(http::error{}).category();
-    if (error == http::error::body_limit)
-        co_await WriteReply(stream, ErrorReply(413, "The request is too large."), false);
-    else if (malformed && error != http::error::end_of_stream &&
-             error != http::error::partial_message)
-        co_await WriteReply(stream, ErrorReply(400, "The request is not valid HTTP."), false);
+// Ends our side and waits for the client's end: closing with unread bytes would reset the
+// connection, and the reply could be lost with it.
+asio::awaitable<void> Finish(Stream& stream) {
+    stream.socket().shutdown(tcp::socket::shutdown_send);
+    co_await WaitForTheClientsEnd(stream);
 }
 
-asio::awaitable<error_code> ReadBody(Stream& stream, flat_buffer& buffer, Parser& parser,
-                                     std::uint64_t limit) {
-    if (parser.content_length().value_or(0) > limit)
-        co_return http::error::body_limit;
-    parser.body_limit(limit);
-    if (boost::beast::iequals(parser.get()[http::field::expect], "100-continue")) {
-        constexpr std::string_view text = "HTTP/1.1 100 Continue\r\n\r\n";
-        co_await asio::async_write(stream, asio::buffer(text), asio::use_awaitable);
+// The flow of one exchange's content, received and sent, which the misbehaviour slows down and
+// breaks off.
+class Flow {
+public:
+    Flow(Stream& stream, const Misbehaviour& misbehaviour)
+        : m_stream(stream), m_misbehaviour(misbehaviour) {}
+
+    // How many of `wanted` bytes may pass as one block. Breaks off once enough have passed.
+    asio::awaitable<std::size_t> Next(std::uint64_t wanted) {
+        wanted = std::min<std::uint64_t>(wanted, kBlockSize);
+        if (m_misbehaviour.bytesPerSecond > 0)
+            wanted = std::min(wanted, m_misbehaviour.bytesPerSecond / 16 + 1);
+        if (m_misbehaviour.breakOff != Misbehaviour::Break::None) {
+            if (m_passed >= m_misbehaviour.breakAfter)
+                co_await BreakOff();
+            wanted = std::min(wanted, m_misbehaviour.breakAfter - m_passed);
+        }
+        co_return static_cast<std::size_t>(wanted);
     }
-    error_code error;
-    co_await http::async_read(stream, buffer, parser,
-                              asio::redirect_error(asio::use_awaitable, error));
-    co_return error;
+
+    // Counts what has passed, and waits for as long as so many bytes are to take.
+    asio::awaitable<void> Note(std::size_t count) {
+        m_passed += count;
+        if (m_misbehaviour.bytesPerSecond == 0)
+            co_return;
+        const std::chrono::duration<double> time(
+            static_cast<double>(count) / static_cast<double>(m_misbehaviour.bytesPerSecond));
+        asio::steady_timer pause(m_stream.get_executor(),
+                                 std::chrono::ceil<std::chrono::microseconds>(time));
+        co_await pause.async_wait(asio::use_awaitable);
+    }
+
+    // To be called before the reply to an upload: where it is to break off, here at the latest.
+    asio::awaitable<void> EndUpload() {
+        if (m_misbehaviour.breakOff != Misbehaviour::Break::None)
+            co_await BreakOff();
+    }
+
+private:
+    // Always throws: at once after a reset, otherwise when the client has gone.
+    asio::awaitable<void> BreakOff() {
+        if (m_misbehaviour.breakOff == Misbehaviour::Break::Reset) {
+            m_stream.socket().set_option(asio::socket_base::linger(true, 0));
+            m_stream.close();
+        } else if (m_misbehaviour.breakOff == Misbehaviour::Break::Cut) {
+            co_await Finish(m_stream);
+        } else {
+            co_await WaitForTheClientsEnd(m_stream);
+        }
+        throw boost::system::system_error(asio::error::connection_aborted);
+    }
+
+    Stream& m_stream;
+    const Misbehaviour& m_misbehaviour;
+    std::uint64_t m_passed = 0;
+};
+
+asio::awaitable<void> WriteFile(Stream& stream, const HttpReply& reply, Flow& flow) {
+    std::vector<char> block(kBlockSize);
+    const std::string_view lineEnd = reply.chunked ? "\r\n" : "";
+    auto [offset, remaining] = SentRange(reply);
+    while (remaining > 0) {
+        const std::size_t count = co_await flow.Next(remaining);
+        reply.file->Read(offset, block.data(), count);
+        char length[20] = "";
+        if (reply.chunked)
+            std::snprintf(length, sizeof length, "%zx\r\n", count);
+        const std::array<asio::const_buffer, 3> message = {
+            asio::buffer(length, std::strlen(length)), asio::buffer(block.data(), count),
+            asio::buffer(lineEnd)};
+        co_await Write(stream, message);
+        co_await flow.Note(count);
+        offset += count;
+        remaining -= count;
+    }
+    if (reply.chunked)
+        co_await Write(stream, asio::buffer("0\r\n\r\n", 5));
 }
 
-/// The connections of one server, and which of them may be closed to make room.
+asio::awaitable<void> WriteReply(Stream& stream, const HttpReply& reply, bool keepAlive,
+                                 Flow& flow) {
+    const std::string header = HeaderText(reply, keepAlive);
+    const std::array<asio::const_buffer, 2> message = {asio::buffer(header),
+                                                       asio::buffer(reply.body)};
+    if (reply.file) {
+        co_await flow.Next(0);
+        co_await Write(stream, asio::buffer(header));
+        co_await WriteFile(stream, reply, flow);
+    } else {
+        co_await Write(stream, message);
+    }
+}
+
+// The reply to a request that could not be read, judged, taken or answered. Throws it again when it
+// is the connection that has failed.
+HttpReply Refusal(const std::exception& failure) {
+    const auto* const report = dynamic_cast<const boost::system::system_error*>(&failure);
+    if (!report)
+        return ErrorReply(failure);
+    const error_code error = report->code();
+    if (error == http::error::body_limit)
+        return ErrorReply(413, "The request is too large.");
+    if (error.category() != make_error_code(http::error{}).category() ||
+        error == http::error::end_of_stream || error == http::error::partial_message)
+        throw *report;
+    return ErrorReply(400, "The request is not valid HTTP.");
+}
+
+using Receive = std::function<void(std::string_view)>;
+
+// A body whose length its head has told: as much at a time as the system has.
+asio::awaitable<void> ReadBody(Stream& stream, flat_buffer& buffer, std::uint64_t length,
+                               const Receive& receive, Flow& flow) {
+    std::vector<char> block(kBlockSize);
+    while (length > 0) {
+        std::size_t count = co_await flow.Next(length);
+        if (buffer.size() > 0) {
+            count = asio::buffer_copy(asio::buffer(block.data(), count), buffer.data());
+            buffer.consume(count);
+        } else {
+            count = co_await stream.async_read_some(asio::buffer(block.data(), count),
+                                                    asio::use_awaitable);
+        }
+        receive({block.data(), count});
+        co_await flow.Note(count);
+        length -= count;
+    }
+}
+
+asio::awaitable<void> ReadChunkedBody(Stream& stream, flat_buffer& buffer, Parser& parser,
+                                      const Receive& receive, Flow& flow) {
+    std::vector<char> block(kBlockSize);
+    buffer.reserve(kBlockSize); // what is read at a time goes by it
+    while (!parser.is_done()) {
+        const std::size_t size = co_await flow.Next(block.size());
+        auto& body = parser.get().body();
+        body.data = block.data();
+        body.size = size;
+        error_code error;
+        co_await http::async_read(stream, buffer, parser,
+                                  asio::redirect_error(asio::use_awaitable, error));
+        if (error && error != http::error::need_buffer)
+            throw boost::system::system_error(error);
+        const std::size_t count = size - body.size;
+        receive({block.data(), count});
+        co_await flow.Note(count);
+    }
+}
+
+// The connections of one server, and which of them may be closed to make room.
 class ConnectionList {
 public:
-    explicit ConnectionList(std::size_t limit) : limit_(limit) {}
+    explicit ConnectionList(std::size_t limit) : m_limit(limit) {}
 
-    /// A connection, from its beginning to its end. Whatever happens to its stream happens on the
-    /// stream's strand.
+    // A connection, from its beginning to its end. Whatever happens to its stream happens on the
+    // stream's strand.
     class Entry {
     public:
         Entry(ConnectionList& list, std::shared_ptr<Stream> stream)
-            : list_(list), stream_(std::move(stream)) {
-            const std::lock_guard lock(list_.mutex_);
-            place_ = list_.waiting_.insert(list_.waiting_.end(), this);
-            if (++list_.count_ > list_.limit_)
-                list_.CloseOne();
+            : m_list(list), m_stream(std::move(stream)) {
+            const std::lock_guard lock(m_list.m_mutex);
+            m_place = m_list.m_waiting.insert(m_list.m_waiting.end(), this);
+            if (++m_list.m_count > m_list.m_limit)
+                m_list.CloseOne();
         }
 
         Entry(const Entry&) = delete;
         Entry& operator=(const Entry&) = delete;
 
         ~Entry() {
-            const std::lock_guard lock(list_.mutex_);
-            --list_.count_;
+            const std::lock_guard lock(m_list.m_mutex);
+            --m_list.m_count;
             Leave();
         }
 
-        Stream& GetStream() const { return *stream_; }
+        Stream& GetStream() const { return *m_stream; }
 
-        /// From now on it waits, for so long at most, and may be closed.
+        // From now on it waits, for so long at most, and may be closed.
         void Wait(std::chrono::milliseconds patience) {
-            stream_->expires_after(patience);
-            const std::lock_guard lock(list_.mutex_);
+            m_stream->expires_after(patience);
+            const std::lock_guard lock(m_list.m_mutex);
             Leave();
-            place_ = list_.waiting_.insert(list_.waiting_.end(), this);
+            m_place = m_list.m_waiting.insert(m_list.m_waiting.end(), this);
         }
 
-        /// From now on it is left alone. False when it is about to be closed.
+        // From now on it is left alone. False when it is about to be closed.
         bool Work() {
-            stream_->expires_never();
-            const std::lock_guard lock(list_.mutex_);
+            m_stream->expires_never();
+            const std::lock_guard lock(m_list.m_mutex);
             return Leave();
         }
 
     private:
         friend class ConnectionList;
 
-        /// True when it was waiting. To be called with the mutex held.
+        // True when it was waiting. To be called with the mutex held.
         bool Leave() {
-            const bool waits = place_ != list_.waiting_.end();
+            const bool waits = m_place != m_list.m_waiting.end();
             if (waits)
-                list_.waiting_.erase(place_);
-            place_ = list_.waiting_.end();
+                m_list.m_waiting.erase(m_place);
+            m_place = m_list.m_waiting.end();
             return waits;
         }
 
-        ConnectionList& list_;
-        const std::shared_ptr<Stream> stream_;
-        std::list<Entry*>::iterator place_; ///< The list's end when it does not wait.
+        ConnectionList& m_list;
+        const std::shared_ptr<Stream> m_stream;
+        std::list<Entry*>::iterator m_place; // The list's end when it does not wait.
     };
 
     void MakeRoom() {
-        const std::lock_guard lock(mutex_);
+        const std::lock_guard lock(m_mutex);
         CloseOne();
     }
 
 private:
-    /// To be called with the mutex held, which keeps the entry alive.
+    // To be called with the mutex held, which keeps the entry alive.
     void CloseOne() {
-        if (waiting_.empty())
+        if (m_waiting.empty())
             return;
-        Entry& entry = *waiting_.front();
+        Entry& entry = *m_waiting.front();
         entry.Leave();
-        asio::post(entry.stream_->get_executor(), [stream = entry.stream_] { stream->close(); });
+        asio::post(entry.m_stream->get_executor(), [stream = entry.m_stream] { stream->close(); });
     }
 
-    const std::size_t limit_;
-    std::mutex mutex_; ///< Guards what follows, and the entries' places.
-    std::size_t count_ = 0;
-    std::list<Entry*> waiting_; ///< The one that has waited longest comes first.
+    const std::size_t m_limit;
+    std::mutex m_mutex; // Guards what follows, and the entries' places.
+    std::size_t m_count = 0;
+    std::list<Entry*> m_waiting; // The one that has waited longest comes first.
 };
 
 } // namespace
 
-/// What lives from Start to Stop. Connections are coroutines that the context owns: when it is
-/// destroyed, after its threads have ended, their sockets close wherever they stand.
+// What lives from Start to Stop. Connections are coroutines that the context owns: when it is
+// destroyed, after its threads have ended, their sockets close wherever they stand.
 class HttpServer::Engine {
 public:
     explicit Engine(const HttpServer& server)
-        : server_(server), connections_(server.options_.maxConnections),
-          acceptor_(context_, tcp::endpoint(asio::ip::make_address(server.options_.address),
-                                            server.options_.port)) {
-        asio::co_spawn(context_, Accept(), asio::detached);
-        for (std::size_t i = 0; i < threadCount; ++i)
-            threads_.emplace_back([this] { context_.run(); });
+        : m_server(server), m_connections(server.m_options.maxConnections),
+          m_acceptor(m_context,
+                     tcp::endpoint(asio::ip::address_v4::loopback(), server.m_options.port)) {
+        asio::co_spawn(m_context, Accept(), asio::detached);
+        for (std::size_t i = 0; i < kThreadCount; ++i)
+            m_threads.emplace_back([this] { m_context.run(); });
     }
 
     Engine(const Engine&) = delete;
     Engine& operator=(const Engine&) = delete;
 
     ~Engine() {
-        context_.stop();
-        for (std::thread& thread : threads_)
+        m_context.stop();
+        for (std::thread& thread : m_threads)
             thread.join();
     }
 
-    std::uint16_t Port() const { return acceptor_.local_endpoint().port(); }
+    std::uint16_t Port() const { return m_acceptor.local_endpoint().port(); }
 
 private:
     asio::awaitable<void> Accept() {
         for (;;) {
-            const auto stream = std::make_shared<Stream>(asio::make_strand(context_));
+            const auto stream = std::make_shared<Stream>(asio::make_strand(m_context));
             error_code error;
-            co_await acceptor_.async_accept(stream->socket(),
-                                            asio::redirect_error(asio::use_awaitable, error));
+            co_await m_acceptor.async_accept(stream->socket(),
+                                             asio::redirect_error(asio::use_awaitable, error));
             if (!error) {
                 asio::co_spawn(stream->get_executor(), Serve(stream), asio::detached);
                 continue;
             }
             // Out of descriptors, most likely.
-            connections_.MakeRoom();
-            asio::steady_timer pause(context_, std::chrono::milliseconds(100));
+            m_connections.MakeRoom();
+            asio::steady_timer pause(m_context, std::chrono::milliseconds(100));
             co_await pause.async_wait(asio::use_awaitable);
         }
     }
 
     asio::awaitable<void> Serve(std::shared_ptr<Stream> stream) {
         try {
-            ConnectionList::Entry entry(connections_, stream);
+            ConnectionList::Entry entry(m_connections, stream);
             stream->socket().set_option(tcp::no_delay(true));
             flat_buffer buffer;
             while (co_await Exchange(entry, buffer)) {}
-            entry.Wait(server_.options_.patience);
+            entry.Wait(m_server.m_options.patience);
             co_await Finish(*stream);
         } catch (const std::exception&) {
             // The client went away; the socket closes with this coroutine.
         }
     }
 
-    /// One request and its reply. False when the connection is to end.
+    // One request and its reply. False when the connection is to end.
     asio::awaitable<bool> Exchange(ConnectionList::Entry& entry, flat_buffer& buffer) {
-        const HttpServerOptions& options = server_.options_;
         Stream& stream = entry.GetStream();
-        entry.Wait(options.patience);
+        entry.Wait(m_server.m_options.patience);
         Parser parser;
-        parser.header_limit(headerLimit);
+        parser.header_limit(kHeaderLimit);
         parser.body_limit(std::numeric_limits<std::uint64_t>::max());
-        error_code error;
-        co_await http::async_read_header(stream, buffer, parser,
-                                         asio::redirect_error(asio::use_awaitable, error));
-        if (error) {
-            co_await Refuse(stream, error);
-            co_return false;
-        }
-        HttpRequest request = ReadHead(parser.get());
-        Admission admission = server_.gate_(request);
-        if (admission.trusted && !entry.Work())
-            co_return false;
-        if (!admission.refusal && !parser.is_done()) {
-            error =
-                co_await ReadBody(stream, buffer, parser,
-                                  admission.trusted ? options.maxBody : options.maxUntrustedBody);
-            if (error) {
-                co_await Refuse(stream, error);
+        Admission admission;
+        Flow flow(stream, admission.misbehaviour);
+        HttpReply reply;
+        bool keepAlive = false;
+        try {
+            co_await http::async_read_header(stream, buffer, parser, asio::use_awaitable);
+            HttpRequest request = ReadHead(parser.get());
+            admission = m_server.m_gate(request);
+            if (admission.trusted && !entry.Work())
                 co_return false;
+            const bool hasBody = !parser.is_done();
+            keepAlive = parser.keep_alive() && parser.get().version() >= 11;
+            if (admission.refusal) {
+                reply = *std::move(admission.refusal);
+                // After a body that nobody has read no next request is found.
+                keepAlive = keepAlive && !hasBody;
+            } else {
+                if (hasBody)
+                    co_await Read(stream, buffer, parser, admission, request, flow);
+                reply = admission.answer(std::move(request));
+                if (hasBody)
+                    co_await flow.EndUpload();
             }
-            request.body = std::move(parser.get().body());
+        } catch (const std::exception& failure) {
+            reply = Refusal(failure);
+            keepAlive = false;
         }
-
-        // After a body that nobody reads no next request is found.
-        const bool keepAlive =
-            parser.is_done() && parser.keep_alive() && parser.get().version() >= 11;
-        HttpReply reply = admission.refusal ? *std::move(admission.refusal)
-                                            : Answer(admission, std::move(request));
         if (parser.get().version() < 11)
             reply.chunked = false;
-        co_await WriteReply(stream, reply, keepAlive);
+        co_await WriteReply(stream, reply, keepAlive, flow);
         co_return keepAlive;
     }
 
-    static HttpReply Answer(const Admission& admission, HttpRequest request) {
-        try {
-            return admission.answer(std::move(request));
-        } catch (const std::exception& failure) {
-            return ErrorReply(500, failure.what());
-        }
+    // Reads the body into `request`, or to wherever the admission has it go.
+    asio::awaitable<void> Read(Stream& stream, flat_buffer& buffer, Parser& parser,
+                               const Admission& admission, HttpRequest& request, Flow& flow) {
+        const HttpServerOptions& options = m_server.m_options;
+        const std::uint64_t limit = !admission.trusted  ? options.maxUntrustedBody
+                                    : admission.receive ? options.maxStreamedBody
+                                                        : options.maxBody;
+        const Receive receive =
+            admission.receive ? admission.receive : [&](std::string_view piece) {
+                request.body += piece;
+            };
+        const auto length = parser.content_length();
+        if (length.value_or(0) > limit)
+            throw boost::system::system_error(http::error::body_limit);
+        if (boost::beast::iequals(parser.get()[http::field::expect], "100-continue"))
+            co_await Write(stream, asio::buffer("HTTP/1.1 100 Continue\r\n\r\n", 25));
+        parser.body_limit(limit);
+        if (length)
+            co_await ReadBody(stream, buffer, *length, receive, flow);
+        else
+            co_await ReadChunkedBody(stream, buffer, parser, receive, flow);
     }
 
-    const HttpServer& server_;
-    ConnectionList connections_; ///< Outlives the context, whose coroutines have entries in it.
-    asio::io_context context_{static_cast<int>(threadCount)};
-    tcp::acceptor acceptor_;
-    std::vector<std::thread> threads_;
+    const HttpServer& m_server;
+    ConnectionList m_connections; // Outlives the context, whose coroutines have entries in it.
+    asio::io_context m_context{static_cast<int>(kThreadCount)};
+    tcp::acceptor m_acceptor;
+    std::vector<std::thread> m_threads;
 };
 
 HttpServer::HttpServer(HttpServerOptions options, Gate gate)
-    : options_(std::move(options)), gate_(std::move(gate)) {}
+    : m_options(std::move(options)), m_gate(std::move(gate)) {}
 
 HttpServer::~HttpServer() = default;
 
 void HttpServer::Start() {
-    engine_ = std::make_unique<Engine>(*this);
+    m_engine = std::make_unique<Engine>(*this);
 }
 
 void HttpServer::Stop() {
-    engine_.reset();
+    m_engine.reset();
 }
 
 std::uint16_t HttpServer::Port() const {
-    return engine_ ? engine_->Port() : std::uint16_t{0};
+    return m_engine ? m_engine->Port() : std::uint16_t{0};
 }
 
 } // namespace brevint::service

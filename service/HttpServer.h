@@ -1,6 +1,7 @@
 #pragma once
 
 #include "service/HttpMessage.h"
+#include "service/Misbehaviour.h"
 
 #include <chrono>
 #include <cstddef>
@@ -8,18 +9,20 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <string>
+#include <string_view>
 
 namespace brevint::service {
 
 struct HttpServerOptions {
-    std::string address = "127.0.0.1";
-    std::uint16_t port = 0;                         ///< 0: chosen by the system.
-    std::uint64_t maxBody = std::uint64_t{2} << 30; ///< Longer request bodies are refused (413).
-    std::uint64_t maxUntrustedBody = 64 * 1024;     ///< The same for requests that are not trusted.
+    std::uint16_t port = 0; ///< 0: chosen by the system.
 
-    /// The longest wait for a request's head. An exchange that is not trusted must end in that
-    /// time.
+    // Longer request bodies are refused (413).
+    std::uint64_t maxStreamedBody = std::uint64_t{64} << 30; ///< Of those taken piece by piece.
+    std::uint64_t maxBody = 16 * 1024 * 1024;                ///< Of those collected in memory.
+    std::uint64_t maxUntrustedBody = 64 * 1024;              ///< Of requests that are not trusted.
+
+    /// The longest wait for a request's head, and the longest time of an exchange that is not
+    /// trusted.
     std::chrono::milliseconds patience = std::chrono::minutes(1);
 
     /// Beyond so many the connection that has waited longest for its next request is closed, even
@@ -28,21 +31,26 @@ struct HttpServerOptions {
     std::size_t maxConnections = 512;
 };
 
-/// What comes of a request, decided when its head is there.
+/// What comes of a request, decided when its head is there. Its functions may throw: that becomes
+/// the reply, as ErrorReply makes it.
 struct Admission {
     std::optional<HttpReply> refusal = {}; ///< Sent at once; the body is not read.
+
+    /// Takes the body piece by piece; without it the request's body is collected.
+    std::function<void(std::string_view piece)> receive = {};
 
     /// Answers the request once its body is there too; called when there is no refusal.
     std::function<HttpReply(HttpRequest)> answer = {};
 
     bool trusted = false; ///< The exchange may take as long as it likes.
+    Misbehaviour misbehaviour = {};
 };
 
-/// An HTTP/1.1 server: keep-alive, many connections, a few threads of its own.
+/// An HTTP/1.1 server on 127.0.0.1: keep-alive, many connections, a few threads of its own.
 class HttpServer {
 public:
-    /// Judges a request by its head. Called on the server's threads, several at a time, as the
-    /// answers are.
+    /// Judges a request by its head; what it throws becomes the reply. Called on the server's
+    /// threads, several at a time, as the functions of what it returns are.
     using Gate = std::function<Admission(const HttpRequest& head)>;
 
     HttpServer(HttpServerOptions options, Gate gate);
@@ -61,9 +69,9 @@ public:
 
 private:
     class Engine;
-    HttpServerOptions options_;
-    Gate gate_;
-    std::unique_ptr<Engine> engine_;
+    HttpServerOptions m_options;
+    Gate m_gate;
+    std::unique_ptr<Engine> m_engine;
 };
 
 } // namespace brevint::service

@@ -44,9 +44,9 @@ private:
 
     static void Finish(Job& job);
 
-    const unsigned unfinishedPolls_;
-    std::mutex mutex_;
-    std::map<std::string, Job> jobs_;
+    const unsigned m_unfinishedPolls;
+    std::mutex m_mutex;
+    std::map<std::string, Job> m_jobs;
 };
 
 } // namespace brevint::service

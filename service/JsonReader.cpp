@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <set>
 
 namespace brevint::service {
 
@@ -16,23 +15,15 @@ namespace {
 
 using nlohmann::json;
 
-/// The value as a message shows it. Arrays and objects are only named: they may be nested deeper
-/// than the stack would bear to print.
+// The value as a message shows it. Arrays and objects are only named: they may be nested deeper
+// than the stack would bear to print.
 std::string Show(const json& value) {
     return value.is_structured() ? value.type_name() : value.dump();
 }
 
-/// Throws on doubled members, which the parser by itself lets pass.
 json Parse(std::string_view body) {
-    std::set<std::string> names;
-    const auto noteName = [&names](int depth, json::parse_event_t event, json& value) {
-        if (depth == 1 && event == json::parse_event_t::key &&
-            !names.insert(value.get<std::string>()).second)
-            throw BadRequest("Member '" + value.get<std::string>() + "' is doubled.");
-        return true;
-    };
     try {
-        return json::parse(body.begin(), body.end(), noteName);
+        return json::parse(body);
     } catch (const json::exception&) {
         throw BadRequest("The body is not valid JSON.");
     }
@@ -48,10 +39,6 @@ std::string ReadGuid(const json& value, const std::string& path) {
 
 } // namespace
 
-struct JsonReader::Object {
-    json value;
-};
-
 JsonReader::JsonReader(std::string_view contentType, std::string_view body,
                        std::initializer_list<std::string_view> members) {
     const std::string_view mediaType = base::Trim(contentType.substr(0, contentType.find(';')));
@@ -64,29 +51,27 @@ JsonReader::JsonReader(std::string_view contentType, std::string_view body,
         if (!value.contains(std::string(name)))
             throw BadRequest("Member '" + std::string(name) + "' is missing.");
     for (const auto& [name, ignored] : value.items())
-        if (std::find(members.begin(), members.end(), name) == members.end())
+        if (std::ranges::find(members, name) == members.end())
             throw BadRequest("Member '" + name + "' is unknown.");
-    object_ = std::make_unique<const Object>(Object{std::move(value)});
+    m_object = std::make_shared<const json>(std::move(value));
 }
 
-JsonReader::~JsonReader() = default;
-
 std::string JsonReader::String(std::string_view member) const {
-    const json& value = object_->value.at(std::string(member));
+    const json& value = m_object->at(std::string(member));
     if (!value.is_string())
         throw ConversionError(Show(value), "String", std::string(member));
     return value.get<std::string>();
 }
 
 bool JsonReader::Boolean(std::string_view member) const {
-    const json& value = object_->value.at(std::string(member));
+    const json& value = m_object->at(std::string(member));
     if (!value.is_boolean())
         throw ConversionError(Show(value), "Boolean", std::string(member));
     return value.get<bool>();
 }
 
 int JsonReader::Integer(std::string_view member) const {
-    const json& value = object_->value.at(std::string(member));
+    const json& value = m_object->at(std::string(member));
     if (!value.is_number_integer() || value > std::numeric_limits<int>::max() ||
         value < std::numeric_limits<int>::min())
         throw ConversionError(Show(value), "Int32", std::string(member));
@@ -94,11 +79,11 @@ int JsonReader::Integer(std::string_view member) const {
 }
 
 std::string JsonReader::Guid(std::string_view member) const {
-    return ReadGuid(object_->value.at(std::string(member)), std::string(member));
+    return ReadGuid(m_object->at(std::string(member)), std::string(member));
 }
 
 std::vector<std::string> JsonReader::Guids(std::string_view member) const {
-    const json& value = object_->value.at(std::string(member));
+    const json& value = m_object->at(std::string(member));
     if (!value.is_array())
         throw ConversionError(Show(value), "Guid[]", std::string(member));
     std::vector<std::string> guids;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <nlohmann/json_fwd.hpp>
+
 #include <initializer_list>
 #include <memory>
 #include <string>
@@ -9,15 +11,12 @@
 namespace brevint::service {
 
 /// The JSON object of a request's body, read strictly: well-formed UTF-8 JSON that holds exactly
-/// the expected members, each once. Every refusal is a ServiceError.
+/// the expected members. Every refusal is a ServiceError.
 class JsonReader {
 public:
     /// A missing Content-Type counts as JSON; another one is refused.
     JsonReader(std::string_view contentType, std::string_view body,
                std::initializer_list<std::string_view> members);
-    JsonReader(const JsonReader&) = delete;
-    JsonReader& operator=(const JsonReader&) = delete;
-    ~JsonReader();
 
     std::string String(std::string_view member) const;
     bool Boolean(std::string_view member) const;
@@ -26,8 +25,7 @@ public:
     std::vector<std::string> Guids(std::string_view member) const;
 
 private:
-    struct Object;
-    std::unique_ptr<const Object> object_;
+    std::shared_ptr<const nlohmann::json> m_object;
 };
 
 } // namespace brevint::service

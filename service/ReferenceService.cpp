@@ -7,28 +7,27 @@
 namespace brevint::service {
 
 ReferenceService::ReferenceService(ServiceOptions options)
-    : state_(std::move(options)), router_(state_.options.basePath, state_.sessions),
-      server_(state_.options.http, [this](const HttpRequest& head) { return Admit(head); }) {
-    AddSignInResources(router_, state_);
-    AddAccountResources(router_);
-    AddTemplateResources(router_, state_);
-    AddFolderResources(router_, state_);
-    AddItemResources(router_, state_);
-    AddFileResources(router_, state_);
-    AddJobResources(router_, state_);
+    : m_state(std::move(options)), m_router(m_state.sessions),
+      m_server(m_state.options.http, [this](const HttpRequest& head) { return Admit(head); }) {
+    AddSignInResources(m_router, m_state);
+    AddAccountResources(m_router);
+    AddTemplateResources(m_router, m_state);
+    AddFolderResources(m_router, m_state);
+    AddItemResources(m_router, m_state);
+    AddFileResources(m_router, m_state);
+    AddJobResources(m_router, m_state);
 }
 
 void ReferenceService::Start() {
-    server_.Start();
+    m_server.Start();
 }
 
 void ReferenceService::Stop() {
-    server_.Stop();
+    m_server.Stop();
 }
 
 std::string ReferenceService::Url() const {
-    return "http://" + state_.options.http.address + ":" + std::to_string(server_.Port()) +
-           state_.options.basePath + "/";
+    return "http://127.0.0.1:" + std::to_string(m_server.Port()) + "/";
 }
 
 } // namespace brevint::service

@@ -10,7 +10,7 @@
 namespace brevint::service {
 
 /// A repository service with its identity portal, on a port of the loopback interface. Each one has
-/// users, sessions and a repository of its own, all in memory.
+/// sessions and a repository of its own, which end with it.
 class ReferenceService {
 public:
     explicit ReferenceService(ServiceOptions options = {});
@@ -21,16 +21,19 @@ public:
     /// Closes every connection and joins the threads; so does the destructor.
     void Stop();
 
+    /// From the next request on, until the next call, this goes wrong. Any thread may call it.
+    void Misbehave(const Misbehaviour& misbehaviour) { m_state.conduct.Set(misbehaviour); }
+
     /// What the server does with a request. Needs no start.
-    Admission Admit(const HttpRequest& head) const { return router_.Admit(head); }
+    Admission Admit(const HttpRequest& head) const { return m_router.Admit(head); }
 
     /// The address that clients are given, with "/" at its end. Valid once started.
     std::string Url() const;
 
 private:
-    ServiceState state_;
-    Router router_;
-    HttpServer server_;
+    ServiceState m_state;
+    Router m_router;
+    HttpServer m_server;
 };
 
 } // namespace brevint::service

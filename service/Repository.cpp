@@ -3,7 +3,6 @@
 #include "base/Ascii.h"
 #include "service/Guid.h"
 #include "service/ServiceError.h"
-#include "service/Text.h"
 
 #include <utf8.h>
 
@@ -16,13 +15,13 @@ namespace brevint::service {
 
 namespace {
 
-constexpr std::array<std::string_view, 4> refusedTypes = {".bat", ".cmd", ".exe", ".msi"};
+constexpr std::array<std::string_view, 4> kRefusedTypes = {".bat", ".cmd", ".exe", ".msi"};
 
-std::string Now() {
-    return FormatUtc(std::chrono::system_clock::now());
+std::chrono::sys_seconds Now() {
+    return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
 }
 
-/// The extension in lower case with its dot, "" when there is none.
+// The extension in lower case with its dot, "" when there is none.
 std::string FileType(std::string_view name) {
     const auto dot = name.rfind('.');
     return dot == std::string_view::npos ? std::string() : base::ToLower(name.substr(dot));
@@ -31,7 +30,7 @@ std::string FileType(std::string_view name) {
 void CheckContent(const std::string& name, const Blob& content) {
     if (content.Size() == 0)
         throw BadProvidedFile(name, "is empty.");
-    if (std::find(refusedTypes.begin(), refusedTypes.end(), FileType(name)) != refusedTypes.end())
+    if (std::ranges::find(kRefusedTypes, FileType(name)) != kRefusedTypes.end())
         throw BadProvidedFile(name, "is of a type that the repository does not accept.");
 }
 
@@ -50,32 +49,32 @@ Item NewItem(std::string_view parentId, const std::string& name, const User& use
 
 Repository::Repository(const User& owner) {
     for (const auto& [id, name] :
-         {std::pair(projectRootId, "Projects"), std::pair(templateRootId, "Templates")}) {
+         {std::pair(kProjectRootId, "Projects"), std::pair(kTemplateRootId, "Templates")}) {
         Item root = NewItem({}, name, owner);
         root.id = id;
-        nodes_[root.id].item = root;
+        m_nodes[root.id].item = root;
     }
 }
 
 Item Repository::Find(std::string_view id) const {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard lock(m_mutex);
     return FindNode(id).item;
 }
 
 std::vector<Item> Repository::Children(std::string_view folderId) const {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard lock(m_mutex);
     const Node& folder = FindFolder(folderId);
     std::vector<Item> items;
     items.reserve(folder.children.size());
     for (const auto& [key, id] : folder.children)
-        items.push_back(nodes_.at(id).item);
+        items.push_back(m_nodes.at(id).item);
     return items;
 }
 
 std::string Repository::Path(std::string_view id) const {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard lock(m_mutex);
     std::string path;
-    for (const Node* node = &FindNode(id);; node = &nodes_.at(node->item.parentId)) {
+    for (const Node* node = &FindNode(id);; node = &m_nodes.at(node->item.parentId)) {
         path.insert(0, "/" + node->item.name);
         if (node->item.parentId.empty())
             return path;
@@ -83,12 +82,12 @@ std::string Repository::Path(std::string_view id) const {
 }
 
 std::vector<std::pair<Item, std::string>> Repository::Templates() const {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard lock(m_mutex);
     std::vector<std::pair<Item, std::string>> templates;
-    for (const auto& [id, node] : nodes_)
+    for (const auto& [id, node] : m_nodes)
         if (!node.item.IsFolder() && FileType(node.item.name) == ".template")
-            templates.emplace_back(node.item, nodes_.at(node.item.parentId).item.name);
-    std::sort(templates.begin(), templates.end(), [](const auto& left, const auto& right) {
+            templates.emplace_back(node.item, m_nodes.at(node.item.parentId).item.name);
+    std::ranges::sort(templates, [](const auto& left, const auto& right) {
         return std::tie(left.second, left.first.name) < std::tie(right.second, right.first.name);
     });
     return templates;
@@ -96,25 +95,25 @@ std::vector<std::pair<Item, std::string>> Repository::Templates() const {
 
 std::string Repository::AddFolder(std::string_view parentId, const std::string& name,
                                   const User& user) {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard lock(m_mutex);
     const Node& parent = FindFolder(parentId);
     RequireWritable(parent, user);
     CheckName(name);
     const auto namesake = parent.children.find(base::ToLower(name));
     if (namesake != parent.children.end())
-        throw nodes_.at(namesake->second).item.IsFolder() ? FolderExists(name) : ItemExists();
+        throw m_nodes.at(namesake->second).item.IsFolder() ? FolderExists(name) : ItemExists();
     return Insert(NewItem(parentId, name, user));
 }
 
 void Repository::CheckNewFile(std::string_view parentId, const std::string& name,
                               const User& user) const {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard lock(m_mutex);
     CheckNewFileLocked(parentId, name, user);
 }
 
 std::string Repository::AddFile(std::string_view parentId, const std::string& name,
                                 std::shared_ptr<const Blob> content, const User& user) {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard lock(m_mutex);
     CheckNewFileLocked(parentId, name, user);
     CheckContent(name, *content);
     Item item = NewItem(parentId, name, user);
@@ -123,26 +122,34 @@ std::string Repository::AddFile(std::string_view parentId, const std::string& na
 }
 
 void Repository::CheckReplacement(std::string_view fileId, const User& user) const {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard lock(m_mutex);
     CheckReplacementLocked(fileId, user);
 }
 
 std::string Repository::ReplaceFile(std::string_view fileId, const std::string& providedName,
                                     std::shared_ptr<const Blob> content, const User& user) {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard lock(m_mutex);
     CheckReplacementLocked(fileId, user);
     CheckContent(providedName, *content);
-    Item& item = nodes_.at(std::string(fileId)).item;
+    Item& item = m_nodes.at(std::string(fileId)).item;
     if (FileType(providedName) != FileType(item.name))
         throw BadProvidedFile(providedName,
                               "is not of the type of the file that it would replace.");
     item.content = std::move(content);
     item.modified = Now();
+    item.version = NewGuid();
     return item.id;
 }
 
+void Repository::Renew(std::string_view fileId) {
+    const std::lock_guard lock(m_mutex);
+    Item& item = m_nodes.at(FindFile(fileId).item.id).item;
+    item.modified = Now();
+    item.version = NewGuid();
+}
+
 void Repository::CheckOut(std::string_view id, const User& user) {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard lock(m_mutex);
     Node& file = Lockable(id, user);
     if (!file.item.lockedBy.empty())
         throw AlreadyCheckedOut();
@@ -150,7 +157,7 @@ void Repository::CheckOut(std::string_view id, const User& user) {
 }
 
 void Repository::CheckIn(std::string_view id, const User& user) {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard lock(m_mutex);
     Node& file = Lockable(id, user);
     if (file.item.lockedBy.empty())
         throw AlreadyCheckedIn();
@@ -158,7 +165,7 @@ void Repository::CheckIn(std::string_view id, const User& user) {
 }
 
 void Repository::Remove(const std::vector<std::string>& ids, const User& user) {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard lock(m_mutex);
     for (const std::string& id : ids) {
         const Node& node = FindNode(id);
         if (node.item.parentId.empty())
@@ -167,23 +174,23 @@ void Repository::Remove(const std::vector<std::string>& ids, const User& user) {
         RequireUnlocked(node, user);
     }
     for (const std::string& id : ids) {
-        const auto entry = nodes_.find(id);
-        if (entry == nodes_.end())
+        const auto entry = m_nodes.find(id);
+        if (entry == m_nodes.end())
             continue; // went with a folder named before it
-        nodes_.at(entry->second.item.parentId)
+        m_nodes.at(entry->second.item.parentId)
             .children.erase(base::ToLower(entry->second.item.name));
         Erase(id);
     }
 }
 
 std::string Repository::Seed(Item item) {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard lock(m_mutex);
     return Insert(std::move(item));
 }
 
 const Repository::Node& Repository::FindNode(std::string_view id) const {
-    const auto entry = nodes_.find(std::string(id));
-    if (entry == nodes_.end())
+    const auto entry = m_nodes.find(std::string(id));
+    if (entry == m_nodes.end())
         throw ItemNotFound();
     return entry->second;
 }
@@ -205,8 +212,8 @@ const Repository::Node& Repository::FindFile(std::string_view id) const {
 bool Repository::LiesInTemplates(const Node& node) const {
     const Node* top = &node;
     while (!top->item.parentId.empty())
-        top = &nodes_.at(top->item.parentId);
-    return top->item.id == templateRootId;
+        top = &m_nodes.at(top->item.parentId);
+    return top->item.id == kTemplateRootId;
 }
 
 void Repository::RequireWritable(const Node& node, const User& user) const {
@@ -218,7 +225,7 @@ void Repository::RequireUnlocked(const Node& node, const User& user) const {
     if (!node.item.lockedBy.empty() && node.item.lockedBy != user.name)
         throw CheckedOutToAnother();
     for (const auto& [key, id] : node.children)
-        RequireUnlocked(nodes_.at(id), user);
+        RequireUnlocked(m_nodes.at(id), user);
 }
 
 void Repository::CheckName(const std::string& name) const {
@@ -256,19 +263,20 @@ Repository::Node& Repository::Lockable(std::string_view id, const User& user) {
         throw CannotLockFolders();
     RequireWritable(node, user);
     RequireUnlocked(node, user);
-    return nodes_.at(node.item.id);
+    return m_nodes.at(node.item.id);
 }
 
 std::string Repository::Insert(Item item) {
     item.id = NewGuid();
+    item.version = NewGuid();
     std::string id = item.id;
-    nodes_.at(item.parentId).children[base::ToLower(item.name)] = id;
-    nodes_[id].item = std::move(item);
+    m_nodes.at(item.parentId).children[base::ToLower(item.name)] = id;
+    m_nodes[id].item = std::move(item);
     return id;
 }
 
 void Repository::Erase(const std::string& id) {
-    const auto node = nodes_.extract(id);
+    const auto node = m_nodes.extract(id);
     for (const auto& [key, child] : node.mapped().children)
         Erase(child);
 }

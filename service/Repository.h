@@ -3,6 +3,7 @@
 #include "service/Blob.h"
 #include "service/User.h"
 
+#include <chrono>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -13,18 +14,19 @@
 
 namespace brevint::service {
 
-/// One folder or file. Names are UTF-8; times are UTC, "2024-05-06T07:08:09Z".
+/// One folder or file. Names are UTF-8; times are UTC.
 struct Item {
     std::string id;
     std::string parentId;
     std::string ownerId;
     std::string name;
     std::string description;
-    std::string created;
+    std::chrono::sys_seconds created;
     std::string createdBy; ///< User name.
-    std::string modified;
+    std::chrono::sys_seconds modified;
     std::string lockedBy; ///< User name; empty when the file is checked in.
     bool isPublic = true;
+    std::string version;                 ///< Another one for every content that the file ever has.
     std::shared_ptr<const Blob> content; ///< Null for a folder.
 
     bool IsFolder() const { return content == nullptr; }
@@ -35,8 +37,8 @@ struct Item {
 /// within a folder without regard to ASCII case.
 class Repository {
 public:
-    static constexpr std::string_view projectRootId = "00000000-0000-0000-0000-000000000001";
-    static constexpr std::string_view templateRootId = "00000000-0000-0000-0000-000000000002";
+    static constexpr std::string_view kProjectRootId = "00000000-0000-0000-0000-000000000001";
+    static constexpr std::string_view kTemplateRootId = "00000000-0000-0000-0000-000000000002";
 
     /// Both roots exist from the start and belong to `owner`.
     explicit Repository(const User& owner);
@@ -60,6 +62,9 @@ public:
     void CheckReplacement(std::string_view fileId, const User& user) const;
     std::string ReplaceFile(std::string_view fileId, const std::string& providedName,
                             std::shared_ptr<const Blob> content, const User& user);
+
+    /// Gives the file another version, as if its content had been replaced.
+    void Renew(std::string_view fileId);
 
     void CheckOut(std::string_view id, const User& user);
     void CheckIn(std::string_view id, const User& user);
@@ -90,8 +95,8 @@ private:
     std::string Insert(Item item);
     void Erase(const std::string& id);
 
-    mutable std::mutex mutex_;
-    std::unordered_map<std::string, Node> nodes_;
+    mutable std::mutex m_mutex;
+    std::unordered_map<std::string, Node> m_nodes;
 };
 
 } // namespace brevint::service

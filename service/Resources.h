@@ -5,8 +5,8 @@
 
 namespace brevint::service {
 
-// Each adds one family of resources and stands in a source of its own. The state outlives the
-// router.
+// Each adds one family of resources and stands in a source of its own. The state must outlive the
+// router that is given.
 void AddSignInResources(Router& router, ServiceState& state);
 void AddAccountResources(Router& router);
 void AddTemplateResources(Router& router, ServiceState& state);

@@ -13,28 +13,25 @@ namespace brevint::service {
 
 namespace {
 
-constexpr std::string_view idSegment = "{id}";
+constexpr std::string_view kIdSegment = "{id}";
 
-/// The ids of a path that fits the pattern; nothing when it does not fit.
-std::optional<std::vector<std::string>> Match(const std::vector<std::string>& pattern,
-                                              const std::vector<std::string_view>& path) {
+// What stands for "{id}" in a path that fits the pattern, "" where it holds none; nothing when it
+// does not fit.
+std::optional<std::string> Match(const std::vector<std::string>& pattern,
+                                 const std::vector<std::string_view>& path) {
     if (pattern.size() != path.size())
         return std::nullopt;
-    std::vector<std::string> ids;
+    std::string id;
     for (std::size_t i = 0; i < path.size(); ++i) {
-        if (pattern[i] == idSegment)
-            ids.emplace_back(path[i]);
+        if (pattern[i] == kIdSegment)
+            id = path[i];
         else if (!base::EqualsIgnoreCase(pattern[i], path[i]))
             return std::nullopt;
     }
-    return ids;
+    return id;
 }
 
-HttpReply Refusal(const ServiceError& failure) {
-    return ErrorReply(failure.Status(), failure.what());
-}
-
-/// Whether a Host header names this machine itself, with or without a port.
+// Whether a Host header names this machine itself, with or without a port.
 bool IsThisMachine(std::string_view host) {
     if (!host.ends_with(']')) {
         const std::size_t colon = std::min(host.rfind(':'), host.size());
@@ -48,8 +45,8 @@ bool IsThisMachine(std::string_view host) {
     return isV4 || host == "localhost" || host == "[::1]";
 }
 
-/// Throws for a request that a web page of somebody else could have a browser send here: to a name
-/// that leads to this machine for once, or under a name of this machine, but from that page.
+// Throws for a request that a web page of somebody else could have a browser send here: to a name
+// that leads to this machine for once, or under a name of this machine, but from that page.
 void CheckOrigin(const HttpRequest& head) {
     const std::string host = base::ToLower(head.Header("Host"));
     if (!IsThisMachine(host))
@@ -61,71 +58,57 @@ void CheckOrigin(const HttpRequest& head) {
 
 } // namespace
 
-std::string Call::Guid(std::size_t index) const {
-    const auto guid = ParseGuid(ids.at(index));
+std::string Call::Guid() const {
+    const auto guid = ParseGuid(id);
     if (!guid)
         throw MalformedGuid();
     return *guid;
 }
 
-Router::Router(std::string basePath, const Sessions& sessions)
-    : basePath_(std::move(basePath)), sessions_(sessions) {}
+void Router::Add(std::string method, std::string_view pattern, Access access,
+                 const Handler& handler) {
+    AddOpened(std::move(method), pattern, access, [handler](const Call& opened) {
+        return Admission{.answer = [handler, call = opened](HttpRequest request) mutable {
+            call.request = std::move(request);
+            return handler(call);
+        }};
+    });
+}
 
-void Router::Add(std::string method, std::string_view pattern, Access access, Handler handler) {
-    Route route{std::move(method), {}, access, std::move(handler)};
+void Router::AddOpened(std::string method, std::string_view pattern, Access access, Opener opener) {
+    Route route{std::move(method), {}, access, std::move(opener)};
     for (std::string_view segment : Split(pattern, '/'))
         route.segments.emplace_back(segment);
-    routes_.push_back(std::move(route));
+    m_routes.push_back(std::move(route));
 }
 
 Admission Router::Admit(const HttpRequest& head) const {
-    try {
-        CheckOrigin(head);
-        return Find(head);
-    } catch (const ServiceError& failure) {
-        return {Refusal(failure), {}};
-    }
-}
-
-Admission Router::Find(const HttpRequest& head) const {
-    const std::string path = head.path + (head.path == basePath_ ? "/" : "");
-    if (!path.starts_with(basePath_ + "/"))
-        throw ServiceError(404, "There is no such resource.");
-    const auto segments = Split(std::string_view(path).substr(basePath_.size() + 1), '/');
-
+    CheckOrigin(head);
+    if (!head.path.starts_with('/'))
+        throw BadRequest("The request names no path.");
+    const auto segments = Split(std::string_view(head.path).substr(1), '/');
     std::string methods;
-    for (const Route& route : routes_) {
-        auto ids = Match(route.segments, segments);
-        if (!ids)
+    for (const Route& route : m_routes) {
+        const auto id = Match(route.segments, segments);
+        if (!id)
             continue;
         if (route.method != head.method) {
             methods += (methods.empty() ? "" : ", ") + route.method;
             continue;
         }
-        Call call{{},
-                  *std::move(ids),
-                  sessions_.Find(ReadSessionCookies(head)),
-                  "http://" + head.Header("Host") + basePath_ + "/"};
+        const Call call{head, *id, m_sessions.Find(ReadSessionCookies(head)),
+                        "http://" + head.Header("Host") + "/"};
         if (!call.user && route.access == Access::SignedIn)
             throw AuthorizationFailed();
-        const bool trusted = call.user != nullptr;
-        const auto answer = [&route, call = std::move(call)](HttpRequest request) mutable {
-            try {
-                if (request.method == "GET" && !request.body.empty())
-                    throw BadRequest("A GET request carries no body.");
-                call.request = std::move(request);
-                return route.handler(call);
-            } catch (const ServiceError& failure) {
-                return Refusal(failure);
-            }
-        };
-        return {std::nullopt, answer, trusted};
+        Admission admission = route.opener(call);
+        admission.trusted = call.user != nullptr;
+        return admission;
     }
     if (methods.empty())
         throw ServiceError(404, "There is no such resource.");
     HttpReply reply = ErrorReply(405, "The resource does not know this method.");
     reply.headers.emplace_back("Allow", methods);
-    return {std::move(reply), {}};
+    return {.refusal = std::move(reply)};
 }
 
 } // namespace brevint::service

@@ -14,32 +14,38 @@ namespace brevint::service {
 /// One request on its way through a resource.
 struct Call {
     HttpRequest request;
-    std::vector<std::string> ids; ///< What stands for each "{id}" of the pattern, as sent.
-    const User* user = nullptr;   ///< Null when nobody is signed in; never null with SignedIn.
-    std::string serviceUrl;       ///< As the client reaches the service; ends in "/".
+    std::string id;             ///< What stands for "{id}" in the pattern, as sent.
+    const User* user = nullptr; ///< Null when nobody is signed in; never null with SignedIn.
+    std::string serviceUrl;     ///< As the client reaches the service; ends in "/".
 
-    /// The id at `index` as a GUID in lower case. Throws ServiceError when it is none.
-    std::string Guid(std::size_t index = 0) const;
+    /// The id as a GUID in lower case. Throws ServiceError when it is none.
+    std::string Guid() const;
 };
 
 enum class Access { Anyone, SignedIn };
 
-/// Finds the resource that answers a request and turns every ServiceError into an error document.
-/// Filled before the server starts, unchanged afterwards.
+/// Finds the resource that answers a request. It is filled before the server starts, and does not
+/// change after that.
 class Router {
 public:
-    using Handler = std::function<HttpReply(Call&)>;
+    /// Answers a call when its body is there.
+    using Handler = std::function<HttpReply(const Call&)>;
 
-    /// `basePath` is "" or like "/dashboard"; the resources lie below it.
-    Router(std::string basePath, const Sessions& sessions);
+    /// Says by its head what comes of a call.
+    using Opener = std::function<Admission(const Call&)>;
 
-    /// `pattern` is relative to the base path, like "Repository/Items/{id}/Path"; its words match
-    /// in any letter case, "{id}" matches any one segment.
-    void Add(std::string method, std::string_view pattern, Access access, Handler handler);
+    explicit Router(const Sessions& sessions) : m_sessions(sessions) {}
+
+    /// In a pattern like "Repository/Items/{id}/Path" words match in any letter case, and "{id}"
+    /// matches any one segment.
+    void Add(std::string method, std::string_view pattern, Access access, const Handler& handler);
+
+    /// The same for a resource whose requests are not only answered.
+    void AddOpened(std::string method, std::string_view pattern, Access access, Opener opener);
 
     /// Refuses by its head alone a request that names no name of this machine as its host, that a
     /// page of another web site sends, whose resource is not there, or that lacks the session it
-    /// needs. Trusted is whoever has a session.
+    /// needs: mostly by a ServiceError. Trusted is whoever has a session.
     Admission Admit(const HttpRequest& head) const;
 
 private:
@@ -47,14 +53,11 @@ private:
         std::string method;
         std::vector<std::string> segments;
         Access access;
-        Handler handler;
+        Opener opener;
     };
 
-    Admission Find(const HttpRequest& head) const;
-
-    const std::string basePath_;
-    const Sessions& sessions_;
-    std::vector<Route> routes_;
+    const Sessions& m_sessions;
+    std::vector<Route> m_routes;
 };
 
 } // namespace brevint::service

@@ -6,10 +6,12 @@ namespace brevint::service {
 
 namespace {
 
-/// Plants items that all belong to one user and bear one date.
+using namespace std::chrono_literals;
+
+// Plants items that all belong to one user and bear one date.
 class Planter {
 public:
-    Planter(Repository& repository, const User& owner) : repository_(repository), owner_(owner) {}
+    Planter(Repository& repository, const User& owner) : m_repository(repository), m_owner(owner) {}
 
     std::string Folder(std::string_view parentId, std::string name, std::string description = {},
                        bool isPublic = true) {
@@ -31,27 +33,27 @@ private:
                       std::shared_ptr<const Blob> content, bool isPublic) {
         Item item;
         item.parentId = parentId;
-        item.ownerId = owner_.id;
+        item.ownerId = m_owner.id;
         item.name = std::move(name);
         item.description = std::move(description);
-        item.created = "2024-03-01T09:30:00Z";
-        item.createdBy = owner_.name;
-        item.modified = "2024-03-04T16:05:12Z";
+        item.created = std::chrono::sys_days(2024y / 3 / 1) + 9h + 30min;
+        item.createdBy = m_owner.name;
+        item.modified = std::chrono::sys_days(2024y / 3 / 4) + 16h + 5min + 12s;
         item.isPublic = isPublic;
         item.content = std::move(content);
-        return repository_.Seed(std::move(item));
+        return m_repository.Seed(std::move(item));
     }
 
-    Repository& repository_;
-    const User& owner_;
+    Repository& m_repository;
+    const User& m_owner;
 };
 
 } // namespace
 
 void SeedRepository(Repository& repository, const ServiceOptions& options) {
-    Planter plant(repository, options.users.front());
-    const auto projects = Repository::projectRootId;
-    const auto templates = Repository::templateRootId;
+    Planter plant(repository, kUsers.front());
+    const auto projects = Repository::kProjectRootId;
+    const auto templates = Repository::kTemplateRootId;
 
     const std::string bridge = plant.Folder(projects, "Bridge", "Survey & repair <2024>");
     plant.File(bridge, "Bridge.project", "bridge project\n");

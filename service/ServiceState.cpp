@@ -7,9 +7,8 @@
 namespace brevint::service {
 
 ServiceState::ServiceState(ServiceOptions settings)
-    : options(std::move(settings)),
-      sessions(options.users, options.tokenLifetime, options.sessionLifetime),
-      repository(options.users.front()), jobs(options.unfinishedPolls) {
+    : options(std::move(settings)), repository(kUsers.front()), jobs(options.unfinishedPolls) {
+    conduct.Set(options.misbehaviour);
     SeedRepository(repository, options);
 }
 

@@ -9,13 +9,13 @@ namespace brevint::service {
 
 /// What the resources of one service work on.
 struct ServiceState {
-    /// `settings` name one user at least.
     explicit ServiceState(ServiceOptions settings);
 
     const ServiceOptions options;
     Sessions sessions;
     Repository repository;
     Jobs jobs;
+    Conduct conduct;
 };
 
 } // namespace brevint::service

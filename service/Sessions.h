@@ -9,18 +9,13 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace brevint::service {
 
 /// Who may sign in, the tokens under way between portal and federation endpoint, and the sessions.
-/// Thread-safe; the users that it hands out live as long as it does.
+/// Thread-safe; the users that it hands out are those of kUsers.
 class Sessions {
 public:
-    using Seconds = std::chrono::seconds;
-
-    Sessions(std::vector<User> users, Seconds tokenLifetime, Seconds sessionLifetime);
-
     /// Null when the name is unknown or the password wrong.
     const User* CheckPassword(std::string_view name, std::string_view password) const;
 
@@ -40,21 +35,18 @@ private:
     using Clock = std::chrono::steady_clock;
 
     struct Token {
-        const User* user;
+        const User* user = nullptr;
         std::string context;
         Clock::time_point expiry;
     };
     struct Session {
-        const User* user;
+        const User* user = nullptr;
         Clock::time_point expiry;
     };
 
-    const std::vector<User> users_;
-    const Seconds tokenLifetime_;
-    const Seconds sessionLifetime_;
-    mutable std::mutex mutex_;
-    std::map<std::string, Token> tokens_; ///< By the token's whole text.
-    std::map<SessionCookies, Session> sessions_;
+    mutable std::mutex m_mutex;
+    std::map<std::string, Token> m_tokens; ///< By the token's whole text.
+    std::map<SessionCookies, Session> m_sessions;
 };
 
 } // namespace brevint::service

@@ -12,9 +12,9 @@ namespace brevint::service {
 
 namespace {
 
-constexpr char signInRequest[] = "sign-in";
-constexpr char portalPath[] = "portal/login";
-constexpr char federationPath[] = "federation";
+constexpr char kSignInRequest[] = "sign-in";
+constexpr char kPortalPath[] = "portal/login";
+constexpr char kFederationPath[] = "federation";
 
 std::string Page(const std::string& title, const std::string& content) {
     return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n<title>" +
@@ -26,9 +26,9 @@ std::string Hidden(const std::string& name, const std::string& value) {
     return "<input type=\"hidden\" name=\"" + name + "\" value=\"" + HtmlEscape(value) + "\">\n";
 }
 
-/// `failure` is shown above the form. Without an action the form posts to the address that the
-/// page came from, which carries the sign-in's parameters. Nothing in it is hidden: hidden fields
-/// are how clients tell the page of a successful sign-in.
+// `failure` is shown above the form. Without an action the form posts to the address that the
+// page came from, which carries the sign-in's parameters. Nothing in it is hidden: hidden fields
+// are how clients tell the page of a successful sign-in.
 std::string CredentialPage(const std::string& failure) {
     std::string content;
     if (!failure.empty())
@@ -46,7 +46,7 @@ std::string TokenPage(const std::string& federationUrl, const std::string& token
                       const std::string& context) {
     return Page("Signing in",
                 "<form method=\"post\" action=\"" + HtmlEscape(federationUrl) + "\">\n" +
-                    Hidden("request", signInRequest) + Hidden("token", token) +
+                    Hidden("request", kSignInRequest) + Hidden("token", token) +
                     Hidden("context", context) +
                     "<noscript><p><button type=\"submit\">Continue</button></p></noscript>\n"
                     "</form>\n"
@@ -56,7 +56,7 @@ std::string TokenPage(const std::string& federationUrl, const std::string& token
 HttpReply ShowDashboard(const Call& call) {
     if (!call.user) {
         const std::string context = "rm=0&id=dashboard&ru=" + call.serviceUrl;
-        return RedirectReply(call.serviceUrl + portalPath + "?request=" + signInRequest +
+        return RedirectReply(call.serviceUrl + kPortalPath + "?request=" + kSignInRequest +
                              "&mode=DB&context=" + base::PercentEncode(context));
     }
     return HtmlReply(200, Page("Dashboard", "<p>Signed in as " + HtmlEscape(call.user->name) +
@@ -64,12 +64,12 @@ HttpReply ShowDashboard(const Call& call) {
                                                 "SignOut\">Sign out</a></p>\n"));
 }
 
-/// The context that the dashboard put into the portal's address.
+// The context that the dashboard put into the portal's address.
 std::string CheckPortalQuery(const Call& call) {
     const FormFields query = ReadQuery(call.request.query);
     const auto mode = query.Single("mode");
     const auto context = query.Single("context");
-    if (query.Single("request") != signInRequest || !context || (mode != "DB" && mode != "VX"))
+    if (query.Single("request") != kSignInRequest || !context || (mode != "DB" && mode != "VX"))
         throw BadRequest("The portal's address lacks its parameters.");
     return *context;
 }
@@ -84,7 +84,7 @@ HttpReply TakeCredentials(const Call& call, Sessions& sessions) {
     const User* user = sessions.CheckPassword(*name, *password);
     if (!user)
         return HtmlReply(200, CredentialPage("The user name or password is incorrect."));
-    return HtmlReply(200, TokenPage(call.serviceUrl + federationPath,
+    return HtmlReply(200, TokenPage(call.serviceUrl + kFederationPath,
                                     sessions.IssueToken(*user, context), context));
 }
 
@@ -92,7 +92,7 @@ HttpReply TakeToken(const Call& call, Sessions& sessions) {
     const FormFields form = ReadForm(call.request.Header("Content-Type"), call.request.body);
     const auto token = form.Single("token");
     const auto context = form.Single("context");
-    if (form.Single("request") != signInRequest || !token || !context || form.Size() != 3)
+    if (form.Single("request") != kSignInRequest || !token || !context || form.Size() != 3)
         throw BadRequest("The form must hold request, token and context.");
     const auto cookies = sessions.Redeem(*token, *context);
     if (!cookies)
@@ -108,13 +108,13 @@ HttpReply TakeToken(const Call& call, Sessions& sessions) {
 
 void AddSignInResources(Router& router, ServiceState& state) {
     router.Add("GET", "", Access::Anyone, ShowDashboard);
-    router.Add("GET", portalPath, Access::Anyone, [](const Call& call) {
+    router.Add("GET", kPortalPath, Access::Anyone, [](const Call& call) {
         CheckPortalQuery(call);
         return HtmlReply(200, CredentialPage({}));
     });
-    router.Add("POST", portalPath, Access::Anyone,
+    router.Add("POST", kPortalPath, Access::Anyone,
                [&state](const Call& call) { return TakeCredentials(call, state.sessions); });
-    router.Add("POST", federationPath, Access::Anyone,
+    router.Add("POST", kFederationPath, Access::Anyone,
                [&state](const Call& call) { return TakeToken(call, state.sessions); });
     router.Add("GET", "SignOut", Access::SignedIn, [&state](const Call& call) {
         state.sessions.End(ReadSessionCookies(call.request));

@@ -14,14 +14,14 @@ struct StopSignal::Listener {
     boost::asio::signal_set signals{context, SIGINT, SIGTERM};
 };
 
-StopSignal::StopSignal() : listener_(std::make_unique<Listener>()) {
-    listener_->signals.async_wait([](const boost::system::error_code&, int) {});
+StopSignal::StopSignal() : m_listener(std::make_unique<Listener>()) {
+    m_listener->signals.async_wait([](const boost::system::error_code&, int) {});
 }
 
 StopSignal::~StopSignal() = default;
 
 void StopSignal::Wait() {
-    listener_->context.run();
+    m_listener->context.run();
 }
 
 } // namespace brevint::service

@@ -18,7 +18,7 @@ public:
 
 private:
     struct Listener;
-    std::unique_ptr<Listener> listener_;
+    std::unique_ptr<Listener> m_listener;
 };
 
 } // namespace brevint::service

@@ -25,7 +25,7 @@ HttpReply ListTemplates(const Call& call, const Repository& repository) {
         // Texts that users wrote are HTML in this listing.
         xml.Open("Item")
             .Element("UniqueId", item.id)
-            .Element("Created", item.created)
+            .Element("Created", FormatUtc(item.created))
             .Element("CreatedBy", HtmlEscape(item.createdBy))
             .Element("Category", HtmlEscape(category))
             .Element("Description", HtmlEscape(item.description))

@@ -2,10 +2,38 @@
 
 #include "base/Hex.h"
 
-#include <cstdio>
+#include <charconv>
+#include <ctime>
+#include <iomanip>
+#include <locale>
 #include <random>
+#include <sstream>
+#include <stdexcept>
 
 namespace brevint::service {
+
+namespace {
+
+// In the "C" locale, whose English names of days and months protocols have.
+std::string Format(const char* form, std::chrono::sys_seconds time) {
+    const auto day = std::chrono::floor<std::chrono::days>(time);
+    const std::chrono::year_month_day date(day);
+    const std::chrono::hh_mm_ss clock(time - day);
+    std::tm parts{};
+    parts.tm_year = static_cast<int>(date.year()) - 1900;
+    parts.tm_mon = static_cast<int>(static_cast<unsigned>(date.month())) - 1;
+    parts.tm_mday = static_cast<int>(static_cast<unsigned>(date.day()));
+    parts.tm_wday = static_cast<int>(std::chrono::weekday(day).c_encoding());
+    parts.tm_hour = static_cast<int>(clock.hours().count());
+    parts.tm_min = static_cast<int>(clock.minutes().count());
+    parts.tm_sec = static_cast<int>(clock.seconds().count());
+    std::ostringstream text;
+    text.imbue(std::locale::classic());
+    text << std::put_time(&parts, form);
+    return text.str();
+}
+
+} // namespace
 
 std::vector<std::string_view> Split(std::string_view text, char separator) {
     std::vector<std::string_view> pieces;
@@ -44,17 +72,22 @@ std::string RandomToken() {
     return token;
 }
 
-std::string FormatUtc(std::chrono::system_clock::time_point time) {
-    const auto day = std::chrono::floor<std::chrono::days>(time);
-    const std::chrono::year_month_day date(day);
-    const std::chrono::hh_mm_ss clock(std::chrono::floor<std::chrono::seconds>(time - day));
-    char text[64];
-    std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02dZ",
-                  static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
-                  static_cast<unsigned>(date.day()), static_cast<int>(clock.hours().count()),
-                  static_cast<int>(clock.minutes().count()),
-                  static_cast<int>(clock.seconds().count()));
-    return text;
+std::string FormatUtc(std::chrono::sys_seconds time) {
+    return Format("%Y-%m-%dT%H:%M:%SZ", time);
+}
+
+std::string FormatHttpDate(std::chrono::sys_seconds time) {
+    return Format("%a, %d %b %Y %H:%M:%S GMT", time);
+}
+
+std::uint64_t ReadNumber(std::string_view text, std::uint64_t largest) {
+    std::uint64_t number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    if (stop != end || error != std::errc() || number > largest)
+        throw std::invalid_argument("expected a number up to " + std::to_string(largest) +
+                                    ", not \"" + std::string(text) + "\"");
+    return number;
 }
 
 } // namespace brevint::service

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +19,13 @@ std::string HtmlEscape(std::string_view text);
 std::string RandomToken();
 
 /// "2024-05-06T07:08:09Z"
-std::string FormatUtc(std::chrono::system_clock::time_point time);
+std::string FormatUtc(std::chrono::sys_seconds time);
+
+/// "Mon, 06 May 2024 07:08:09 GMT"
+std::string FormatHttpDate(std::chrono::sys_seconds time);
+
+/// Throws std::invalid_argument when `text` is no decimal number, or above `largest`.
+std::uint64_t ReadNumber(std::string_view text,
+                         std::uint64_t largest = std::numeric_limits<std::uint64_t>::max());
 
 } // namespace brevint::service

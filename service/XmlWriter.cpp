@@ -7,16 +7,16 @@ namespace brevint::service {
 
 namespace {
 
-constexpr std::string_view replacement = "\xEF\xBF\xBD";
-constexpr std::string_view nonCharacterLead = "\xEF\xBF"; // U+FFFE and U+FFFF go on with BE or BF
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+constexpr std::string_view kNonCharacterLead = "\xEF\xBF"; // U+FFFE and U+FFFF go on with BE or BF
 
 } // namespace
 
-XmlWriter::XmlWriter() : text_("<?xml version=\"1.0\" encoding=\"utf-8\"?>") {}
+XmlWriter::XmlWriter() : m_text("<?xml version=\"1.0\" encoding=\"utf-8\"?>") {}
 
 XmlWriter& XmlWriter::Open(std::string_view name) {
-    text_.append("<").append(name).append(">");
-    open_.push_back(name);
+    m_text.append("<").append(name).append(">");
+    m_open.push_back(name);
     return *this;
 }
 
@@ -31,34 +31,34 @@ XmlWriter& XmlWriter::Flag(std::string_view name, bool value) {
 }
 
 XmlWriter& XmlWriter::Close() {
-    text_.append("</").append(open_.back()).append(">");
-    open_.pop_back();
+    m_text.append("</").append(m_open.back()).append(">");
+    m_open.pop_back();
     return *this;
 }
 
 std::string XmlWriter::Document() {
-    assert(open_.empty());
-    return std::move(text_);
+    assert(m_open.empty());
+    return std::move(m_text);
 }
 
 void XmlWriter::AppendText(std::string_view text) {
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char c = text[i];
         switch (c) {
-        case '&': text_ += "&amp;"; break;
-        case '<': text_ += "&lt;"; break;
-        case '>': text_ += "&gt;"; break;
-        case '"': text_ += "&quot;"; break;
-        case '\r': text_ += "&#13;"; break; // a bare CR would be read as a line feed
+        case '&': m_text += "&amp;"; break;
+        case '<': m_text += "&lt;"; break;
+        case '>': m_text += "&gt;"; break;
+        case '"': m_text += "&quot;"; break;
+        case '\r': m_text += "&#13;"; break; // a bare CR would be read as a line feed
         default:
             if (static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n') {
-                text_ += replacement;
-            } else if (text.substr(i).starts_with(nonCharacterLead) && i + 2 < text.size() &&
+                m_text += kReplacement;
+            } else if (text.substr(i).starts_with(kNonCharacterLead) && i + 2 < text.size() &&
                        (text[i + 2] == '\xBE' || text[i + 2] == '\xBF')) {
-                text_ += replacement;
+                m_text += kReplacement;
                 i += 2;
             } else {
-                text_ += c;
+                m_text += c;
             }
         }
     }

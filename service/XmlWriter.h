@@ -23,8 +23,8 @@ public:
 private:
     void AppendText(std::string_view text);
 
-    std::string text_;
-    std::vector<std::string_view> open_;
+    std::string m_text;
+    std::vector<std::string_view> m_open;
 };
 
 } // namespace brevint::service

@@ -1,19 +1,23 @@
-#include "service/MultipartFile.h"
+#include "service/MultipartReader.h"
 
 #include "base/Ascii.h"
 #include "service/ServiceError.h"
+
+#include <algorithm>
+#include <utility>
 
 namespace brevint::service {
 
 namespace {
 
-constexpr std::string_view lineEnd = "\r\n";
+constexpr std::string_view kLineEnd = "\r\n";
+constexpr std::size_t kHeadLimit = 64 * 1024;
 
 ServiceError Malformed(const std::string& what) {
     return BadRequest("The multipart body is malformed: " + what);
 }
 
-/// Takes `prefix` off the front of `text`; false when it does not stand there.
+// Takes `prefix` off the front of `text`; false when it does not stand there.
 bool Consume(std::string_view& text, std::string_view prefix) {
     if (!text.starts_with(prefix))
         return false;
@@ -49,16 +53,16 @@ std::string ReadFileName(std::string_view disposition) {
     return std::string(disposition.substr(0, quote));
 }
 
-/// The value of the part's header `name`, which must stand there once.
+// The value of the part's header `name`, which must stand there once.
 std::string_view PartHeader(std::string_view block, std::string_view name) {
     std::string_view value;
     bool found = false;
     while (!block.empty()) {
-        const auto end = block.find(lineEnd);
+        const auto end = block.find(kLineEnd);
         if (end == std::string_view::npos)
             throw Malformed("a header line does not end.");
         const std::string_view line = block.substr(0, end);
-        block.remove_prefix(end + lineEnd.size());
+        block.remove_prefix(end + kLineEnd.size());
         const auto colon = line.find(':');
         if (colon == std::string_view::npos)
             throw Malformed("a header line has no colon.");
@@ -74,41 +78,56 @@ std::string_view PartHeader(std::string_view block, std::string_view name) {
     return value;
 }
 
+// The file's name from the body's `head`, which ends with the part's last header line.
+std::string ReadHead(std::string_view head, std::string_view delimiter) {
+    if (!Consume(head, delimiter))
+        throw Malformed("it does not begin with its boundary.");
+    if (!Consume(head, kLineEnd))
+        throw Malformed("the first boundary does not end its line.");
+    if (!base::EqualsIgnoreCase(PartHeader(head, "Content-Type"), "application/octet-stream"))
+        throw Malformed("the part is not application/octet-stream.");
+    return ReadFileName(PartHeader(head, "Content-Disposition"));
+}
+
 } // namespace
 
-MultipartFile ReadMultipartFile(std::string_view contentType, std::string_view body) {
-    const std::string delimiter = "--" + ReadBoundary(contentType);
-    if (body.empty())
-        throw NoFilesFound();
+MultipartReader::MultipartReader(std::string_view contentType, Write write)
+    : m_delimiter("--" + ReadBoundary(contentType)), m_write(std::move(write)) {}
 
-    std::string_view rest = body;
-    if (!Consume(rest, delimiter))
-        throw Malformed("it does not begin with its boundary.");
-    if (rest == "--" || rest == "--\r\n")
-        throw NoFilesFound();
-    if (!Consume(rest, lineEnd))
-        throw Malformed("the first boundary does not end its line.");
+void MultipartReader::Take(std::string_view piece) {
+    if (!m_headIsRead) {
+        m_head += piece;
+        const auto blankLine = m_head.find("\r\n\r\n");
+        if (blankLine == std::string::npos && m_head.size() > kHeadLimit)
+            throw Malformed("the part's headers do not end.");
+        if (blankLine == std::string::npos)
+            return;
+        const auto end = blankLine + kLineEnd.size();
+        m_file.name = ReadHead(std::string_view(m_head).substr(0, end), m_delimiter);
+        m_headIsRead = true;
+        piece.remove_prefix(end + kLineEnd.size() - (m_head.size() - piece.size()));
+        m_head.clear();
+    }
+    m_write(piece);
+    m_file.size += piece.size();
+    const std::size_t longest = m_delimiter.size() + 3 * kLineEnd.size();
+    m_tail += piece.substr(piece.size() - std::min(piece.size(), longest));
+    m_tail.erase(0, m_tail.size() - std::min(m_tail.size(), longest));
+}
 
-    const auto blankLine = rest.find("\r\n\r\n");
-    if (blankLine == std::string_view::npos)
+MultipartFile MultipartReader::End() {
+    if (!m_headIsRead) {
+        if (m_head.empty() || m_head == m_delimiter + "--" || m_head == m_delimiter + "--\r\n")
+            throw NoFilesFound();
         throw Malformed("the part's headers do not end.");
-    const std::string_view headers = rest.substr(0, blankLine + lineEnd.size());
-    MultipartFile file;
-    file.name = ReadFileName(PartHeader(headers, "Content-Disposition"));
-    if (!base::EqualsIgnoreCase(PartHeader(headers, "Content-Type"), "application/octet-stream"))
-        throw Malformed("the part is not application/octet-stream.");
-    rest.remove_prefix(blankLine + 2 * lineEnd.size());
-
-    file.offset = body.size() - rest.size();
-    file.size = rest.find("\r\n" + delimiter);
-    if (file.size == std::string_view::npos)
+    }
+    std::string closing = "\r\n" + m_delimiter + "--";
+    if (m_tail.ends_with(kLineEnd))
+        closing += kLineEnd;
+    if (!m_tail.ends_with(closing))
         throw Malformed("the last boundary is missing.");
-    rest.remove_prefix(file.size + lineEnd.size() + delimiter.size());
-    if (rest.starts_with(lineEnd))
-        throw Malformed("it holds more than one part.");
-    if (rest != "--\r\n" && rest != "--")
-        throw Malformed("something stands after the last boundary.");
-    return file;
+    m_file.size -= closing.size();
+    return std::move(m_file);
 }
 
 } // namespace brevint::service
