@@ -3,6 +3,7 @@
 #include "tests/library/Helpers.h"
 
 #include <sstream>
+#include <utility>
 
 namespace brevint::test {
 
@@ -106,7 +107,7 @@ const Fault kFaults[] = {
      waits, nowhere},
 };
 
-std::string FillIn(const std::string& reply, const Healthy& healthy, const std::string& refused) {
+std::string FillIn(std::string text, const Healthy& healthy, const std::string& refused) {
     const std::size_t size = healthy.body.size();
     std::ostringstream hex;
     hex << std::hex << size;
@@ -121,13 +122,8 @@ std::string FillIn(const std::string& reply, const Healthy& healthy, const std::
         {"{half}", healthy.body.substr(0, size / 2)},
         {"{body}", healthy.body},
     };
-    std::string text = reply;
     for (const auto& [name, value] : parts) {
-        const std::string_view mark = name;
-        for (std::size_t at = text.find(mark); at != std::string::npos;
-             at = text.find(mark, at + value.size())) {
-            text.replace(at, mark.size(), value);
-        }
+        text = Replace(std::move(text), name, value);
     }
     return text;
 }

@@ -43,6 +43,14 @@ inline std::string Numbered(int count, const std::string& text, const std::strin
     return all;
 }
 
+/// The text with something else in the place of a part, wherever that stands.
+inline std::string Replace(std::string text, std::string_view part, std::string_view by) {
+    for (std::size_t at = 0; (at = text.find(part, at)) != text.npos; at += by.size()) {
+        text.replace(at, part.size(), by);
+    }
+    return text;
+}
+
 /// A reply of the service with that content.
 inline std::string Document(const std::string& content) {
     return "<ResponseData>" + content + "</ResponseData>";

@@ -1,17 +1,17 @@
 #include "brevint/brevint.h"
-#include "tests/library/Details.h"
 #include "tests/library/Helpers.h"
 #include "tests/support/AwaitComplete.h"
 #include "tests/support/RefusedPort.h"
+#include "tests/support/ResponseKinds.h"
 #include "tests/support/ScriptedServer.h"
 #include "tests/support/TempFolder.h"
 
-#include <boost/algorithm/string/replace.hpp>
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <tuple>
 
 namespace brevint::test {
 namespace {
@@ -19,29 +19,6 @@ namespace {
 constexpr const wchar_t* kFileName = L"\u00DCberblick \u2014 \u6982\u8981.txt";
 constexpr const char* kFileNameUtf8 = "\xC3\x9C"
                                       "berblick \xE2\x80\x94 \xE6\xA6\x82\xE8\xA6\x81.txt";
-
-/// What a caller reads from a response.
-struct Result {
-    bool succeeded;
-    double code;
-    std::wstring detail;
-};
-
-/// Reads a response and deletes it, as a caller does.
-template <class Response, class Detail>
-Result Read(Response* response, Detail detail) {
-    const std::unique_ptr<Response> owner(response);
-    return {owner->GetSucceeded(), owner->GetErrorCode(), std::invoke(detail, *owner)};
-}
-
-template <class Response>
-Result Read(Response* response) {
-    return Read(response, [](auto&) { return L""; });
-}
-
-std::wstring JobState(IPollStatusResponse& response) {
-    return std::to_wstring(response.GetStatus()) + L' ' + response.GetItemId();
-}
 
 TEST(RepositoryProxy, OperationsOnTheWireAndTheirReplies) {
     const TempFolder folder;
@@ -51,7 +28,8 @@ TEST(RepositoryProxy, OperationsOnTheWireAndTheirReplies) {
     using Proxy = CRepositoryProxy;
     using Text = const std::wstring&;
     struct Case {
-        std::function<Result(Proxy&, Text url, Text id)> call;
+        const char* kind;
+        std::function<IReadOnlyResponse*(Proxy&, Text url, Text id)> call;
         std::string request; ///< verb and target, in which "$" stands for the identifier
         std::string body;
         std::string reply;
@@ -59,43 +37,31 @@ TEST(RepositoryProxy, OperationsOnTheWireAndTheirReplies) {
         bool followsRedirects = false;
     };
     const Case cases[] = {
-        {[](Proxy& p, Text url, Text id) { return Read(p.CheckOut(url, id)); },
-         "PUT /app/Repository/Items/$/Locked", R"({"ItemId":"$","Locked":true})", "", L""},
-        {[](Proxy& p, Text url, Text id) { return Read(p.CheckIn(url, id)); },
-         "PUT /app/Repository/Items/$/Locked", R"({"ItemId":"$","Locked":false})",
-         "<Message>Item already checked in.</Message>", L""},
-        {[&](Proxy& p, Text url, Text id) {
-             return Read(p.OverwriteFile(url, id, path), &IJobResponse::GetJobId);
-         },
-         "PUT /app/Repository/Files/$", file, "<JobId>j1</JobId>", L"j1"},
-        {[&](Proxy& p, Text url, Text id) {
-             return Read(p.UploadFile(url, id, path), &IJobResponse::GetJobId);
-         },
-         "POST /app/Repository/Items/$/Files", file, "<JobId>j2</JobId>", L"j2"},
-        {[](Proxy& p, Text url, Text id) { return Read(p.GetFolderContents(url, id), ItemNames); },
-         "GET /app/Repository/Items/$/Items", "",
-         "<Item><Name>a</Name></Item><Item><Name>\xC3\xBC</Name></Item>", L"a;\u00FC;"},
-        {[](Proxy& p, Text url, Text id) {
-             return Read(p.GetPath(url, id), &CPathResponse::GetPath);
-         },
-         "GET /app/Repository/Items/$/Path", "", "<Path>/a/b</Path>", L"/a/b"},
-        {[](Proxy& p, Text url, Text id) {
-             return Read(p.CreateFolder(url, id, L"\u00FC \"\\%ITEMID%"),
-                         &ICreateFolderResponse::GetFolderId);
+        {"CheckInOut", &Proxy::CheckOut, "PUT /app/Repository/Items/$/Locked",
+         R"({"ItemId":"$","Locked":true})", "", L""},
+        {"CheckInOut", &Proxy::CheckIn, "PUT /app/Repository/Items/$/Locked",
+         R"({"ItemId":"$","Locked":false})", "<Message>Item already checked in.</Message>",
+         L"Item already checked in."},
+        {"OverwriteFile",
+         [&](Proxy& p, Text url, Text id) { return p.OverwriteFile(url, id, path); },
+         "PUT /app/Repository/Files/$", file, "<JobId>j1</JobId>", L"j1|"},
+        {"UploadFile", [&](Proxy& p, Text url, Text id) { return p.UploadFile(url, id, path); },
+         "POST /app/Repository/Items/$/Files", file, "<JobId>j2</JobId>", L"j2|"},
+        {"GetFolderContents", &Proxy::GetFolderContents, "GET /app/Repository/Items/$/Items", "",
+         "<Item><Name>\xC3\xBC</Name></Item>", L"|||\u00FC||||||||lockedpublic;"},
+        {"Path", &Proxy::GetPath, "GET /app/Repository/Items/$/Path", "", "<Path>/a/b</Path>",
+         L"/a/b"},
+        {"CreateFolder",
+         [](Proxy& p, Text url, Text id) {
+             return p.CreateFolder(url, id, L"\u00FC \"\\%ITEMID%");
          },
          "POST /app/Repository/Items/$/Items",
-         "{\"ItemType\":0,\"Name\":\"\xC3\xBC \"\\%ITEMID%\"}", "<UniqueId>n1</UniqueId>", L"n1"},
-        {[](Proxy& p, Text url, Text id) { return Read(p.Delete(url, id)); },
-         "DELETE /app/Repository/Items", R"({"ItemIds":["$"]})", "", L""},
-        {[](Proxy& p, Text url, Text id) {
-             return Read(p.PollUploadFileStatus(url, id), JobState);
-         },
-         "GET /app/Repository/Jobs/$", "", "<Status>2</Status><Details>n2</Details>", L"1 n2",
-         true},
-        {[](Proxy& p, Text url, Text id) {
-             return Read(p.PollOverwriteFileStatus(url, id), JobState);
-         },
-         "GET /app/Repository/Jobs/$", "", "<Status>0</Status>", L"0 ", true},
+         "{\"ItemType\":0,\"Name\":\"\xC3\xBC \"\\%ITEMID%\"}", "<UniqueId>n1</UniqueId>", L"n1|"},
+        {"Delete", &Proxy::Delete, "DELETE /app/Repository/Items", R"({"ItemIds":["$"]})", "", L""},
+        {"PollUploadStatus", &Proxy::PollUploadFileStatus, "GET /app/Repository/Jobs/$", "",
+         "<Status>2</Status><Details>n2</Details>", L"1|n2", true},
+        {"PollOverwriteStatus", &Proxy::PollOverwriteFileStatus, "GET /app/Repository/Jobs/$", "",
+         "<Status>0</Status>", L"0|", true},
     };
     WebRequestFactory factory;
     const RefusedPort refused;
@@ -106,7 +72,7 @@ TEST(RepositoryProxy, OperationsOnTheWireAndTheirReplies) {
               "%ITEMID%%PARENTID%%FILEID%%FOLDERID%%JOBID%%PARENTFOLDERID%"}) {
             SCOPED_TRACE(id);
             const auto filledIn = [&id](const std::string& text) {
-                return boost::replace_all_copy(text, "$", id);
+                return Replace(text, "$", id);
             };
             const std::wstring wideId(id.begin(), id.end());
             ScriptedServer server;
@@ -116,10 +82,10 @@ TEST(RepositoryProxy, OperationsOnTheWireAndTheirReplies) {
             server.On("/elsewhere").Reply(401, {}, Document("<Message>Elsewhere.</Message>"));
             CRepositoryProxy proxy(&factory);
 
-            const auto success = test.call(proxy, server.Url("/app"), wideId);
-            EXPECT_TRUE(success.succeeded);
-            EXPECT_EQ(success.code, 1101);
-            EXPECT_EQ(success.detail, test.detail);
+            const auto call = [&](const std::wstring& url) {
+                return Read(test.kind, test.call(proxy, url, wideId));
+            };
+            EXPECT_EQ(call(server.Url("/app")), Reading(ErrorCode::Success, test.detail));
             const auto request = server.Requests().at(0);
             EXPECT_EQ(request.method + ' ' + request.target, filledIn(test.request));
             EXPECT_EQ(request.Header("Accept"), "text/xml");
@@ -127,13 +93,13 @@ TEST(RepositoryProxy, OperationsOnTheWireAndTheirReplies) {
                       test.body == file ? "multipart/form-data; boundary=" + kBoundary : "");
             EXPECT_EQ(request.body, filledIn(test.body));
 
-            EXPECT_EQ(test.call(proxy, server.Url("/app/"), wideId).code, 1103);
+            EXPECT_EQ(call(server.Url("/app/")).first, ErrorCode::AuthorizationFailed);
             EXPECT_EQ(server.Requests().at(1).target, request.target) << "one slash in between";
             EXPECT_EQ(server.ConnectionCount(), 1u) << "calls in a row share it";
-            test.call(proxy, server.Url("/app"), wideId);
+            call(server.Url("/app"));
             EXPECT_EQ(server.RequestsFor("/elsewhere").size(), test.followsRedirects ? 1u : 0u);
             for (const std::wstring& nowhere : {refused.Url(), std::wstring()}) {
-                EXPECT_EQ(test.call(proxy, nowhere, wideId).code, 1102);
+                EXPECT_EQ(call(nowhere).first, ErrorCode::EmptyReply);
             }
         }
     }
@@ -153,8 +119,7 @@ TEST(RepositoryProxy, AnIdentifierCannotEndTheRequestLine) {
         server.On("*").Reply(200, {}, Document("<Path>/</Path>"));
         WebRequestFactory factory;
         CRepositoryProxy proxy(&factory);
-        EXPECT_EQ(Read(proxy.GetPath(server.Url("/app"), id), &CPathResponse::GetPath).detail,
-                  L"/");
+        EXPECT_EQ(Read("Path", proxy.GetPath(server.Url("/app"), id)).second, L"/");
         const auto request = server.Requests().at(0);
         EXPECT_EQ(request.target.substr(0, request.target.find('#')), target);
         EXPECT_EQ(request.HeaderCount("X-Mine"), 0u);
@@ -195,10 +160,15 @@ TEST(RepositoryProxy, ServesEachOfManyThreads) {
         WebRequestFactory factory;
         CRepositoryProxy proxy(&factory);
         for (int round = 0; round < 125; ++round) {
-            wrong += Read(proxy.GetPath(url, id), &CPathResponse::GetPath).detail != id;
-            wrong += Read(proxy.GetFolderContents(url, id), ItemNames).detail != id + L';';
-            wrong += Read(proxy.OverwriteFile(url, id, path), &IJobResponse::GetJobId).detail != id;
-            wrong += Read(proxy.PollUploadFileStatus(url, id), JobState).detail != L"1 " + id;
+            for (const auto& [kind, response, detail] :
+                 {std::tuple<const char*, IReadOnlyResponse*, std::wstring>(
+                      "Path", proxy.GetPath(url, id), id),
+                  {"OverwriteFile", proxy.OverwriteFile(url, id, path), id + L'|'},
+                  {"PollUploadStatus", proxy.PollUploadFileStatus(url, id), L"1|" + id},
+                  {"GetFolderContents", proxy.GetFolderContents(url, id),
+                   L"|||" + id + L"||||||||lockedpublic;"}}) {
+                wrong += Read(kind, response) != Reading(ErrorCode::Success, detail);
+            }
             // Handles that come and go without traffic make numbers change hands quickly.
             for (int opening = 0; opening < 5; ++opening) {
                 WebRequest(url.c_str(), WebRequestTypeGet).Connect(0);
@@ -217,8 +187,7 @@ TEST(RepositoryProxy, ServesEachOfManyThreads) {
             Document("<Path>" + id + "</Path><JobId>" + id + "</JobId><Status>2</Status><Details>" +
                      id + "</Details><Item><Name>" + id + "</Name></Item>");
         for (const auto* target : {"/Items/%/Path", "/Items/%/Items", "/Jobs/%", "/Files/%"}) {
-            std::string text = target;
-            server.On("/Repository" + text.replace(text.find('%'), 1, id)).Reply(200, {}, reply);
+            server.On("/Repository" + Replace(target, "%", id)).Reply(200, {}, reply);
         }
         threads.emplace_back(work, Utf8::ToWide(id));
     }
