@@ -172,21 +172,6 @@ TEST(SignIn, ReadsALadenPage) {
     EXPECT_TRUE(server.Requests().back().body == "n=" + value + "&");
 }
 
-TEST(SignIn, SendsTheCredentialsToThePortalAlone) {
-    for (const int status : {307, 308}) {
-        SCOPED_TRACE(status);
-        ScriptedServer server;
-        ScriptedServer other;
-        server.On("/app").Reply(302, {{"Location", Narrow(server.Url("/portal"))}});
-        server.On("*").Reply(status, {{"Location", Narrow(other.Url("/in"))}});
-        EXPECT_EQ(From(server.Url("/app"))->GetErrorMessage(),
-                  ConnectionFailure(server.Url("/app")));
-        for (const auto& request : other.Requests()) {
-            EXPECT_EQ(request.body, "");
-        }
-    }
-}
-
 TEST(SignIn, FailuresSayWhy) {
     const std::string form = "<form action='http://s/finish'>";
     const std::string hidden = "<input type=hidden name=a value=b>";
