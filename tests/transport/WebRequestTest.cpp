@@ -25,5 +25,25 @@ TEST(WebRequest, WhatIsNullOrUnknownCountsAsNotGiven) {
     EXPECT_EQ(sent.Header("User-Agent"), "Velmora");
 }
 
+TEST(WebRequest, BytesComeWholeAndTextEndsAtAZeroByte) {
+    std::string body(100'000, 'c'); // a chunk as the library reads, whose text ends by itself
+    body[3] = '\0';
+    body += std::string("ab\0cd", 5);
+    ScriptedServer server;
+    server.On("/chunks").ReplyChunked(200, {}, {body});
+    server.On("/length").Reply(200, {}, body);
+    for (const std::string target : {"/chunks", "/length"}) {
+        WebRequest request(server.Url(target).c_str(), WebRequestTypeGet);
+        request.SendRequest();
+        std::vector<char> bytes{'#'}; // what the caller holds already
+        request.GetRequestedData(bytes);
+        EXPECT_TRUE(std::string(bytes.begin(), bytes.end()) == '#' + body);
+        request.SendRequest();
+        std::wstring text = L"what was there";
+        request.GetRequestedData(text);
+        EXPECT_EQ(text, target == "/chunks" ? L"cccab" : L"ccc");
+    }
+}
+
 } // namespace
 } // namespace brevint::test

@@ -47,43 +47,6 @@ struct Exchange : FakeInternet {
     std::unique_ptr<WebRequest> request = std::make_unique<WebRequest>(kUrl, WebRequestTypeGet);
 };
 
-TEST(Calls, ReplyIsReadAsItsLengthIsKnownOrNot) {
-    const std::string nul("ab\0cd", 5);
-    std::string cut = kChunk;
-    cut[3] = '\0';
-    const Step withNul{How::AtOnce, nul}, chunk{How::AtOnce, cut}, fails{How::Fails};
-    const struct {
-        const char* name;
-        DWORD length;
-        std::deque<Step> reads;
-        std::string bytes;
-        std::wstring text;
-    } cases[] = {
-        {"known", 5, {withNul}, nul, L"ab"},
-        {"known, too short", 6, {withNul}, "", L""},
-        {"known, failed", 5, {fails}, "", L""},
-        {"unknown", 0, {withNul}, nul, L"ab"},
-        {"chunks, each cut on its own", 0, {chunk, withNul}, cut + nul, L"cccab"},
-        {"failure: what came stays", 0, {chunk, fails}, cut, L"ccc"},
-    };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.name);
-        FakeInternet fake;
-        fake.contentLength = test.length;
-        WebRequest request(kUrl, WebRequestTypeGet);
-        request.SendRequest();
-        fake.reads = test.reads;
-        std::vector<char> bytes{'#'}; // what the caller holds already
-        request.GetRequestedData(bytes);
-        EXPECT_EQ(std::string(bytes.begin(), bytes.end()), '#' + test.bytes);
-        fake.reads = test.reads;
-        std::wstring text = L"what was there";
-        request.GetRequestedData(text);
-        EXPECT_EQ(text, test.text);
-        EXPECT_EQ(fake.readSizes.at(0), test.length ? test.length : 100'000);
-    }
-}
-
 TEST(Calls, EveryWayOfAnAsynchronousExchange) {
     const Step now{How::AtOnce, "reply"}, inCall{How::EndsInTheCall, "reply"};
     const Step twice{How::ToldTwice, "reply"}, fullTwice{How::ToldTwice, kChunk};
@@ -145,6 +108,17 @@ TEST(Calls, BodyIsThereForEverySend) {
     fake.Run();
     fake.request->SendRequest();
     EXPECT_EQ(fake.bodies, std::vector<std::string>(3, body));
+}
+
+TEST(Calls, ResponseMayEndTheRequestThatFillsIt) {
+    Exchange fake;
+    fake.response->onFilled = [&] {
+        fake.request.reset();
+    };
+    fake.Send();
+    fake.Run();
+    EXPECT_EQ(fake.response->fillings, 1);
+    EXPECT_EQ(fake.closed, "request connection session ");
 }
 
 TEST(Calls, NothingIsWaitedForLongerThanAnHourAtATime) {
