@@ -25,8 +25,8 @@ constexpr std::size_t kLargestAllocation = 1'000'000;
 /// Whether the fault can be told from a healthy reply on this target.
 bool Shows(const Fault& fault) {
     const bool isLinux = std::string_view(BREVINT_TARGET) == "Linux";
-    return fault.shows == Fault::Shows::everywhere ||
-           (fault.shows == Fault::Shows::onLinux && isLinux);
+    return fault.shows == Fault::Shows::Everywhere ||
+           (fault.shows == Fault::Shows::OnLinux && isLinux);
 }
 
 /// The outcomes of a call on this target, by the names of the faults: a column of the table in the
@@ -61,8 +61,8 @@ struct RemoteFaults : testing::TestWithParam<std::size_t> {
         const std::string after = "/after";
         victim.On(after + "/Repository/Items/id/Path")
             .Reply(200, {}, "<ResponseData><Path>/p</Path></ResponseData>");
-        const std::wstring bad = fault.where == Fault::Where::refused   ? refused.Url()
-                                 : fault.where == Fault::Where::unknown ? kUnknown
+        const std::wstring bad = fault.where == Fault::Where::Refused   ? refused.Url()
+                                 : fault.where == Fault::Where::Unknown ? unknown
                                                                         : victim.Url("/");
         std::string addresses[4];
         for (int step = 0; step < 4; ++step) {
@@ -85,7 +85,7 @@ struct RemoteFaults : testing::TestWithParam<std::size_t> {
             outcome.text = std::string("exception: ") + error.what();
         }
         EXPECT_TRUE(outcome.isClear || (outcome.succeeded && !Shows(fault))) << outcome.text;
-        if (fault.where == Fault::Where::request) {
+        if (fault.where == Fault::Where::Request) {
             WebRequestFactory factory;
             const std::unique_ptr<CPathResponse> next(
                 CRepositoryProxy(&factory).GetPath(victim.Url(after), L"id"));
@@ -99,7 +99,7 @@ struct RemoteFaults : testing::TestWithParam<std::size_t> {
     const TempFolder folder;
     int tries = 1000;
     // No name server is asked for a name of which a part is this long.
-    const std::wstring kUnknown = L"http://" + std::wstring(70, L'x') + L".test/";
+    const std::wstring unknown = L"http://" + std::wstring(70, L'x') + L".test/";
 };
 
 TEST_P(RemoteFaults, EndTheCallAsDocumented) {

@@ -34,6 +34,15 @@ inline std::vector<char> Bytes(std::string_view text) {
     return {text.begin(), text.end()};
 }
 
+/// That many times the text.
+inline std::string Repeat(int count, const std::string& text) {
+    std::string all;
+    while (count-- > 0) {
+        all += text;
+    }
+    return all;
+}
+
 /// That many times the text, each with its number and what follows it.
 inline std::string Numbered(int count, const std::string& text, const std::string& after = {}) {
     std::string all;

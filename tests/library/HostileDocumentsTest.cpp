@@ -52,14 +52,6 @@ const Place kPlaces[] = {
     {"Template", "Name", {1101, L"$||||||;"}, {1101, L"||||||;"}, "<Item>", "</Item>"},
 };
 
-std::string Repeat(int count, const std::string& text) {
-    std::string all;
-    while (count-- > 0) {
-        all += text;
-    }
-    return all;
-}
-
 /// A reply with the markup, in which "@" stands for the element's name, in that place.
 std::string In(const Place& place, const std::string& markup) {
     return Document(place.before + Replace(markup, "@", place.element) + place.after);
