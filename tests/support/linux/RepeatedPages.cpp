@@ -9,19 +9,18 @@
 
 namespace brevint::test {
 
-void FillWithRepeatedPages(char* start, std::size_t size, char content) {
-    constexpr std::size_t window = std::size_t{1} << 26;
+void FillWithRepeatedPages(char* start, std::size_t size, std::string_view text) {
     const int pages = memfd_create("pages", 0);
-    bool mapped = ftruncate(pages, window) == 0;
-    for (std::size_t offset = 0; mapped && offset < size; offset += window) {
-        mapped = mmap(start + offset, std::min(window, size - offset), PROT_READ | PROT_WRITE,
+    bool mapped = ftruncate(pages, static_cast<off_t>(text.size())) == 0;
+    for (std::size_t offset = 0; mapped && offset < size; offset += text.size()) {
+        mapped = mmap(start + offset, std::min(text.size(), size - offset), PROT_READ | PROT_WRITE,
                       MAP_SHARED | MAP_FIXED | MAP_POPULATE, pages, 0) != MAP_FAILED;
     }
     close(pages);
     if (!mapped) {
         throw std::bad_alloc();
     }
-    std::memset(start, content, std::min(window, size));
+    std::memcpy(start, text.data(), std::min(text.size(), size));
 }
 
 } // namespace brevint::test

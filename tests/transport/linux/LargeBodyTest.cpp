@@ -14,7 +14,7 @@ TEST(LargeBody, ThatThePlatformCannotCarryIsNotSentAtAll) {
     std::vector<char> body;
     body.reserve(length + page);
     auto* const start = body.data() + page - reinterpret_cast<std::uintptr_t>(body.data()) % page;
-    FillWithRepeatedPages(start, length - page, '\0');
+    FillWithRepeatedPages(start, length - page, std::string(1 << 26, '\0'));
     body.resize(length);
     ScriptedServer server;
     server.On("/").Reply(200);
