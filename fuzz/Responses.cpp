@@ -1,29 +1,18 @@
 #include "fuzz/Fuzz.h"
-#include "tests/library/Details.h"
+#include "tests/support/ResponseKinds.h"
 
 using namespace brevint::test;
 
-template <class Response>
-static void Read(const std::vector<char>& reply, unsigned long status) {
-    Response response;
-    response.SetServerResponse(reply, status);
-    Require(response.GetSucceeded() == (response.GetErrorCode() == ErrorCode::Success));
-    Require(Detail(response) == Detail(response));
-    response.ParseServerResponse();
-}
-
-template <class... Responses>
-static void ReadAs(unsigned kind, const std::vector<char>& reply, unsigned long status) {
-    unsigned index = 0;
-    ((index++ == kind % sizeof...(Responses) ? Read<Responses>(reply, status) : void()), ...);
-}
-
-/// The first byte is the kind of response, an upper-case letter for a status that is not 200.
+/// The name of a kind of response and its status, and from the next line on the reply.
 void Fuzz(std::string_view input) {
-    const unsigned char first = input.empty() ? 0 : static_cast<unsigned char>(input.front());
-    ReadAs<CCheckInOutResponse, CCreateFolderResponse, CDeleteResponse, CDownloadFileResponse,
-           CGetFolderContentsResponse, CIdentityResponse, COverwriteFileResponse, CPathResponse,
-           CPollOverwriteStatusResponse, CPollUploadStatusResponse, CSignOutResponse,
-           CTemplateResponse, CUploadFileResponse, CVersionInfoResponse>(
-        first & 0x1Fu, {input.begin() + !input.empty(), input.end()}, (first & 0x20) ? 200 : 500);
+    const std::string_view line = TakeLine(input);
+    const ResponseKind* const kind = FindKind(line.substr(0, line.find(' ')));
+    if (!kind) {
+        return;
+    }
+    const auto response = kind->make();
+    response->SetServerResponse({input.begin(), input.end()}, line.ends_with(" 500") ? 500 : 200);
+    Require(response->GetSucceeded() == (response->GetErrorCode() == ErrorCode::Success));
+    Require(kind->detail(*response) == kind->detail(*response));
+    response->ParseServerResponse();
 }

@@ -1,8 +1,7 @@
 #include "requests/BaseFileUploadRequestInfo.h"
 
+#include "requests/MultipartFrame.h"
 #include "support/Files.h"
-#include "support/Text.h"
-#include "support/Utf8.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -11,23 +10,8 @@
 
 namespace {
 
-constexpr const wchar_t* kBoundary = L"---------------------8cdfaf76df000f9";
-constexpr const wchar_t* kBoundaryPlaceholder = L"%%BOUNDARY%%";
-constexpr const wchar_t* kFileNamePlaceholder = L"%%FILENAME%%";
-constexpr const wchar_t* kHeaderTemplate =
-    L"Content-Type: multipart/form-data; boundary=%%BOUNDARY%%\r\n";
-constexpr const wchar_t* kPartHeaderTemplate =
-    L"--%%BOUNDARY%%\r\n"
-    L"Content-Disposition: form-data; name=\"file\"; filename=\"%%FILENAME%%\"\r\n"
-    L"Content-Type: application/octet-stream\r\n\r\n";
-constexpr const wchar_t* kTrailerTemplate = L"\r\n--%%BOUNDARY%%--\r\n";
-
 /// The platform counts the bytes of a body in 32 bits.
 constexpr std::uint64_t kLargestBody = std::numeric_limits<std::uint32_t>::max();
-
-std::wstring FillBoundary(const wchar_t* text) {
-    return BaseHlpr::StringReplace(text, kBoundaryPlaceholder, kBoundary);
-}
 
 /// Throws std::bad_alloc when the body cannot be held.
 std::vector<char> BuildBody(const std::wstring& filePath) {
@@ -37,10 +21,7 @@ std::vector<char> BuildBody(const std::wstring& filePath) {
         return {};
     }
 
-    const std::wstring fileName = BaseHlpr::ExtractFileName(filePath);
-    const std::string header = Utf8::ToNarrow(BaseHlpr::StringReplace(
-        FillBoundary(kPartHeaderTemplate).c_str(), kFileNamePlaceholder, fileName.c_str()));
-    const std::string trailer = Utf8::ToNarrow(FillBoundary(kTrailerTemplate));
+    const auto [header, trailer] = MakeMultipartFrame(filePath);
     if (size > kLargestBody - header.size() - trailer.size()) {
         return {};
     }
@@ -58,8 +39,12 @@ std::vector<char> BuildBody(const std::wstring& filePath) {
 CBaseFileUploadRequestInfo::CBaseFileUploadRequestInfo(const Method& method,
                                                        const std::wstring& baseUrl,
                                                        const std::wstring& path,
-                                                       const std::wstring& filePath)
+                                                       const std::wstring& filePath,
+                                                       UploadBody body)
     : CServiceRequestInfo(method, baseUrl, path) {
+    if (body == UploadBody::Streamed) {
+        return;
+    }
     try {
         m_uploadData = BuildBody(filePath);
     } catch (const std::bad_alloc&) {
@@ -68,5 +53,5 @@ CBaseFileUploadRequestInfo::CBaseFileUploadRequestInfo(const Method& method,
 }
 
 std::wstring CBaseFileUploadRequestInfo::GetHeaders() const {
-    return FillBoundary(kHeaderTemplate);
+    return MultipartHeader();
 }

@@ -6,5 +6,5 @@
 class COverwriteFileRequestInfo : public CBaseFileUploadRequestInfo {
 public:
     COverwriteFileRequestInfo(const std::wstring& baseUrl, const std::wstring& fileId,
-                              const std::wstring& filePath);
+                              const std::wstring& filePath, UploadBody body = UploadBody::InMemory);
 };

@@ -6,5 +6,5 @@
 class CUploadFileRequestInfo : public CBaseFileUploadRequestInfo {
 public:
     CUploadFileRequestInfo(const std::wstring& baseUrl, const std::wstring& parentId,
-                           const std::wstring& filePath);
+                           const std::wstring& filePath, UploadBody body = UploadBody::InMemory);
 };

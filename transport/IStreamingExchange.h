@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -65,11 +66,16 @@ public:
     virtual void Cancel() noexcept = 0;
 };
 
+/// How long an exchange may make no progress.
+struct ExchangeTimeouts {
+    std::chrono::milliseconds send;
+    std::chrono::milliseconds receive; ///< The wait for the reply's head included.
+};
+
 /// Makes exchanges.
 class IStreamingExchangeFactory {
 public:
     virtual ~IStreamingExchangeFactory() = default;
 
-    /// `timeoutMilliseconds` is how long a send or a read may make no progress.
-    virtual std::unique_ptr<IStreamingExchange> Create(std::uint32_t timeoutMilliseconds) = 0;
+    virtual std::unique_ptr<IStreamingExchange> Create(ExchangeTimeouts timeouts) = 0;
 };

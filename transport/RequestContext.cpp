@@ -1,22 +1,13 @@
 #include "transport/RequestContext.h"
 
 #include "brevint/WebRequest.h"
-#include "platform/Resources.h"
+#include "transport/KeepCodeLoaded.h"
 #include "transport/ReplyDelivery.h"
 
 #include <new>
 #include <utility>
 
 namespace {
-
-/// The platform's last callback can come when the application has long deleted everything and freed
-/// the library: from its first asynchronous exchange on, the library's code stays loaded.
-bool KeepCodeLoaded() {
-    HMODULE module = nullptr;
-    return GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN |
-                                  GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
-                              reinterpret_cast<LPCWSTR>(&KeepCodeLoaded), &module) != FALSE;
-}
 
 constexpr unsigned kAnyStep = 0;
 
@@ -68,7 +59,7 @@ private:
 };
 
 void RequestContext::HoldForPlatform() {
-    [[maybe_unused]] static const bool kept = KeepCodeLoaded();
+    KeepCodeLoaded();
     m_heldByPlatform = shared_from_this();
 }
 

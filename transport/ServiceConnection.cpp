@@ -36,9 +36,10 @@ ServiceConnection::ServiceConnection(const std::wstring& url, const Settings& se
     if (!m_session) {
         return;
     }
-    DWORD timeout = settings.timeoutMilliseconds;
-    InternetSetOptionA(m_session.get(), INTERNET_OPTION_RECEIVE_TIMEOUT, &timeout, sizeof(timeout));
-    InternetSetOptionA(m_session.get(), INTERNET_OPTION_SEND_TIMEOUT, &timeout, sizeof(timeout));
+    DWORD receive = settings.receiveTimeout;
+    DWORD send = settings.sendTimeout;
+    InternetSetOptionA(m_session.get(), INTERNET_OPTION_RECEIVE_TIMEOUT, &receive, sizeof(receive));
+    InternetSetOptionA(m_session.get(), INTERNET_OPTION_SEND_TIMEOUT, &send, sizeof(send));
     InternetSetStatusCallback(m_session.get(), settings.callback);
 
     std::array<wchar_t, kHostNameCapacity> host{};

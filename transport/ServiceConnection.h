@@ -19,7 +19,8 @@ class ServiceConnection {
 public:
     struct Settings {
         DWORD sessionFlags = 0;
-        DWORD timeoutMilliseconds = 0; ///< Without progress, of a send or a read.
+        DWORD sendTimeout = 0;    ///< Milliseconds without progress.
+        DWORD receiveTimeout = 0; ///< Likewise, the wait for the reply included.
         INTERNET_STATUS_CALLBACK callback = nullptr;
     };
 

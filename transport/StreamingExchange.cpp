@@ -30,8 +30,7 @@ std::optional<std::uint64_t> ParseLength(const std::wstring& text) {
 
 } // namespace
 
-StreamingExchange::StreamingExchange(std::uint32_t timeoutMilliseconds)
-    : m_timeoutMilliseconds(timeoutMilliseconds) {}
+StreamingExchange::StreamingExchange(ExchangeTimeouts timeouts) : m_timeouts(timeouts) {}
 
 StreamingExchange::~StreamingExchange() {
     CloseRequest();
@@ -58,7 +57,9 @@ bool StreamingExchange::OpenRequest(const IRequestInfo& info) {
     CloseRequest();
     m_connection = std::make_unique<ServiceConnection>(
         info.GetRequestUrl(),
-        ServiceConnection::Settings{.timeoutMilliseconds = m_timeoutMilliseconds});
+        ServiceConnection::Settings{.sendTimeout = static_cast<DWORD>(m_timeouts.send.count()),
+                                    .receiveTimeout =
+                                        static_cast<DWORD>(m_timeouts.receive.count())});
     std::vector<AcceptType> acceptTypes;
     info.GetAcceptTypes(acceptTypes);
     const HINTERNET request =
@@ -206,7 +207,6 @@ ExchangeFailure StreamingExchange::LastFailure() const noexcept {
     }
 }
 
-std::unique_ptr<IStreamingExchange>
-StreamingExchangeFactory::Create(std::uint32_t timeoutMilliseconds) {
-    return std::make_unique<StreamingExchange>(timeoutMilliseconds);
+std::unique_ptr<IStreamingExchange> StreamingExchangeFactory::Create(ExchangeTimeouts timeouts) {
+    return std::make_unique<StreamingExchange>(timeouts);
 }

@@ -9,7 +9,7 @@
 /// A streaming exchange over the platform's internet client.
 class StreamingExchange final : public IStreamingExchange {
 public:
-    explicit StreamingExchange(std::uint32_t timeoutMilliseconds);
+    explicit StreamingExchange(ExchangeTimeouts timeouts);
     StreamingExchange(const StreamingExchange&) = delete;
     StreamingExchange& operator=(const StreamingExchange&) = delete;
     ~StreamingExchange() override;
@@ -29,7 +29,7 @@ private:
     ExchangeFailure ReadHead();
     std::wstring QueryText(DWORD header) const;
 
-    const DWORD m_timeoutMilliseconds;
+    const ExchangeTimeouts m_timeouts;
     std::unique_ptr<ServiceConnection> m_connection;
     /// Changed by the exchange's thread, and by Cancel where that may close it.
     std::atomic<HINTERNET> m_request = nullptr;
@@ -42,5 +42,5 @@ private:
 /// Makes StreamingExchange objects.
 class StreamingExchangeFactory final : public IStreamingExchangeFactory {
 public:
-    std::unique_ptr<IStreamingExchange> Create(std::uint32_t timeoutMilliseconds) override;
+    std::unique_ptr<IStreamingExchange> Create(ExchangeTimeouts timeouts) override;
 };

@@ -207,7 +207,7 @@ void WebRequest::Connect(int flags) {
     // A context serves one exchange; the last one may still be in the platform's hands.
     m_context = std::make_shared<RequestContext>();
     const ServiceConnection::Settings settings = {static_cast<DWORD>(flags), kTimeoutMilliseconds,
-                                                  StatusCallback};
+                                                  kTimeoutMilliseconds, StatusCallback};
     m_connection = std::make_unique<ServiceConnection>(m_requestUrl, settings);
 }
 

@@ -1,12 +1,11 @@
 #include "tests/faults/Calls.h"
 
 #include "brevint/brevint.h"
-#include "tests/library/Details.h"
 #include "tests/library/Helpers.h"
 #include "tests/proxies/ConnectionFailure.h"
 #include "tests/support/AwaitComplete.h"
+#include "tests/support/ResponseKinds.h"
 
-#include <functional>
 #include <memory>
 #include <string_view>
 
@@ -24,30 +23,34 @@ std::string Verdict(const IReadOnlyResponse& response) {
            (words.empty() ? "" : " \"" + words + '"');
 }
 
-/// Reads a response and deletes it, as a caller does. `result` is what the call is made for.
-template <class Response, class Result>
-Outcome Judge(Response* response, Result result, const wchar_t* healthy) {
-    const std::unique_ptr<Response> owner(response);
+/// Reads a response of that kind and deletes it, as a caller does. One that has failed must read as
+/// if nothing had come.
+Outcome Judge(const char* kind, IReadOnlyResponse* response, const wchar_t* healthy) {
     const bool succeeded = response->GetSucceeded();
-    const std::wstring brought = std::invoke(result, *response);
-    return {succeeded, brought == (succeeded ? healthy : L""), Verdict(*response)};
+    const std::string verdict = Verdict(*response);
+    auto empty = FindKind(kind)->make();
+    empty->SetServerResponse({}, 0);
+    const std::wstring nothing = Read(kind, empty.release()).second;
+    return {succeeded, Read(kind, response).second == (succeeded ? healthy : nothing), verdict};
 }
 
 Outcome List(const std::wstring& service, const std::wstring&) {
     WebRequestFactory factory;
-    return Judge(CRepositoryProxy(&factory).GetFolderContents(service, L"id"), ItemNames, L"a;b;");
+    return Judge("GetFolderContents", CRepositoryProxy(&factory).GetFolderContents(service, L"id"),
+                 L"|||a||||||||lockedpublic;|||b||||||||lockedpublic;");
 }
 
 Outcome Poll(const std::wstring& service, const std::wstring&) {
     WebRequestFactory factory;
-    return Judge(CRepositoryProxy(&factory).PollUploadFileStatus(service, L"id"),
-                 &IPollStatusResponse::GetItemId, L"item");
+    return Judge("PollUploadStatus",
+                 CRepositoryProxy(&factory).PollUploadFileStatus(service, L"id"), L"1|item");
 }
 
 Outcome Upload(const std::wstring& service, const std::wstring& folder) {
     WebRequestFactory factory;
-    return Judge(CRepositoryProxy(&factory).UploadFile(service, L"id", folder + L"/source"),
-                 &IJobResponse::GetJobId, L"job");
+    return Judge("UploadFile",
+                 CRepositoryProxy(&factory).UploadFile(service, L"id", folder + L"/source"),
+                 L"job|");
 }
 
 Outcome Download(const std::wstring& service, const std::wstring& folder) {

@@ -3,6 +3,7 @@
 #include "tests/library/Helpers.h"
 
 #include <sstream>
+#include <utility>
 
 namespace brevint::test {
 
@@ -31,60 +32,60 @@ std::string Redirect(const std::string& location) {
 }
 
 const Fault kFaults[] = {
-    {"refuses the connection", "", closes, everywhere, Where::refused},
-    {"has no address", "", closes, everywhere, Where::unknown},
-    {"closes the connection at once", "", closes, everywhere, Where::connect},
-    {"resets the connection at once", "", resets, everywhere, Where::connect},
-    {"closes before the reply", "", closes},
-    {"resets before the reply", "", resets},
-    {"closes within the status line", "HTTP/1.1 2", closes},
-    {"resets within the status line", "HTTP/1.1 2", resets},
-    {"closes within the head", "{head}Content-Len", closes},
-    {"resets within the head", "{head}Content-Len", resets},
-    {"closes after the head", "{head}" + kSize, closes},
-    {"resets after the head", "{head}" + kSize, resets},
-    {"closes within the body", "{head}" + kSize + "{half}", closes},
-    {"resets within the body", "{head}" + kSize + "{half}", resets},
-    {"announces too much", Length("{more}"), closes},
-    {"announces too little", Length("{less}"), waits, nowhere},
-    {"announces 4,294,967,295 bytes", Length("4294967295"), closes},
-    {"announces 4,294,967,301 bytes", Length("4294967301"), closes},
-    {"announces 10^30 bytes", Length("1" + std::string(30, '0')), closes},
-    {"announces -1 bytes", Length("-1"), closes},
-    {"announces \"many\" bytes", Length("many"), closes},
-    {"announces \"1x\" bytes", Length("1x"), closes, onLinux},
+    {"refuses the connection", "", Closes, Everywhere, Where::Refused},
+    {"has no address", "", Closes, Everywhere, Where::Unknown},
+    {"closes the connection at once", "", Closes, Everywhere, Where::Connect},
+    {"resets the connection at once", "", Resets, Everywhere, Where::Connect},
+    {"closes before the reply", "", Closes},
+    {"resets before the reply", "", Resets},
+    {"closes within the status line", "HTTP/1.1 2", Closes},
+    {"resets within the status line", "HTTP/1.1 2", Resets},
+    {"closes within the head", "{head}Content-Len", Closes},
+    {"resets within the head", "{head}Content-Len", Resets},
+    {"closes after the head", "{head}" + kSize, Closes},
+    {"resets after the head", "{head}" + kSize, Resets},
+    {"closes within the body", "{head}" + kSize + "{half}", Closes},
+    {"resets within the body", "{head}" + kSize + "{half}", Resets},
+    {"announces too much", Length("{more}"), Closes},
+    {"announces too little", Length("{less}"), Waits, Nowhere},
+    {"announces 4,294,967,295 bytes", Length("4294967295"), Closes},
+    {"announces 4,294,967,301 bytes", Length("4294967301"), Closes},
+    {"announces 10^30 bytes", Length("1" + std::string(30, '0')), Closes},
+    {"announces -1 bytes", Length("-1"), Closes},
+    {"announces \"many\" bytes", Length("many"), Closes},
+    {"announces \"1x\" bytes", Length("1x"), Closes, OnLinux},
     {"announces the length twice", Length("{size}\nContent-Length: {size}")},
-    {"announces two lengths, the first too short", Length("{less}\nContent-Length: {size}"), closes,
-     onLinux},
+    {"announces two lengths, the first too short", Length("{less}\nContent-Length: {size}"), Closes,
+     OnLinux},
     {"announces two lengths, the second too short", Length("{size}\nContent-Length: {less}"),
-     closes},
-    {"announces two lengths in one line", Length("{less}, {size}"), closes, onLinux},
-    {"never ends the chunks", kChunked + "{hex}\n{body}\n", closes},
-    {"closes within a chunk", kChunked + "{hex}\n{half}", closes, onLinux},
-    {"resets within a chunk", kChunked + "{hex}\n{half}", resets, onLinux},
-    {"makes a chunk longer than its size", kChunked + "1\n{body}\n0\n\n", closes, onLinux},
-    {"makes a chunk's size no number", kChunked + "many\n{body}\n0\n\n", closes, onLinux},
-    {"makes a chunk's size negative", kChunked + "-{hex}\n{body}\n0\n\n", closes},
-    {"makes a chunk's size 2^68", kChunked + "100000000000000000\n{body}\n0\n\n", closes},
+     Closes},
+    {"announces two lengths in one line", Length("{less}, {size}"), Closes, OnLinux},
+    {"never ends the chunks", kChunked + "{hex}\n{body}\n", Closes},
+    {"closes within a chunk", kChunked + "{hex}\n{half}", Closes, OnLinux},
+    {"resets within a chunk", kChunked + "{hex}\n{half}", Resets, OnLinux},
+    {"makes a chunk longer than its size", kChunked + "1\n{body}\n0\n\n", Closes, OnLinux},
+    {"makes a chunk's size no number", kChunked + "many\n{body}\n0\n\n", Closes, OnLinux},
+    {"makes a chunk's size negative", kChunked + "-{hex}\n{body}\n0\n\n", Closes},
+    {"makes a chunk's size 2^68", kChunked + "100000000000000000\n{body}\n0\n\n", Closes},
     {"sends chunks and a length too short",
-     "{head}Content-Length: {less}\nTransfer-Encoding: chunked\n\n{hex}\n{body}\n0\n\n", waits,
-     onLinux},
+     "{head}Content-Length: {less}\nTransfer-Encoding: chunked\n\n{hex}\n{body}\n0\n\n", Waits,
+     OnLinux},
     {"sends more than memory holds, of announced size",
      "{head}Content-Length: 1200000\n\n" + std::string(1'200'000, 'x')},
-    {"sends more than memory holds, to the end", "{head}\n" + std::string(1'200'000, 'x'), closes,
-     onLinux},
-    {"dribbles", kWhole, waits, everywhere, Where::request, 1},
-    {"has a garbage status line", "garbage\n\n{body}", closes, onLinux},
-    {"has a status that is no number", "HTTP/1.1 fine\n" + kSizeAndBody, closes},
-    {"has status 200000", "HTTP/1.1 200000 OK\n" + kSizeAndBody, closes},
-    {"switches protocols", "HTTP/1.1 101 Switching\nUpgrade: x\n\n{body}", closes},
+    {"sends more than memory holds, to the end", "{head}\n" + std::string(1'200'000, 'x'), Closes,
+     OnLinux},
+    {"dribbles", kWhole, Waits, Everywhere, Where::Request, 1},
+    {"has a garbage status line", "garbage\n\n{body}", Closes, OnLinux},
+    {"has a status that is no number", "HTTP/1.1 fine\n" + kSizeAndBody, Closes},
+    {"has status 200000", "HTTP/1.1 200000 OK\n" + kSizeAndBody, Closes},
+    {"switches protocols", "HTTP/1.1 101 Switching\nUpgrade: x\n\n{body}", Closes},
     {"sends 100 interim replies first", Numbered(100, "HTTP/1.1 100 Go on ", "\n\n") + kWhole},
     {"sends a header of a megabyte", "{head}X: " + std::string(1 << 20, 'x') + "\n" + kSizeAndBody,
-     closes},
+     Closes},
     {"sends headers of a megabyte",
-     "{head}" + Numbered(64, "X-", ": " + std::string(16'300, 'x') + "\n") + kSizeAndBody, closes},
+     "{head}" + Numbered(64, "X-", ": " + std::string(16'300, 'x') + "\n") + kSizeAndBody, Closes},
     {"sends a header without a colon", "{head}nonsense\n" + kSizeAndBody},
-    {"sends a NUL in a header", "{head}X: a" + std::string(1, '\0') + "b\n" + kSizeAndBody, closes},
+    {"sends a NUL in a header", "{head}X: a" + std::string(1, '\0') + "b\n" + kSizeAndBody, Closes},
     {"redirects to itself", Redirect("/again")},
     {"redirects without saying where", kMoved + "\nmoved"},
     {"redirects to nobody", Redirect("{refused}")},
@@ -93,20 +94,20 @@ const Fault kFaults[] = {
     {"redirects to another protocol", Redirect("gopher://127.0.0.1/")},
     {"redirects to a script", Redirect("javascript:alert(1)")},
     {"sends 500 cookies",
-     "{head}" + Numbered(500, "Set-Cookie: flood", "=x; Path=/flood\n") + kSizeAndBody, closes},
+     "{head}" + Numbered(500, "Set-Cookie: flood", "=x; Path=/flood\n") + kSizeAndBody, Closes},
     {"sends malformed cookies",
      "{head}Set-Cookie:\nSet-Cookie: =\nSet-Cookie: ;;=;\nSet-Cookie: a\x01=\x02\xFF\n"
      "Set-Cookie: b=1; Domain=.com; Path=\nSet-Cookie: c=1; Path=/c; Expires=never; Max-Age=x\n" +
          kSizeAndBody},
-    {"sends a reply before the request", kOk, waits, nowhere, Where::connect},
+    {"sends a reply before the request", kOk, Waits, Nowhere, Where::Connect},
     {"sends a second reply behind the first", kWhole + kOk},
     {"compresses unasked",
      "{head}Content-Encoding: gzip\nContent-Length: 20\n\n\x1F\x8B\x08" +
          std::string("\0\0\0\0\0\2\3\3\0\0\0\0\0\0\0\0\0", 17),
-     waits, nowhere},
+     Waits, Nowhere},
 };
 
-std::string FillIn(const std::string& reply, const Healthy& healthy, const std::string& refused) {
+std::string FillIn(std::string text, const Healthy& healthy, const std::string& refused) {
     const std::size_t size = healthy.body.size();
     std::ostringstream hex;
     hex << std::hex << size;
@@ -121,13 +122,8 @@ std::string FillIn(const std::string& reply, const Healthy& healthy, const std::
         {"{half}", healthy.body.substr(0, size / 2)},
         {"{body}", healthy.body},
     };
-    std::string text = reply;
     for (const auto& [name, value] : parts) {
-        const std::string_view mark = name;
-        for (std::size_t at = text.find(mark); at != std::string::npos;
-             at = text.find(mark, at + value.size())) {
-            text.replace(at, mark.size(), value);
-        }
+        text = Replace(std::move(text), name, value);
     }
     return text;
 }
@@ -149,11 +145,11 @@ void Misbehave(ScriptedServer& server, const Fault& fault, const Healthy& health
         for (std::size_t at = 0; at < reply.size(); at += fault.piece) {
             to.Send(std::string_view(reply).substr(at, fault.piece));
         }
-        if (fault.end != waits) {
-            fault.end == closes ? to.Close() : to.Reset();
+        if (fault.end != Waits) {
+            fault.end == Closes ? to.Close() : to.Reset();
         }
     };
-    if (fault.where == Where::connect) {
+    if (fault.where == Where::Connect) {
         script(server.OnConnect());
         server.On("*").Send(healthy.Text());
         return;

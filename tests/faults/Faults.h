@@ -10,23 +10,23 @@ namespace brevint::test {
 /// One way for a server to misbehave.
 struct Fault {
     enum class Where {
-        refused, ///< nobody listens
-        unknown, ///< the name has no address
-        connect, ///< as soon as there is a connection
-        request, ///< when a request has come
+        Refused, ///< nobody listens
+        Unknown, ///< the name has no address
+        Connect, ///< as soon as there is a connection
+        Request, ///< when a request has come
     };
-    enum class End { waits, closes, resets };
-    enum class Shows { everywhere, onLinux, nowhere };
+    enum class End { Waits, Closes, Resets };
+    enum class Shows { Everywhere, OnLinux, Nowhere };
 
     const char* name; ///< goes on as "the server ..."
     /// What it sends. Line feeds stand for CR LF, and these for parts of the call's healthy reply:
     /// {head} status line and headers, {body}, {half} of the body, {size} of the body in bytes,
     /// {more} and {less} a wrong one, {hex} the size as a chunk has it. {refused} is an address.
     std::string reply;
-    End end = End::waits;
+    End end = End::Waits;
     /// Where it shows that what arrives is not the healthy reply. Elsewhere it passes for that.
-    Shows shows = Shows::everywhere;
-    Where where = Where::request;
+    Shows shows = Shows::Everywhere;
+    Where where = Where::Request;
     std::size_t piece = 500'000; ///< sends so many bytes at a time
 };
 

@@ -1,9 +1,9 @@
 #include "brevint/brevint.h"
-#include "tests/library/Details.h"
 #include "tests/library/Helpers.h"
 #include "tests/support/AwaitComplete.h"
 #include "tests/support/Environment.h"
 #include "tests/support/MemoryLimit.h"
+#include "tests/support/ResponseKinds.h"
 #include "tests/support/ScriptedServer.h"
 #include "tests/support/TempFolder.h"
 
@@ -15,8 +15,7 @@
 namespace brevint::test {
 namespace {
 
-class LocalFaults : public testing::Test {
-protected:
+struct LocalFaults : testing::Test {
     const TempFolder folder;
     ScriptedServer server;
     WebRequestFactory factory;
@@ -41,32 +40,28 @@ TEST_F(LocalFaults, FileLargerThanMemoryIsNeitherSentNorTakenForAReply) {
     }
 }
 
-/// Checks that where memory ends a reply is an empty one, or that its records are all missing.
-template <class Response>
-void CheckShortage(const std::string& reply) {
-    const auto bytes = Bytes(reply);
-    Response unheld, held;
-    held.SetServerResponse(bytes, 200);
-    EXPECT_EQ(held.GetErrorCode(), 1101);
-    const MemoryLimit limit(1'000'000);
-    unheld.SetServerResponse(bytes, 500);
-    EXPECT_EQ(unheld.GetErrorCode(), 1102);
-    EXPECT_EQ(unheld.GetStatusCode(), 500u);
-    EXPECT_EQ(Detail(held), L"");
-    EXPECT_EQ(held.GetErrorCode(), 1102);
-}
-
-TEST_F(LocalFaults, RecordsOfAReplyComeAllOrNotAtAll) {
-    const auto items =
-        Document("<Item/><Item><Name>" + std::string(2'000'000, 'x') + "</Name></Item>");
-    CheckShortage<CGetFolderContentsResponse>(items);
-    CheckShortage<CTemplateResponse>(items);
-    const auto bytes = Bytes(items);
-    const MemoryLimit limit(1'000'000);
-    CDownloadFileResponse file;
-    file.SetServerResponse(bytes, 200);
-    EXPECT_TRUE(file.IsComplete());
-    EXPECT_EQ(file.GetErrorCode(), 1102);
+// Where memory ends, a reply is an empty one, and of its records none is missing alone.
+TEST_F(LocalFaults, ReplyAndItsRecordsAreWholeOrNotThere) {
+    const auto bytes =
+        Bytes(Document("<Item/><Item><Name>" + std::string(2'000'000, 'x') + "</Name></Item>"));
+    for (const ResponseKind& kind : kResponseKinds) {
+        SCOPED_TRACE(kind.name);
+        const auto empty = kind.make(), unheld = kind.make(), held = kind.make();
+        empty->SetServerResponse({}, 500);
+        held->SetServerResponse(bytes, 500);
+        const MemoryLimit limit(1'000'000);
+        unheld->SetServerResponse(bytes, 500);
+        EXPECT_EQ(unheld->GetErrorCode(), empty->GetErrorCode());
+        EXPECT_EQ(unheld->GetServerResponse(), empty->GetServerResponse());
+        EXPECT_EQ(unheld->GetStatusCode(), 500u);
+        if (kind.name == "GetFolderContents" || kind.name == "Template") {
+            EXPECT_TRUE(held->GetSucceeded());
+            EXPECT_EQ(kind.detail(*held), L"");
+            EXPECT_EQ(held->GetErrorCode(), ErrorCode::EmptyReply);
+        }
+        const auto* const file = dynamic_cast<CDownloadFileResponse*>(unheld.get());
+        EXPECT_TRUE(!file || file->IsComplete());
+    }
 }
 
 } // namespace

@@ -105,10 +105,6 @@ TEST(ClassLayout, OfProxiesAndTheCache) {
     ExpectSlots(kFirst, &IProxyFactory::Create);
     ExpectSlots(kFirst, &IInternetCache::GetCookie, &IInternetCache::SetCookie,
                 &IInternetCache::DeleteCookie);
-    // Each object is one response, however many interfaces it has.
-    CDownloadFileResponse download;
-    EXPECT_EQ(static_cast<IReadOnlyResponse*>(static_cast<IResponse*>(&download)),
-              static_cast<IReadOnlyResponse*>(static_cast<IDownloadFileResponse*>(&download)));
 }
 
 } // namespace

@@ -25,8 +25,7 @@ void Protect(const std::wstring& path) {
     std::filesystem::permissions(FilePath(path), std::filesystem::perms::owner_read);
 }
 
-class Files : public testing::Test {
-protected:
+struct Files : testing::Test {
     const TempFolder folder;
 };
 
@@ -105,8 +104,7 @@ TEST_F(Files, AreReplacedByDownloadsThoughReadOnly) {
 }
 
 /// Responses that are stored in a folder, which a variable of the environment names.
-class LocalResponses : public Files {
-protected:
+struct LocalResponses : Files {
     LocalResponses() { SetVariable(kVariable, folder.Folder().string()); }
     ~LocalResponses() override { ClearVariable(kVariable); }
 

@@ -34,6 +34,15 @@ inline std::vector<char> Bytes(std::string_view text) {
     return {text.begin(), text.end()};
 }
 
+/// That many times the text.
+inline std::string Repeat(int count, const std::string& text) {
+    std::string all;
+    while (count-- > 0) {
+        all += text;
+    }
+    return all;
+}
+
 /// That many times the text, each with its number and what follows it.
 inline std::string Numbered(int count, const std::string& text, const std::string& after = {}) {
     std::string all;
@@ -41,6 +50,14 @@ inline std::string Numbered(int count, const std::string& text, const std::strin
         all += text + std::to_string(i) + after;
     }
     return all;
+}
+
+/// The text with something else in the place of a part, wherever that stands.
+inline std::string Replace(std::string text, std::string_view part, std::string_view by) {
+    for (std::size_t at = 0; (at = text.find(part, at)) != text.npos; at += by.size()) {
+        text.replace(at, part.size(), by);
+    }
+    return text;
 }
 
 /// A reply of the service with that content.

@@ -5,48 +5,38 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
-
 namespace brevint::test {
 namespace {
 
 namespace fs = std::filesystem;
 
+/// Writes a file in the place of one with those permissions; where it has none, there is none.
+void Replace(fs::perms permissions, bool finished) {
+    const TempFolder folder;
+    const std::wstring name = folder.Path(L"\u00dcberblick \U0001d11e.txt");
+    const bool exists = permissions != fs::perms::none;
+    if (exists) {
+        WriteFile(name, "before");
+        fs::permissions(FilePath(name), permissions);
+    }
+    const std::string before = ReadFile(name);
+    {
+        LocalFileWriter writer;
+        EXPECT_FALSE(writer.Open(FilePath(name)));
+        EXPECT_FALSE(writer.Write("after"));
+        EXPECT_FALSE(writer.Write(std::string_view("\r\n\0\x1a", 4)));
+        EXPECT_EQ(ReadFile(name), before);
+        EXPECT_FALSE(finished && writer.Finish(true));
+    }
+    EXPECT_EQ(ReadFile(name), finished ? std::string("after\r\n\0\x1a", 9) : before);
+    const auto left = std::distance(fs::directory_iterator(folder.Folder()), {});
+    EXPECT_EQ(left, exists || finished ? 1 : 0);
+}
+
 TEST(LocalFileWriter, ReplacesAFileOnceItIsFinished) {
-    const struct {
-        const char* what;
-        std::optional<std::string> before;
-        bool readOnly;
-        bool finished;
-    } cases[] = {
-        {"new", std::nullopt, false, true},  {"new, abandoned", std::nullopt, false, false},
-        {"old", "before", false, true},      {"old, abandoned", "before", false, false},
-        {"read-only", "before", true, true}, {"read-only, abandoned", "before", true, false},
-    };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.what);
-        const TempFolder folder;
-        const std::wstring name = folder.Path(L"\u00dcberblick \U0001d11e.txt");
-        if (test.before) {
-            WriteFile(name, *test.before);
-        }
-        if (test.readOnly) {
-            fs::permissions(FilePath(name), fs::perms::owner_read);
-        }
-        {
-            LocalFileWriter writer;
-            EXPECT_FALSE(writer.Open(FilePath(name)));
-            EXPECT_FALSE(writer.Write("after"));
-            EXPECT_FALSE(writer.Write(std::string_view("\r\n\0\x1a", 4)));
-            EXPECT_EQ(ReadFile(name), test.before.value_or("(unreadable)"));
-            if (test.finished) {
-                EXPECT_FALSE(writer.Finish(true));
-            }
-        }
-        EXPECT_EQ(ReadFile(name), test.finished ? std::string("after\r\n\0\x1a", 9)
-                                                : test.before.value_or("(unreadable)"));
-        const auto left = std::distance(fs::directory_iterator(folder.Folder()), {});
-        EXPECT_EQ(left, test.before || test.finished ? 1 : 0);
+    for (const auto permissions : {fs::perms::none, fs::perms::owner_read, fs::perms::owner_all}) {
+        Replace(permissions, true);
+        Replace(permissions, false);
     }
 }
 

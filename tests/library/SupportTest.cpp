@@ -1,3 +1,4 @@
+#include "proxies/PortalForm.h"
 #include "support/HtmlUnescape.h"
 #include "support/HttpEscape.h"
 #include "support/ResourceString.h"
@@ -55,6 +56,7 @@ TEST(Text, LowerCaseIsTheSameInEveryLocale) {
             {ToLower(L"\u042f\u0401 \u10a0 \u13a0"), L"\u044f\u0451 \u2d00 \uab70"}, // Cherokee
             {ToLower(L"\U00010400\U00010428 \U0001d11e"), L"\U00010428\U00010428 \U0001d11e"},
             {ToLower(halves), {L'a', halves[1], L'b', halves[3]}},
+            {GetHiddenFormData("<form action=u><input type=HIDDEN name=a>"), L"a=&"},
         });
     }
     std::setlocale(LC_ALL, "C");

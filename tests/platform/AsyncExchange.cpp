@@ -40,15 +40,10 @@ AsyncExchange::~AsyncExchange() {
     AwaitClosed();
 }
 
-void AsyncExchange::Close(CloseOrder order) {
-    if (m_closing.exchange(true)) {
-        return;
-    }
-    // From here on the last callback may come, and with it the end of this object.
-    auto handles = std::move(m_handles);
-    if (order == CloseOrder::sessionFirst) {
-        handles.session.reset();
-        handles.connection.reset();
+void AsyncExchange::Close() {
+    if (!m_closing.exchange(true)) {
+        // From here on the last callback may come, and with it the end of this object.
+        const auto closed = std::move(m_handles);
     }
 }
 

@@ -10,8 +10,6 @@
 
 namespace brevint::test {
 
-enum class CloseOrder { requestFirst, sessionFirst };
-
 /// One asynchronous exchange: after the send the status callback reads the reply, step after step,
 /// as a client would. The object is the request's context, so its destructor waits for the last
 /// callback.
@@ -40,7 +38,7 @@ public:
     bool Send() { return SendRequest(m_request, m_setup); }
 
     /// Closes the handles, after which the exchange goes no further. Further calls do nothing.
-    void Close(CloseOrder order = CloseOrder::requestFirst);
+    void Close();
 
     /// Blocks until the reply was read to its end, or the exchange failed or was closed.
     const Result& AwaitEnd() const;

@@ -29,52 +29,30 @@ std::string CookiesSent(ScriptedServer& server, const std::wstring& url, Request
     return exchange.Send() ? server.Requests().back().Header("Cookie") : "(not sent)";
 }
 
-// Each row sets a cookie, if it names an address for it, and then asks the jar.
-TEST(Cookie, SetByTheClientFollowsTheRules) {
-    const std::wstring nameless(target::kNamelessCookie.begin(), target::kNamelessCookie.end());
-    const std::wstring expired = L";expires = Sat,01-Jan-2000 00:00:00 GMT";
-    const std::wstring gone = target::kExpiredCookieVanishes ? L"stays=2" : L"stays=2; goes";
-    const std::wstring twoNames = target::kCookieNamesHaveCase ? L"N=1; n=2" : L"n=2";
-    const std::wstring insecure = target::kSecureCookieNeedsTls ? L"(none)" : L"n=1";
-    const struct {
-        const wchar_t* setAt;
-        const wchar_t* name;
-        std::wstring data;
-        const wchar_t* askedAt;
-        std::wstring cookies;
-    } rows[] = {
-        {L"http://a.wide.test/", L"n", L"1; domain=.wide.test", L"http://wide.test/", L"n=1"},
-        {nullptr, nullptr, L"", L"http://x.b.wide.test/", L"n=1"},
-        {nullptr, nullptr, L"", L"http://otherwide.test/", L"(none)"},
-        {L"http://a.own.test/", L"n", L"1", L"https://a.own.test:81/", L"n=1"},
-        {nullptr, nullptr, L"", L"http://b.own.test/", L"(none)"},
-        {L"http://root.test/a/b", L"n", L"1; path=/", L"http://root.test/", L"n=1"},
-        {L"http://folder.test/a/page", L"n", L"1", L"http://folder.test/a/b/c", L"n=1"},
-        {nullptr, nullptr, L"", L"http://folder.test/b/a/", L"(none)"},
-        {L"http://path.test/", L"n", L"1; path=/a/b/", L"http://path.test/a/b/c", L"n=1"},
-        {nullptr, nullptr, L"", L"http://path.test/a/", L"(none)"},
-        {L"http://form.test/", L"n", L"x=y", L"http://form.test/", L"n=x=y"},
-        {L"http://form.test/a/b", nullptr, L"m=2; path=/", L"http://form.test/", L"n=x=y; m=2"},
-        {L"http://again.test/", L"n", L"1", L"http://again.test/", L"n=1"},
-        {L"http://again.test/", L"n", L"2", L"http://again.test/", L"n=2"},
-        {L"https://secure.test/", L"n", L"1; secure", L"https://secure.test/", L"n=1"},
-        {nullptr, nullptr, L"", L"http://secure.test/", insecure},
-        {L"http://plain.test/", L"n", L"1; secure", L"https://plain.test/", L"n=1"},
-        {nullptr, nullptr, L"", L"http://plain.test/", insecure},
-        {L"http://127.0.0.1/secure/", L"n", L"1; secure", L"http://127.0.0.1/secure/", insecure},
-        {L"http://case.test/", L"N", L"1", L"http://case.test/", L"N=1"},
-        {L"http://case.test/", L"n", L"2", L"http://case.test/", twoNames},
-        {L"http://expired.test/", L"stays", L"2", L"http://expired.test/", L"stays=2"},
-        {L"http://expired.test/", L"goes", L"1", L"http://expired.test/", L"stays=2; goes=1"},
-        {L"http://expired.test/", L"goes", expired, L"http://expired.test/", gone},
-        {L"http://expired.test/", L"goes", L"3", L"http://expired.test/", L"stays=2; goes=3"},
-        {L"http://nameless.test/", L"", L"n=v; path=/", L"http://nameless.test/", nameless},
+// What the Linux layer decides beyond this, linux/CookieRulesTest.cpp states.
+TEST(Cookie, SetByTheClientIsForItsHostAndItsPath) {
+    const auto set = [](const wchar_t* url, const wchar_t* name, const wchar_t* data) {
+        EXPECT_TRUE(InternetSetCookieW(url, name, data));
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.askedAt);
-        EXPECT_TRUE(row.setAt == nullptr ||
-                    InternetSetCookieW(row.setAt, row.name, row.data.c_str()));
-        EXPECT_EQ(CookiesOf(row.askedAt), row.cookies);
+    set(L"http://a.wide.test/", L"n", L"1; domain=.wide.test");
+    set(L"http://form.test/a/", L"n", L"x=y; path=/");
+    set(L"http://form.test/a/b", nullptr, L"m=2; path=/");
+    set(L"http://form.test/a/b", L"o", L"3");
+    set(L"http://expired.test/", L"stays", L"2");
+    set(L"http://expired.test/", L"goes", L"1");
+    set(L"http://expired.test/", L"goes", L";expires = Sat,01-Jan-2000 00:00:00 GMT");
+    set(L"http://nameless.test/", L"", L"n=v; path=/");
+    const std::wstring nameless(target::kNamelessCookie.begin(), target::kNamelessCookie.end());
+    const std::pair<const wchar_t*, std::wstring> cases[] = {
+        {L"http://x.b.wide.test/", L"n=1"},
+        {L"http://otherwide.test/", L"(none)"},
+        {L"http://form.test:81/", L"n=x=y; m=2"},
+        {L"http://form.test/a/c", L"o=3; n=x=y; m=2"},
+        {L"http://expired.test/", target::kExpiredCookieVanishes ? L"stays=2" : L"stays=2; goes"},
+        {L"http://nameless.test/", nameless},
+    };
+    for (const auto& [url, cookies] : cases) {
+        EXPECT_EQ(CookiesOf(url), cookies) << url;
     }
 }
 
@@ -121,21 +99,21 @@ TEST(Cookie, SizeIsInBytesWithoutABufferAndInCharactersWithOne) {
     EXPECT_EQ(size, 77u);
 
     ASSERT_TRUE(InternetSetCookieW(url, L"name", L"value"));
-    constexpr DWORD kCharacters = sizeof "name=value";
-    constexpr DWORD kBytes = kCharacters * sizeof(wchar_t);
+    constexpr DWORD characters = sizeof "name=value";
+    constexpr DWORD bytes = characters * sizeof(wchar_t);
     EXPECT_TRUE(InternetGetCookieW(url, nullptr, nullptr, &size));
-    EXPECT_EQ(size, kBytes);
+    EXPECT_EQ(size, bytes);
 
     wchar_t buffer[64] = L"untouched";
-    size = kCharacters - 1;
+    size = characters - 1;
     EXPECT_FALSE(InternetGetCookieW(url, nullptr, buffer, &size));
     EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
-    EXPECT_EQ(size, kBytes);
+    EXPECT_EQ(size, bytes);
     EXPECT_EQ(buffer, std::wstring(L"untouched"));
 
-    size = kCharacters;
+    size = characters;
     EXPECT_TRUE(InternetGetCookieW(url, nullptr, buffer, &size));
-    EXPECT_EQ(size, kCharacters);
+    EXPECT_EQ(size, characters);
     EXPECT_EQ(buffer, std::wstring(L"name=value"));
 }
 

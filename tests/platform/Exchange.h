@@ -20,6 +20,8 @@ struct Cracked {
     std::wstring host;
     INTERNET_PORT port = 0;
     std::wstring path;
+
+    bool operator==(const Cracked&) const = default;
 };
 
 /// InternetCrackUrlW with the buffers of a client; nothing when it fails.

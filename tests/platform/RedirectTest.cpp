@@ -1,6 +1,5 @@
 #include "tests/platform/Exchange.h"
 #include "tests/platform/Target.h"
-#include "tests/support/RefusedPort.h"
 #include "tests/support/ScriptedServer.h"
 
 #include <gtest/gtest.h>
@@ -90,29 +89,6 @@ TEST(Redirect, UnderstandsEveryFormOfLocation) {
         EXPECT_EQ(exchange.ReadAll(), test.body);
         const auto& last = test.body == "same" ? server : other;
         EXPECT_EQ(last.Requests().back().target, test.target);
-    }
-}
-
-TEST(Redirect, IsWhatIsLeftWhereItLeadsNowhere) {
-    const RefusedPort refused;
-    const std::string beyond = std::to_string(65536 + refused.Port());
-    const std::pair<std::string, std::string> cases[] = {
-        {Narrow(refused.Url()), ""},
-        {"http:///nohost", "moved"}, // which is not looked up
-        {"http://127.0.0.1:" + beyond + "/", target::kPortHasALimit ? "moved" : ""},
-    };
-    for (const auto& [location, body] : cases) {
-        SCOPED_TRACE(location);
-        ScriptedServer server;
-        server.On("/from").Reply(302, {{"Location", location}}, "moved");
-        Exchange exchange(server.Url("/from"));
-        exchange.Send();
-        EXPECT_EQ(exchange.Status(), 302u);
-        char kept[100] = "";
-        DWORD size = sizeof kept;
-        EXPECT_TRUE(HttpQueryInfoA(exchange.Request(), HTTP_QUERY_LOCATION, kept, &size, nullptr));
-        EXPECT_EQ(kept, location);
-        EXPECT_EQ(exchange.ReadAll(), body);
     }
 }
 

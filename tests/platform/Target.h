@@ -8,10 +8,6 @@ namespace brevint::test::target {
 
 /// A cookie that is set to nothing with a past date and blanks around "=" is gone.
 extern const bool kExpiredCookieVanishes;
-/// A cookie with the attribute Secure is there for TLS only.
-extern const bool kSecureCookieNeedsTls;
-/// Cookies whose names differ in letter case are two.
-extern const bool kCookieNamesHaveCase;
 /// How a cookie set under the empty name, with "n=v" as its data, shows in the jar and on the wire.
 extern const std::string_view kNamelessCookie;
 /// A redirect to another host leaves the cookies of the first host behind.

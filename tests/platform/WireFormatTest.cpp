@@ -67,18 +67,6 @@ TEST(WireFormat, VerbBodyAndHeaderBlockMakeTheHeaders) {
     }
 }
 
-TEST(WireFormat, BodyTravelsByteForByte) {
-    ScriptedServer server;
-    server.On("*").Reply(200);
-    for (const auto& body : {std::string("\r\n\r\n\0\0\r\nGET / HTTP/1.1\r\n\r\n", 26),
-                             ScriptedServer::Pattern(20'000'000)}) {
-        const auto sent = Sent(server, "/", {.verb = L"PUT", .body = body});
-        EXPECT_TRUE(sent.body == body);
-        EXPECT_EQ(sent.Header("Content-Length"), std::to_string(body.size()));
-        EXPECT_EQ(sent.HeaderCount("Expect"), 0u);
-    }
-}
-
 TEST(WireFormat, ObjectNameBecomesTheTarget) {
     ScriptedServer server;
     server.On("*").Reply(200);

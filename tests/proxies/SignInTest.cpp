@@ -1,4 +1,5 @@
 #include "brevint/brevint.h"
+#include "tests/library/Helpers.h"
 #include "tests/proxies/ConnectionFailure.h"
 #include "tests/support/ScriptedServer.h"
 
@@ -129,30 +130,23 @@ TEST(SignIn, FollowsThePortalToTheCookiesOfTheService) {
 
 /// A page with all that portals show around their form, and what looks like another one in it.
 std::string LadenPage(const std::string& form, const std::string& other) {
-    const auto repeat = [](std::size_t size, const std::string& text) {
-        std::string all;
-        while (all.size() < size) {
-            all += text;
-        }
-        return all;
-    };
     std::string page = "<!doctype html><html lang=en><head><meta charset=utf-8>"
                        "<title>a < b " +
                        other + "</title><style>" +
-                       repeat(100'000, "a > b { content: '</p><c>'; }\n") + "</style>";
+                       Repeat(3'000, "a > b { content: '</p><c>'; }\n") + "</style>";
     for (const std::string text : {"s += '<a href=\"' + x + '\"></a><\\/script>';\n",
                                    "if (a < b && c<d || e </f.g/.h) { i <<= j; } // it's <b\n",
                                    "{\"k\": [\"</div>\", \"<!-- \", {\"l\": \"<m n='\"}]},\n"}) {
-        page += "<script>" + repeat(100'000, text) + "</script>";
+        page += "<script>" + Repeat(2'000, text) + "</script>";
     }
     page += "</head><body class='a b'><!-- <!-- " + other + " <a b='> -->" +
-            repeat(50'000, "<svg viewBox='0 0 9 9'><title>t</title><path d='M0 0L9 9'/></svg>") +
-            repeat(50'000, "<p>1 < 2 && 3<4 a<b <c d&nbsp;e &copy; <x-y z>&hellip;</x-y>\n");
+            Repeat(800, "<svg viewBox='0 0 9 9'><title>t</title><path d='M0 0L9 9'/></svg>") +
+            Repeat(600, "<p>1 < 2 && 3<4 a<b <c d&nbsp;e &copy; <x-y z>&hellip;</x-y>\n");
     for (const std::string name :
          {"template", "textarea", "iframe", "noframes", "noembed", "xmp"}) {
         page += '<' + name + "><tr><td>" + other + "<div></" + name + '>';
     }
-    return page + "<img alt='' src='data:image/png;base64," + repeat(1'000'000, "iVBORw0KGgo/+") +
+    return page + "<img alt='' src='data:image/png;base64," + Repeat(77'000, "iVBORw0KGgo/+") +
            "'>" + form + "</body></html>";
 }
 
@@ -170,21 +164,6 @@ TEST(SignIn, ReadsALadenPage) {
                      {"Set-Cookie", "FedAuth1=b; Path=/laden"}});
     EXPECT_STREQ(From(server.Url("/app"))->GetErrorMessage(), L"");
     EXPECT_TRUE(server.Requests().back().body == "n=" + value + "&");
-}
-
-TEST(SignIn, SendsTheCredentialsToThePortalAlone) {
-    for (const int status : {307, 308}) {
-        SCOPED_TRACE(status);
-        ScriptedServer server;
-        ScriptedServer other;
-        server.On("/app").Reply(302, {{"Location", Narrow(server.Url("/portal"))}});
-        server.On("*").Reply(status, {{"Location", Narrow(other.Url("/in"))}});
-        EXPECT_EQ(From(server.Url("/app"))->GetErrorMessage(),
-                  ConnectionFailure(server.Url("/app")));
-        for (const auto& request : other.Requests()) {
-            EXPECT_EQ(request.body, "");
-        }
-    }
 }
 
 TEST(SignIn, FailuresSayWhy) {

@@ -20,10 +20,7 @@
 
 #include <algorithm>
 #include <chrono>
-#include <condition_variable>
 #include <cstdlib>
-#include <deque>
-#include <map>
 #include <sstream>
 #include <thread>
 
@@ -34,8 +31,6 @@ using asio::use_awaitable;
 using tcp = asio::ip::tcp;
 
 namespace {
-
-constexpr std::chrono::minutes kLongestWait{1};
 
 /// Fills in everything that the request's head tells.
 void ParseHead(ScriptedServer::Request& request) {
@@ -51,14 +46,6 @@ void ParseHead(ScriptedServer::Request& request) {
     }
 }
 
-std::string HeadText(int status, const ScriptedServer::Headers& headers) {
-    auto text = "HTTP/1.1 " + std::to_string(status) + " Scripted\r\n";
-    for (const auto& [name, value] : headers) {
-        text += name + ": " + value + "\r\n";
-    }
-    return text + "\r\n";
-}
-
 /// What finds the headers of a name, in any letter case.
 auto Named(std::string_view name) {
     return [name](const auto& header) {
@@ -68,74 +55,39 @@ auto Named(std::string_view name) {
 
 } // namespace
 
-/// The server's state and its thread, on which everything of Boost.Asio happens. A connection lives
-/// in the frame of its coroutine, which goes with the context.
-class ScriptedServer::Impl {
-public:
-    Impl() {
+/// Everything of Boost.Asio, which happens on one thread. A connection lives in the frame of its
+/// coroutine, which goes with the context.
+struct ScriptedServer::Network {
+    explicit Network(ScriptedServer& itsOwner) : owner(itsOwner) {
         asio::co_spawn(io, Accept(), asio::detached);
-        m_thread = std::thread([this] { io.run(); });
+        thread = std::thread([this] { io.run(); });
     }
-
-    ~Impl() {
+    ~Network() {
         io.stop();
-        m_thread.join();
+        thread.join();
     }
 
-    /// One place where connections wait. Its timer is due once the gate is open.
-    struct Gate {
-        explicit Gate(asio::io_context& context)
-            : timer(context, asio::steady_timer::time_point::max()) {}
-        bool reached = false;
-        asio::steady_timer timer; // server's thread only
-    };
-
-    /// To be called with the mutex held.
-    Gate& GateOf(std::string_view name) {
-        return gates.try_emplace(std::string(name), io).first->second;
+    /// What is waited for at a gate: a timer that is due once the gate is open.
+    asio::steady_timer& Gate(const std::string& name) {
+        return gates.try_emplace(name, io, asio::steady_timer::time_point::max()).first->second;
     }
-
-    template <class Condition>
-    bool Await(Condition condition) {
-        std::unique_lock lock(mutex);
-        return changed.wait_for(lock, kLongestWait, condition);
-    }
-
-    struct Turn {
-        std::deque<Script> scripts;
-        std::size_t used = 0;
-    };
-
-    asio::io_context io;
-    tcp::acceptor acceptor{io, tcp::endpoint(asio::ip::address_v4::loopback(), 0)};
-    const std::uint16_t port = acceptor.local_endpoint().port();
-
-    std::mutex mutex; // guards what follows
-    std::condition_variable changed;
-    Script greeting{mutex};
-    std::map<std::string, Turn> turns;
-    std::map<std::string, Gate> gates;
-    std::vector<Request> requests;
-    std::size_t connectionCount = 0;
-
-private:
-    using Step = Script::Step;
 
     asio::awaitable<void> Accept();
     asio::awaitable<void> Serve(tcp::socket socket, std::size_t number);
-    std::vector<Step> Greeting();
-    std::vector<Step> Arrived(Request request);
-    asio::steady_timer& Reached(const std::string& gate);
 
-    std::thread m_thread;
+    ScriptedServer& owner;
+    asio::io_context io;
+    tcp::acceptor acceptor{io, tcp::endpoint(asio::ip::address_v4::loopback(), 0)};
+    std::map<std::string, asio::steady_timer> gates;
+    std::thread thread;
 };
 
-asio::awaitable<void> ScriptedServer::Impl::Accept() {
+asio::awaitable<void> ScriptedServer::Network::Accept() {
     for (;;) {
         auto socket = co_await acceptor.async_accept(use_awaitable);
         socket.set_option(tcp::no_delay(true));
-        std::unique_lock lock(mutex);
-        const std::size_t number = ++connectionCount;
+        std::unique_lock lock(owner.m_mutex);
+        const std::size_t number = ++owner.m_connectionCount;
         lock.unlock();
         asio::co_spawn(io, Serve(std::move(socket), number), asio::detached);
     }
@@ -143,36 +95,36 @@ asio::awaitable<void> ScriptedServer::Impl::Accept() {
 
 /// Does the steps for a new connection, then reads requests and does those for each. An error ends
 /// it.
-asio::awaitable<void> ScriptedServer::Impl::Serve(tcp::socket socket, std::size_t number) {
+asio::awaitable<void> ScriptedServer::Network::Serve(tcp::socket socket, std::size_t number) {
     std::string input;
     const auto take = [&input](std::size_t size) {
         auto bytes = input.substr(0, size);
         input.erase(0, size);
         return bytes;
     };
-    for (auto steps = Greeting();;) {
-        for (const auto& step : steps) {
+    for (const Script* script = &owner.m_greeting;;) {
+        for (const auto& [kind, text] : script->m_steps) {
             boost::system::error_code ignored;
-            switch (step.kind) {
-            case Step::Kind::send:
-                co_await asio::async_write(socket, asio::buffer(step.text), use_awaitable);
+            switch (kind) {
+            case Script::Kind::Send:
+                co_await asio::async_write(socket, asio::buffer(text), use_awaitable);
                 break;
-            case Step::Kind::take:
-                co_await asio::async_read(socket, asio::dynamic_buffer(input),
-                                          asio::transfer_exactly(step.size), use_awaitable);
+            case Script::Kind::Wait: {
+                std::unique_lock lock(owner.m_mutex);
+                owner.m_reached.insert(text);
+                owner.m_changed.notify_all();
+                lock.unlock();
+                co_await Gate(text).async_wait(asio::redirect_error(use_awaitable, ignored));
                 break;
-            case Step::Kind::wait:
-                co_await Reached(step.text).async_wait(
-                    asio::redirect_error(use_awaitable, ignored));
-                break;
-            case Step::Kind::close:
+            }
+            case Script::Kind::Close:
                 // Reads on after the FIN, because closing with unread bytes would send an RST.
                 socket.shutdown(tcp::socket::shutdown_send, ignored);
                 for (;;) {
                     input.resize(64 * 1024);
                     co_await socket.async_read_some(asio::buffer(input), use_awaitable);
                 }
-            case Step::Kind::reset:
+            case Script::Kind::Reset:
                 socket.set_option(asio::socket_base::linger(true, 0), ignored);
                 co_return;
             }
@@ -188,69 +140,55 @@ asio::awaitable<void> ScriptedServer::Impl::Serve(tcp::socket socket, std::size_
                                   asio::transfer_exactly(length - std::min(length, input.size())),
                                   use_awaitable);
         request.body = take(length);
-        steps = Arrived(std::move(request));
+        script = owner.Arrived(std::move(request));
     }
-}
-
-std::vector<ScriptedServer::Script::Step> ScriptedServer::Impl::Greeting() {
-    const std::lock_guard lock(mutex);
-    return greeting.m_steps;
 }
 
 /// Notes a request and finds the script for it, the most exact name first.
-std::vector<ScriptedServer::Script::Step> ScriptedServer::Impl::Arrived(Request request) {
-    const std::lock_guard lock(mutex);
+const ScriptedServer::Script* ScriptedServer::Arrived(Request request) {
+    static const Script noScript = std::move(Script().Reply(599));
+    const std::lock_guard lock(m_mutex);
     const auto path = request.target.substr(0, request.target.find('?'));
     const std::string names[] = {request.method + ' ' + request.target, request.target,
                                  request.method + ' ' + path, path, "*"};
-    requests.push_back(std::move(request));
-    changed.notify_all();
+    m_requests.push_back(std::move(request));
     for (const auto& name : names) {
-        if (const auto found = turns.find(name); found != turns.end()) {
+        if (const auto found = m_turns.find(name); found != m_turns.end()) {
             auto& [scripts, used] = found->second;
-            return scripts[std::min(used++, scripts.size() - 1)].m_steps;
+            return &scripts[std::min(used++, scripts.size() - 1)];
         }
     }
-    return {{Step::Kind::send, HeadText(599, {{"Content-Length", "0"}})}};
-}
-
-asio::steady_timer& ScriptedServer::Impl::Reached(const std::string& gate) {
-    const std::lock_guard lock(mutex);
-    GateOf(gate).reached = true;
-    changed.notify_all();
-    return GateOf(gate).timer;
+    return &noScript;
 }
 
 std::string ScriptedServer::Request::Header(std::string_view name) const {
-    const auto found = std::find_if(headers.begin(), headers.end(), Named(name));
+    const auto found = std::ranges::find_if(headers, Named(name));
     return found == headers.end() ? std::string() : found->second;
 }
 
 std::size_t ScriptedServer::Request::HeaderCount(std::string_view name) const {
-    return static_cast<std::size_t>(std::count_if(headers.begin(), headers.end(), Named(name)));
+    return static_cast<std::size_t>(std::ranges::count_if(headers, Named(name)));
 }
 
-ScriptedServer::Script& ScriptedServer::Script::Add(Step step) {
-    const std::lock_guard lock(m_mutex);
-    m_steps.push_back(std::move(step));
+ScriptedServer::Script& ScriptedServer::Script::Add(Kind kind, std::string_view text) {
+    m_steps.emplace_back(kind, text);
     return *this;
 }
 
-ScriptedServer::Script& ScriptedServer::Script::Reply(int status, const Headers& headers,
+ScriptedServer::Script& ScriptedServer::Script::Reply(int status, Headers headers,
                                                       std::string_view body) {
-    auto all = headers;
-    if (std::none_of(all.begin(), all.end(), Named("Content-Length"))) {
-        all.emplace_back("Content-Length", std::to_string(body.size()));
+    if (std::ranges::none_of(headers, Named("Content-Length"))) {
+        headers.emplace_back("Content-Length", std::to_string(body.size()));
     }
-    return Send(HeadText(status, all) + std::string(body));
+    Head(status, headers).m_steps.back().second += body;
+    return *this;
 }
 
 ScriptedServer::Script&
-ScriptedServer::Script::ReplyChunked(int status, const Headers& headers,
+ScriptedServer::Script::ReplyChunked(int status, Headers headers,
                                      const std::vector<std::string>& chunks) {
-    auto all = headers;
-    all.emplace_back("Transfer-Encoding", "chunked");
-    Head(status, all);
+    headers.emplace_back("Transfer-Encoding", "chunked");
+    Head(status, headers);
     for (const auto& chunk : chunks) {
         SendChunk(chunk);
     }
@@ -258,15 +196,11 @@ ScriptedServer::Script::ReplyChunked(int status, const Headers& headers,
 }
 
 ScriptedServer::Script& ScriptedServer::Script::Head(int status, const Headers& headers) {
-    return Send(HeadText(status, headers));
-}
-
-ScriptedServer::Script& ScriptedServer::Script::Send(std::string_view bytes) {
-    return Add({Step::Kind::send, std::string(bytes)});
-}
-
-ScriptedServer::Script& ScriptedServer::Script::SendPattern(std::size_t count) {
-    return Send(Pattern(count));
+    auto text = "HTTP/1.1 " + std::to_string(status) + " Scripted\r\n";
+    for (const auto& [name, value] : headers) {
+        text += name + ": " + value + "\r\n";
+    }
+    return Send(text + "\r\n");
 }
 
 ScriptedServer::Script& ScriptedServer::Script::SendChunk(std::string_view data) {
@@ -275,63 +209,38 @@ ScriptedServer::Script& ScriptedServer::Script::SendChunk(std::string_view data)
     return Send(text.str());
 }
 
-ScriptedServer::Script& ScriptedServer::Script::Take(std::size_t count) {
-    return Add({Step::Kind::take, {}, count});
+ScriptedServer::ScriptedServer() : m_network(std::make_unique<Network>(*this)) {
+    m_port = m_network->acceptor.local_endpoint().port();
 }
-
-ScriptedServer::Script& ScriptedServer::Script::Wait(std::string_view gate) {
-    return Add({Step::Kind::wait, std::string(gate)});
-}
-
-ScriptedServer::Script& ScriptedServer::Script::Close() {
-    return Add({Step::Kind::close});
-}
-
-ScriptedServer::Script& ScriptedServer::Script::Reset() {
-    return Add({Step::Kind::reset});
-}
-
-ScriptedServer::ScriptedServer() : m_impl(std::make_unique<Impl>()) {}
 
 ScriptedServer::~ScriptedServer() = default;
 
 ScriptedServer::Script& ScriptedServer::On(std::string_view target) {
-    const std::lock_guard lock(m_impl->mutex);
-    return m_impl->turns[std::string(target)].scripts.emplace_back(m_impl->mutex);
-}
-
-ScriptedServer::Script& ScriptedServer::OnConnect() {
-    return m_impl->greeting;
-}
-
-std::uint16_t ScriptedServer::Port() const {
-    return m_impl->port;
+    const std::lock_guard lock(m_mutex);
+    return m_turns[std::string(target)].scripts.emplace_back();
 }
 
 std::wstring ScriptedServer::Url(std::string_view target, std::string_view host) const {
     const auto url =
-        "http://" + std::string(host) + ':' + std::to_string(Port()) + std::string(target);
-    return std::wstring(url.begin(), url.end());
+        "http://" + std::string(host) + ':' + std::to_string(m_port) + std::string(target);
+    return {url.begin(), url.end()};
 }
 
 void ScriptedServer::Open(std::string_view gate) {
-    const std::lock_guard lock(m_impl->mutex);
-    asio::post(m_impl->io, [&timer = m_impl->GateOf(gate).timer] {
-        timer.expires_at(asio::steady_timer::time_point());
+    asio::post(m_network->io, [network = m_network.get(), name = std::string(gate)] {
+        network->Gate(name).expires_at(asio::steady_timer::time_point());
     });
 }
 
 bool ScriptedServer::AwaitArrivalAt(std::string_view gate) const {
-    return m_impl->Await([&] { return m_impl->GateOf(gate).reached; });
-}
-
-bool ScriptedServer::AwaitRequests(std::size_t count) const {
-    return m_impl->Await([&] { return m_impl->requests.size() >= count; });
+    std::unique_lock lock(m_mutex);
+    return m_changed.wait_for(lock, std::chrono::minutes(1),
+                              [&] { return m_reached.contains(gate); });
 }
 
 std::vector<ScriptedServer::Request> ScriptedServer::Requests() const {
-    const std::lock_guard lock(m_impl->mutex);
-    return m_impl->requests;
+    const std::lock_guard lock(m_mutex);
+    return m_requests;
 }
 
 std::vector<ScriptedServer::Request> ScriptedServer::RequestsFor(std::string_view target) const {
@@ -341,8 +250,8 @@ std::vector<ScriptedServer::Request> ScriptedServer::RequestsFor(std::string_vie
 }
 
 std::size_t ScriptedServer::ConnectionCount() const {
-    const std::lock_guard lock(m_impl->mutex);
-    return m_impl->connectionCount;
+    const std::lock_guard lock(m_mutex);
+    return m_connectionCount;
 }
 
 std::string ScriptedServer::Pattern(std::size_t size) {

@@ -1,9 +1,14 @@
 #pragma once
 
+#include <condition_variable>
 #include <cstddef>
 #include <cstdint>
+#include <deque>
+#include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -46,47 +51,32 @@ public:
     /// connection waits for its next request, unless a step has ended it.
     class Script {
     public:
-        explicit Script(std::mutex& mutex) : m_mutex(mutex) {}
-        Script(const Script&) = delete;
-        Script& operator=(const Script&) = delete;
-
         /// A whole reply. Content-Length is added unless `headers` names it.
-        Script& Reply(int status, const Headers& headers = {}, std::string_view body = {});
+        Script& Reply(int status, Headers headers = {}, std::string_view body = {});
         /// A whole chunked reply with these chunks.
-        Script& ReplyChunked(int status, const Headers& headers,
-                             const std::vector<std::string>& chunks);
+        Script& ReplyChunked(int status, Headers headers, const std::vector<std::string>& chunks);
 
         /// Status line, headers and empty line, with nothing added.
         Script& Head(int status, const Headers& headers = {});
         /// Bytes as they are.
-        Script& Send(std::string_view bytes);
+        Script& Send(std::string_view bytes) { return Add(Kind::Send, bytes); }
         /// The first `count` bytes of the test pattern; see Pattern.
-        Script& SendPattern(std::size_t count);
+        Script& SendPattern(std::size_t count) { return Send(Pattern(count)); }
         /// One chunk of a chunked body; empty data makes the last chunk, which ends the body.
         Script& SendChunk(std::string_view data);
 
-        /// Takes that many bytes of the next request.
-        Script& Take(std::size_t count);
-
         /// Holds the connection until the test opens that gate with ScriptedServer::Open.
-        Script& Wait(std::string_view gate);
-
+        Script& Wait(std::string_view gate) { return Add(Kind::Wait, gate); }
         /// Ends the connection in an orderly way (FIN).
-        Script& Close();
+        Script& Close() { return Add(Kind::Close); }
         /// Breaks the connection (RST).
-        Script& Reset();
+        Script& Reset() { return Add(Kind::Reset); }
 
     private:
         friend class ScriptedServer;
-        struct Step {
-            enum class Kind { send, take, wait, close, reset };
-            Kind kind;
-            std::string text = {};
-            std::size_t size = 0;
-        };
-        Script& Add(Step step);
-        std::mutex& m_mutex; ///< the server's, because its thread reads what a test adds
-        std::vector<Step> m_steps;
+        enum class Kind { Send, Wait, Close, Reset };
+        Script& Add(Kind kind, std::string_view text = {});
+        std::vector<std::pair<Kind, std::string>> m_steps;
     };
 
     ScriptedServer();
@@ -101,9 +91,9 @@ public:
     /// A request without a script is answered with status 599.
     Script& On(std::string_view target);
     /// Starts the script for connections: what the server does to each before it reads a request.
-    Script& OnConnect();
+    Script& OnConnect() { return m_greeting; }
 
-    std::uint16_t Port() const;
+    std::uint16_t Port() const { return m_port; }
     /// The address of `target` on this server, under the given name of this machine.
     std::wstring Url(std::string_view target, std::string_view host = "127.0.0.1") const;
 
@@ -111,8 +101,6 @@ public:
     void Open(std::string_view gate);
     /// Blocks until a connection has done all its steps before that gate. False after a minute.
     bool AwaitArrivalAt(std::string_view gate) const;
-    /// Blocks until `count` requests have arrived altogether. False after a minute.
-    bool AwaitRequests(std::size_t count) const;
 
     /// The requests received so far, in order of arrival.
     std::vector<Request> Requests() const;
@@ -126,8 +114,24 @@ public:
     static std::string Pattern(std::size_t size);
 
 private:
-    class Impl;
-    std::unique_ptr<Impl> m_impl;
+    struct Network;
+    /// The scripts of one target.
+    struct Turn {
+        std::deque<Script> scripts;
+        std::size_t used = 0;
+    };
+    const Script* Arrived(Request request);
+
+    mutable std::mutex m_mutex; // guards what follows
+    mutable std::condition_variable m_changed;
+    std::map<std::string, Turn> m_turns;
+    std::set<std::string, std::less<>> m_reached; ///< gates
+    std::vector<Request> m_requests;
+    std::size_t m_connectionCount = 0;
+
+    Script m_greeting;
+    std::uint16_t m_port = 0;
+    std::unique_ptr<Network> m_network;
 };
 
 /// An address as a header names it.

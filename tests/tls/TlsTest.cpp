@@ -4,8 +4,6 @@
 
 #include "brevint/PathResponse.h"
 #include "brevint/RepositoryProxy.h"
-#include "brevint/SignInProxy.h"
-#include "brevint/SignInResponse.h"
 #include "brevint/WebRequestFactory.h"
 
 #include <gtest/gtest.h>
@@ -20,8 +18,7 @@ namespace brevint::test {
 namespace {
 
 /// A scripted server behind the TLS fronts that this program is run with.
-class Tls : public testing::Test {
-protected:
+struct Tls : testing::Test {
     Tls() { std::ofstream(folder / "port") << server.Port(); }
 
     std::filesystem::path Certificate(const std::string& front) const {
@@ -47,14 +44,6 @@ protected:
                    CRepositoryProxy(&factory).GetPath(Wide(Url("", front)), L"id"))
             ->GetErrorCode();
     }
-    /// Whether sign-in to that service succeeds.
-    static bool SignsIn(const std::string& service) {
-        WebRequestFactory factory;
-        CSignInProxy proxy(&factory);
-        return std::unique_ptr<SignInResponse>(
-                   proxy.SignIn(Wide(service).c_str(), L"user", L"password"))
-            ->GetSucceeded();
-    }
 
     const std::filesystem::path folder = std::getenv("BREVINT_TLS");
     ScriptedServer server;
@@ -71,7 +60,7 @@ void PrintTo(const BadFront& front, std::ostream* out) {
     *out << front.name;
 }
 
-class TlsRefuses : public Tls, public testing::WithParamInterface<BadFront> {};
+struct TlsRefuses : Tls, testing::WithParamInterface<BadFront> {};
 
 TEST_P(TlsRefuses, ToSendAnything) {
     const std::string front = GetParam().name;
@@ -85,7 +74,6 @@ TEST_P(TlsRefuses, ToSendAnything) {
     EXPECT_EQ(exchange.Status(), 0u);
     EXPECT_EQ(exchange.ReadAll(), "");
     EXPECT_EQ(CallCode(front), 1102);
-    EXPECT_FALSE(SignsIn(Url("/app", front)));
     EXPECT_TRUE(server.Requests().empty());
 }
 
@@ -124,25 +112,6 @@ TEST_F(Tls, ReachesATrustedServerAndIsNotLeftByARedirect) {
     Exchange out(Wide(Url("/out")));
     EXPECT_EQ(out.Send(), target::kRedirectsLeaveTls);
     EXPECT_EQ(server.RequestsFor("/plain").size(), target::kRedirectsLeaveTls ? 1u : 0u);
-}
-
-TEST_F(Tls, IsNotLeftBySignIn) {
-    const Trust trust(Certificate("good"));
-    const auto page = [](const std::string& action) {
-        return "<form action='" + action + "'><input type=hidden name=token value=t></form>";
-    };
-    server.On("POST /finish")
-        .Reply(200, {{"Set-Cookie", "FedAuth=a; Path=/"}, {"Set-Cookie", "FedAuth1=b; Path=/"}});
-    server.On("/app").Reply(302, {{"Location", Url("/portal")}});
-    server.On("/portal").Reply(200, {}, page(Url("/finish")));
-    EXPECT_TRUE(SignsIn(Url("/app")));
-    server.On("/to-plain-portal").Reply(302, {{"Location", PlainUrl("/portal")}});
-    server.On("/to-plain-form").Reply(302, {{"Location", Url("/plain-form")}});
-    server.On("/plain-form").Reply(200, {}, page(PlainUrl("/finish")));
-    EXPECT_FALSE(SignsIn(Url("/to-plain-portal")));
-    EXPECT_FALSE(SignsIn(Url("/to-plain-form")));
-    EXPECT_EQ(server.RequestsFor("/finish").size(), 1u);
-    EXPECT_EQ(server.RequestsFor("/portal?mode=VX").size(), 1u);
 }
 
 } // namespace

@@ -1,34 +1,11 @@
 #include "platform/linux/handles/RequestHandle.h"
 
-#include "platform/linux/system/ExitGate.h"
+#include "platform/linux/system/Thread.h"
 
-#include <csignal>
 #include <new>
-#include <thread>
 #include <utility>
 
 namespace platform {
-
-namespace {
-
-// Starts a thread that leaves the process's signals to the application's own threads.
-template <class Function>
-void StartThread(Function function) {
-    ExitGate::Install();
-    sigset_t all;
-    sigset_t before;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before);
-    try {
-        std::thread(std::move(function)).detach();
-    } catch (...) {
-        pthread_sigmask(SIG_SETMASK, &before, nullptr);
-        throw;
-    }
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
-}
-
-} // namespace
 
 RequestHandle::RequestHandle(const HandleSettings& settings, DWORD_PTR context, HttpRequest request)
     : InternetHandle(settings, context), m_asynchronous(settings.asynchronous),
@@ -137,7 +114,6 @@ DWORD RequestHandle::CarryOut(const Operation& operation) noexcept try {
 }
 
 void RequestHandle::Work() noexcept {
-    ExitGate::Guard();
     for (;;) {
         Operation operation;
         {

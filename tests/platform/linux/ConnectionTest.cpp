@@ -46,6 +46,7 @@ TEST(Connection, IsMadeAnewForARequestThatMeetsTheEndOfAKeptOne) {
         const auto requests = server.Requests();
         EXPECT_EQ(requests.size(), kept ? 2u : 0u);
         EXPECT_TRUE(!kept || requests.back().body == body);
+        EXPECT_TRUE(!kept || requests.back().HeaderCount("Expect") == 0);
     }
 }
 

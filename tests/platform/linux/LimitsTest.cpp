@@ -102,22 +102,19 @@ TEST(Limits, CookiesThatMeetHave256Kilobytes) {
 
 // The server never goes on, so only the closing can have ended these.
 TEST(Limits, ClosingEndsWhatIsUnderWay) {
-    for (const auto* target : {"/send", "/read"}) {
-        for (const auto order : {CloseOrder::requestFirst, CloseOrder::sessionFirst}) {
-            SCOPED_TRACE(target);
-            ScriptedServer server;
-            server.On("/send").Wait("never");
-            server.On("/read").Head(200, {{"Content-Length", "9"}}).Send("four").Wait("never");
-            AsyncExchange exchange(server.Url(target));
-            exchange.Send();
-            ASSERT_TRUE(server.AwaitArrivalAt("never"));
-            exchange.Close(order);
-            EXPECT_EQ(exchange.AwaitClosed().back(), INTERNET_STATUS_HANDLE_CLOSING);
-            const auto completions = exchange.Completions();
-            ASSERT_FALSE(completions.empty());
-            EXPECT_TRUE(target == std::string("/read") ||
-                        completions.back() == ERROR_INTERNET_OPERATION_CANCELLED);
-        }
+    for (const std::string target : {"/send", "/read"}) {
+        SCOPED_TRACE(target);
+        ScriptedServer server;
+        server.On("/send").Wait("never");
+        server.On("/read").Head(200, {{"Content-Length", "9"}}).Send("four").Wait("never");
+        AsyncExchange exchange(server.Url(target));
+        exchange.Send();
+        ASSERT_TRUE(server.AwaitArrivalAt("never"));
+        exchange.Close();
+        EXPECT_EQ(exchange.AwaitClosed().back(), INTERNET_STATUS_HANDLE_CLOSING);
+        const auto completions = exchange.Completions();
+        ASSERT_FALSE(completions.empty());
+        EXPECT_TRUE(target == "/read" || completions.back() == ERROR_INTERNET_OPERATION_CANCELLED);
     }
     ScriptedServer server;
     server.On("/").Wait("never");

@@ -6,10 +6,6 @@ namespace brevint::test::target {
 
 // Signing out relies on it.
 const bool kExpiredCookieVanishes = true;
-// The attribute means that.
-const bool kSecureCookieNeedsTls = true;
-// RFC 6265 compares names so, and browsers do.
-const bool kCookieNamesHaveCase = true;
 // The data of a cookie set without a name carries its name, which is what callers mean by it.
 const std::string_view kNamelessCookie = "n=v";
 // Another host must not learn the credentials of the first.

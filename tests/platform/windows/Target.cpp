@@ -6,10 +6,6 @@ namespace brevint::test::target {
 
 // Wine takes " = " in the expiry for an unknown attribute and keeps an empty cookie.
 const bool kExpiredCookieVanishes = false;
-// Wine does not know the attribute.
-const bool kSecureCookieNeedsTls = false;
-// Wine compares names without regard to case.
-const bool kCookieNamesHaveCase = false;
 // Wine keeps the whole data as the value of a cookie whose name is empty.
 const std::string_view kNamelessCookie = "=n=v";
 // Wine leaves the header in place when the new host has no cookies of its own.

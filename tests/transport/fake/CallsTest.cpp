@@ -1,5 +1,4 @@
 #include "brevint/IDetachable.h"
-#include "brevint/IRequestInfo.h"
 #include "brevint/WebRequest.h"
 #include "tests/transport/RecordingResponse.h"
 #include "tests/transport/fake/FakeInternet.h"
@@ -14,42 +13,12 @@ namespace {
 
 using How = FakeInternet::How;
 using Step = FakeInternet::Step;
-using Lines = std::vector<std::string>;
 
-constexpr const wchar_t* kUrl = L"http://host/path?q=1";
+constexpr const wchar_t* kUrl = L"http://host/";
 const std::string kChunk(100'000, 'c');
 
-/// A request description that keeps the order in which it is read.
-struct RecordingInfo : IRequestInfo {
-    std::vector<char> bytes;
-    mutable Lines reads;
-
-    template <class T>
-    const T& Note(const char* what, const T& value) const {
-        reads.push_back(what);
-        return value;
-    }
-    std::wstring GetRequestUrl() const override { return Note("url", kUrl); }
-    WebRequestType GetRequestType() const override { return Note("type", WebRequestTypePut); }
-    void GetAcceptTypes(std::vector<AcceptType>& types) const override {
-        types.push_back(Note("accept types", AcceptTypeOctetStream));
-        types.push_back(static_cast<AcceptType>(9));
-    }
-    std::wstring GetHeaders() const override { return Note("headers", L"X-B: 2"); }
-    int GetRequestFlags() const override { return Note("flags", 0x200000); }
-    std::wstring GetUploadString() const override { return Note("text", L"body"); }
-    const std::vector<char>& GetUploadData() const override { return Note("bytes", bytes); }
-};
-
-/// The reply's bytes after what the caller holds already.
-std::string ReadBytes(IRequest& request) {
-    std::vector<char> out{'#'};
-    request.GetRequestedData(out);
-    return {out.begin(), out.end()};
-}
-
 Step Pends(std::string bytes = {}) {
-    return {How::pends, std::move(bytes)};
+    return {How::Pends, std::move(bytes)};
 }
 
 /// An asynchronous exchange, whose send and whose read pend unless the test scripts other ones.
@@ -64,7 +33,7 @@ struct Exchange : FakeInternet {
 
     /// Ends, one after the other, whatever is pending; what else is told meanwhile changes nothing.
     void Run() {
-        while (IsPending()) {
+        while (pending) {
             Notify(0, INTERNET_STATUS_REQUEST_COMPLETE);
             Notify(0, INTERNET_STATUS_HANDLE_CLOSING);
             for (const DWORD other : {0u, 10u, 11u, 30u, 31u, 50u, 60u, 110u, 120u, 0xFFFFFFFFu}) {
@@ -78,120 +47,50 @@ struct Exchange : FakeInternet {
     std::unique_ptr<WebRequest> request = std::make_unique<WebRequest>(kUrl, WebRequestTypeGet);
 };
 
-TEST(Calls, DescriptionBecomesAnExchange) {
-    Exchange fake;
-    fake.scheme = INTERNET_SCHEME_HTTPS;
-    RecordingInfo info;
-    fake.request->AddHeader(L"X-A: 1");
-    fake.request->SendRequestAsync(&info, fake.response.get());
-    fake.request.reset();
-    EXPECT_EQ(info.reads,
-              Lines({"url", "type", "accept types", "headers", "flags", "bytes", "text"}));
-    EXPECT_EQ(fake.calls, Lines({"open 'Velmora' 0 null null 0x10000000",
-                                 "option session 6 3600000 4", "option session 5 3600000 4",
-                                 "callback session", "crack 'http://host/path?q=1' 0 0 256 2084",
-                                 "connect session 'host' 80 null null 3 0 0",
-                                 "request connection 'PUT' '/path?q=1' null null accepts "
-                                 "'application/octet-stream' 'text/html' 0xa00000 context",
-                                 "send request 'X-A: 1\r\nX-B: 2\r\n' body 4", "close request",
-                                 "close connection", "close session"}));
-}
-
-TEST(Calls, WhatIsNullOrUnknownCountsAsNotGiven) {
-    FakeInternet fake;
-    WebRequest request(nullptr, WebRequestTypeDelete);
-    request.SetRequestType(static_cast<WebRequestType>(4));
-    request.SetUploadData(nullptr);
-    request.AddHeader(nullptr);
-    request.SendRequest();
-    EXPECT_EQ(fake.calls.front(), "open 'Velmora' 0 null null 0x0");
-    EXPECT_EQ(fake.CallsTo("crack"), Lines({"crack '' 0 0 256 2084"}));
-    EXPECT_EQ(fake.CallsTo("request"),
-              Lines({"request connection 'DELETE' '/path?q=1' null null accepts 0x0 none"}));
-    EXPECT_EQ(fake.CallsTo("send"), Lines({"send request '\r\n' null 0"}));
-}
-
-TEST(Calls, ReplyIsReadAsItsLengthIsKnownOrNot) {
-    const std::string nul("ab\0cd", 5);
-    auto cut = kChunk;
-    cut[3] = '\0';
-    const Step withNul{How::atOnce, nul}, chunk{How::atOnce, cut}, fails{How::fails};
-    struct Case {
-        const char* name;
-        std::optional<DWORD> length;
-        std::deque<Step> reads;
-        std::string bytes;
-        std::wstring text;
-    };
-    for (const auto& test : {
-             Case{"known", 5, {withNul}, nul, L"ab"},
-             Case{"known, too short", 6, {withNul}, "", L""},
-             Case{"known, failed", 5, {fails}, "", L""},
-             Case{"unknown", {}, {withNul}, nul, L"ab"},
-             Case{"announced as 0", 0, {withNul}, nul, L"ab"},
-             Case{"chunks, each cut on its own", {}, {chunk, withNul}, cut + nul, L"cccab"},
-             Case{"failure: what came stays", {}, {chunk, fails}, cut, L"ccc"},
-         }) {
-        SCOPED_TRACE(test.name);
-        FakeInternet fake;
-        fake.contentLength = test.length;
-        WebRequest request(kUrl, WebRequestTypeGet);
-        request.SendRequest();
-        fake.reads = test.reads;
-        EXPECT_EQ(ReadBytes(request), '#' + test.bytes);
-        fake.reads = test.reads;
-        std::wstring text = L"what was there";
-        request.GetRequestedData(text);
-        EXPECT_EQ(text, test.text);
-        const auto size = test.length.value_or(0) ? *test.length : 100'000;
-        EXPECT_EQ(fake.CallsTo("read").at(0), "read request " + std::to_string(size) + " 0");
-    }
-}
-
 TEST(Calls, EveryWayOfAnAsynchronousExchange) {
-    const Step now{How::atOnce, "reply"}, inCall{How::endsInTheCall, "reply"};
-    const Step twice{How::toldTwice, "reply"}, fullTwice{How::toldTwice, kChunk};
-    const Step fails{How::fails}, failsLater{How::pends, "rest", false};
-    const Step chunk = Pends(kChunk), chunkInCall{How::endsInTheCall, kChunk};
+    const Step now{How::AtOnce, "reply"}, inCall{How::EndsInTheCall, "reply"};
+    const Step twice{How::ToldTwice, "reply"}, fullTwice{How::ToldTwice, kChunk};
+    const Step fails{How::Fails}, failsLater{How::Pends, "rest", false};
+    const Step chunk = Pends(kChunk), chunkInCall{How::EndsInTheCall, kChunk};
     const auto all = kChunk + "reply";
-    struct Case {
+    const struct {
         const char* name;
-        std::optional<DWORD> length;
+        DWORD length;
         std::deque<Step> reads;
         std::string bytes;
         Step send = Pends();
+    } cases[] = {
+        {"known, later", 5, {Pends("reply")}, "reply"},
+        {"known, at once", 5, {now}, "reply"},
+        {"known, told twice", 5, {twice}, "reply"},
+        {"known, within the call", 5, {inCall}, "reply"},
+        {"known, short", 6, {Pends("reply")}, ""},
+        {"known, fails", 4, {fails}, ""},
+        {"one short chunk", 0, {Pends("reply")}, "reply"},
+        {"chunks, the last one short", 0, {chunk, Pends("reply")}, all},
+        {"exactly one chunk", 0, {chunk, Pends()}, kChunk},
+        {"nothing at once", 0, {}, ""},
+        {"full at once: filled then and there", 0, {{How::AtOnce, kChunk}, now}, kChunk},
+        {"full, told twice", 0, {fullTwice, now}, kChunk},
+        {"later, then full, told twice", 0, {chunk, fullTwice, now}, kChunk + kChunk},
+        {"later, then at once", 0, {chunk, now}, all},
+        {"within the calls", 0, {chunkInCall, chunkInCall, inCall}, kChunk + all},
+        {"chunk, fails later", 0, {chunk, failsLater}, ""},
+        {"chunk, fails", 0, {chunk, fails}, ""},
+        {"sent at once, and completed", 5, {now}, "reply", {How::ToldTwice}},
+        {"sent within the call", 5, {now}, "reply", {How::EndsInTheCall}},
+        {"send fails later", 5, {fails}, "", {How::Pends, "", false}},
+        {"send fails", 5, {now}, "", {How::Fails}},
     };
-    for (const auto& test : {
-             Case{"known, later", 5, {Pends("reply")}, "reply"},
-             Case{"known, at once", 5, {now}, "reply"},
-             Case{"known, told twice", 5, {twice}, "reply"},
-             Case{"known, within the call", 5, {inCall}, "reply"},
-             Case{"known, short", 6, {Pends("reply")}, ""},
-             Case{"known, fails", 4, {fails}, ""},
-             Case{"one short chunk", {}, {Pends("reply")}, "reply"},
-             Case{"chunks, the last one short", {}, {chunk, Pends("reply")}, all},
-             Case{"exactly one chunk", {}, {chunk, Pends()}, kChunk},
-             Case{"nothing at once", {}, {}, ""},
-             Case{"full at once: filled then and there", {}, {{How::atOnce, kChunk}, now}, kChunk},
-             Case{"full, told twice", {}, {fullTwice, now}, kChunk},
-             Case{"later, then full, told twice", {}, {chunk, fullTwice, now}, kChunk + kChunk},
-             Case{"later, then at once", {}, {chunk, now}, all},
-             Case{"within the calls", {}, {chunkInCall, chunkInCall, inCall}, kChunk + all},
-             Case{"chunk, fails later", {}, {chunk, failsLater}, ""},
-             Case{"chunk, fails", {}, {chunk, fails}, ""},
-             Case{"sent at once, and completed", 5, {now}, "reply", {How::toldTwice}},
-             Case{"sent within the call", 5, {now}, "reply", {How::endsInTheCall}},
-             Case{"send fails later", 5, {fails}, "", {How::pends, "", false}},
-             Case{"send fails", 5, {now}, "", {How::fails}},
-         }) {
+    for (const auto& test : cases) {
         SCOPED_TRACE(test.name);
         Exchange fake;
         fake.contentLength = test.length;
         fake.send = test.send;
         fake.reads = test.reads;
         fake.Send();
-        const bool isSent = fake.IsPending() || !fake.CallsTo("read").empty();
-        EXPECT_EQ(fake.response->fillings, fake.IsPending() ? 0 : 1);
+        const bool isSent = fake.pending || !fake.readSizes.empty();
+        EXPECT_EQ(fake.response->fillings, fake.pending ? 0 : 1);
         fake.Run();
         EXPECT_EQ(fake.response->fillings, 1);
         EXPECT_TRUE(fake.response->bytes == test.bytes) << fake.response->bytes.size();
@@ -201,14 +100,33 @@ TEST(Calls, EveryWayOfAnAsynchronousExchange) {
 
 TEST(Calls, BodyIsThereForEverySend) {
     Exchange fake;
-    RecordingInfo info;
-    info.bytes = {'b', '\0', 'y'};
-    fake.request->SendRequestAsync(&info, fake.response.get());
+    const std::string body("b\0y", 3);
+    fake.request->SetUploadData({body.begin(), body.end()});
+    fake.Send();
     fake.Run();
     fake.Send();
     fake.Run();
     fake.request->SendRequest();
-    EXPECT_EQ(fake.CallsTo("send"), Lines(3, std::string("send request 'X-B: 2\r\n' b\0y 3", 29)));
+    EXPECT_EQ(fake.bodies, std::vector<std::string>(3, body));
+}
+
+TEST(Calls, ResponseMayEndTheRequestThatFillsIt) {
+    Exchange fake;
+    fake.response->onFilled = [&] {
+        fake.request.reset();
+    };
+    fake.Send();
+    fake.Run();
+    EXPECT_EQ(fake.response->fillings, 1);
+    EXPECT_EQ(fake.closed, "request connection session ");
+}
+
+TEST(Calls, NothingIsWaitedForLongerThanAnHourAtATime) {
+    Exchange fake;
+    fake.Send();
+    EXPECT_EQ(fake.options[INTERNET_OPTION_SEND_TIMEOUT], 3'600'000u);
+    EXPECT_EQ(fake.options[INTERNET_OPTION_RECEIVE_TIMEOUT], 3'600'000u);
+    fake.Run();
 }
 
 TEST(Calls, CookiesThatComeBetweenTwoQuestionsAreNotLost) {
@@ -253,16 +171,15 @@ TEST(Calls, ContextLivesUntilEverybodyHasLetGo) {
         if (responseFirst) {
             fake.response.reset();
             // A transfer that nobody waits for any more is ended.
-            EXPECT_EQ(fake.CallsTo("close").size(), completions < 2 ? 1u : 0u);
+            EXPECT_EQ(fake.closed, completions < 2 ? "request " : "");
         }
         fake.request.reset();
         fake.response.reset();
-        EXPECT_EQ(fake.CallsTo("close"),
-                  Lines({"close request", "close connection", "close session"}));
+        EXPECT_EQ(fake.closed, "request connection session ");
         if (!fake.closingTellsAtOnce) {
-            const auto calls = fake.calls;
+            const auto reads = fake.readSizes;
             fake.Run();
-            EXPECT_EQ(fake.calls, calls) << "an ended request is not read on";
+            EXPECT_EQ(fake.readSizes, reads) << "an ended request is not read on";
             EXPECT_FALSE(context.expired());
             fake.Notify(fake.context, INTERNET_STATUS_HANDLE_CLOSING);
         }

@@ -2,9 +2,13 @@
 
 #include "brevint/brevint.h"
 
+#include <algorithm>
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace brevint::test {
@@ -87,16 +91,56 @@ inline std::wstring Detail(CPollStatusResponse& response) {
     return std::to_wstring(response.GetStatus()) + L'|' + response.GetItemId();
 }
 
-/// The names of the listed items, each with a semicolon.
-inline std::wstring ItemNames(IGetFolderContentsResponse& response) {
-    std::vector<CFolderItem*> items;
-    response.GetFolderContents(items);
-    std::wstring names;
-    for (CFolderItem* item : items) {
-        names += item->GetName() + L';';
-        delete item;
-    }
-    return names;
+/// One kind of response, for what all of them have in common.
+struct ResponseKind {
+    std::string_view name;
+    std::unique_ptr<IResponse> (*make)();
+    /// What a caller reads from a response of this kind, as one text.
+    std::wstring (*detail)(IReadOnlyResponse& response);
+    /// Whether it reads replies as XML.
+    bool parses = true;
+};
+
+template <class Response>
+constexpr ResponseKind KindOf(std::string_view name, bool parses = true) {
+    // Each object is one response, however many interfaces it has.
+    static_assert(std::is_convertible_v<Response*, IReadOnlyResponse*>);
+    return {name, []() -> std::unique_ptr<IResponse> { return std::make_unique<Response>(); },
+            [](IReadOnlyResponse& response) { return Detail(dynamic_cast<Response&>(response)); },
+            parses};
+}
+
+/// All kinds. Tests and the fuzzer's seeds know them by name.
+inline constexpr ResponseKind kResponseKinds[] = {
+    KindOf<CCheckInOutResponse>("CheckInOut"),
+    KindOf<CCreateFolderResponse>("CreateFolder"),
+    KindOf<CDeleteResponse>("Delete"),
+    KindOf<CDownloadFileResponse>("DownloadFile", false),
+    KindOf<CGetFolderContentsResponse>("GetFolderContents"),
+    KindOf<CIdentityResponse>("Identity"),
+    KindOf<COverwriteFileResponse>("OverwriteFile"),
+    KindOf<CPathResponse>("Path"),
+    KindOf<CPollOverwriteStatusResponse>("PollOverwriteStatus"),
+    KindOf<CPollUploadStatusResponse>("PollUploadStatus"),
+    KindOf<CSignOutResponse>("SignOut", false),
+    KindOf<CTemplateResponse>("Template"),
+    KindOf<CUploadFileResponse>("UploadFile"),
+    KindOf<CVersionInfoResponse>("VersionInfo"),
+};
+
+/// The kind of that name; null when there is none.
+constexpr const ResponseKind* FindKind(std::string_view name) {
+    const auto* const found = std::ranges::find(kResponseKinds, name, &ResponseKind::name);
+    return found == std::end(kResponseKinds) ? nullptr : found;
+}
+
+/// Error code, and what a caller reads.
+using Reading = std::pair<double, std::wstring>;
+
+/// Judges a response that is to be of that kind, and deletes it as a caller does.
+inline Reading Read(std::string_view kind, IReadOnlyResponse* response) {
+    const std::unique_ptr<IReadOnlyResponse> owner(response);
+    return {owner->GetErrorCode(), FindKind(kind)->detail(*owner)};
 }
 
 } // namespace brevint::test
