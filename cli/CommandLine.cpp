@@ -103,56 +103,56 @@ CommandEntry ReadCommand(const CLI::App& app) {
 
 void OptionList::Required(const std::string& names, std::string& value, const std::string& type,
                           const std::string& description) {
-    app_.add_option(names, value, description)->type_name(type)->required();
+    m_app.add_option(names, value, description)->type_name(type)->required();
 }
 
 void OptionList::Required(const std::string& names, std::vector<std::string>& values,
                           const std::string& type, const std::string& description) {
-    app_.add_option(names, values, description)->type_name(type)->required();
+    m_app.add_option(names, values, description)->type_name(type)->required();
 }
 
 void OptionList::Optional(const std::string& names, std::string& value, const std::string& type,
                           const std::string& description) {
-    app_.add_option(names, value, description)->type_name(type)->capture_default_str();
+    m_app.add_option(names, value, description)->type_name(type)->capture_default_str();
 }
 
 void OptionList::Choice(const std::string& names, std::string& value, const std::string& type,
                         const std::vector<std::string>& choices, const std::string& description) {
-    app_.add_option(names, value, description)
+    m_app.add_option(names, value, description)
         ->type_name(type)
         ->check(CLI::IsMember(choices))
         ->capture_default_str();
 }
 
 void OptionList::Flag(const std::string& names, bool& value, const std::string& description) {
-    app_.add_flag(names, value, description);
+    m_app.add_flag(names, value, description);
 }
 
 void OptionList::Exclude(const std::string& one, const std::string& other) {
-    app_.get_option(one)->excludes(app_.get_option(other));
+    m_app.get_option(one)->excludes(m_app.get_option(other));
 }
 
 CommandLine::CommandLine()
-    : app_(std::make_unique<CLI::App>("Works with a document repository on a Brevint service.",
-                                      "brevint")) {
-    app_->set_version_flag("--version", "brevint " BREVINT_VERSION, "Print the version and exit");
-    app_->set_help_flag("-h,--help", "Print a help text and exit");
-    app_->require_subcommand(1);
+    : m_app(std::make_unique<CLI::App>("Works with a document repository on a Brevint service.",
+                                       "brevint")) {
+    m_app->set_version_flag("--version", "brevint " BREVINT_VERSION, "Print the version and exit");
+    m_app->set_help_flag("-h,--help", "Print a help text and exit");
+    m_app->require_subcommand(1);
     // Options may follow the command, and "/Projects" is a path on every target.
-    app_->fallthrough();
-    app_->allow_windows_style_options(false);
-    AddGlobalOptions(*app_, options_);
+    m_app->fallthrough();
+    m_app->allow_windows_style_options(false);
+    AddGlobalOptions(*m_app, m_options);
     for (const CommandRow& row : AllCommands()) {
-        CLI::App& command = *app_->add_subcommand(row.name, row.summary);
-        commands_.push_back(row.make());
+        CLI::App& command = *m_app->add_subcommand(row.name, row.summary);
+        m_commands.push_back(row.make());
         OptionList options(command);
-        commands_.back()->AddOptions(options);
+        m_commands.back()->AddOptions(options);
         const std::string notes = row.notes;
         command.footer(notes + (notes.empty() ? "" : "\n") +
                        "Options of all commands: brevint --help\n\n" + Footer(row.examples));
     }
-    app_->footer("Options and examples of a command: brevint COMMAND --help\n\n" +
-                 Footer(kExamples));
+    m_app->footer("Options and examples of a command: brevint COMMAND --help\n\n" +
+                  Footer(kExamples));
 }
 
 CommandLine::~CommandLine() = default;
@@ -160,27 +160,27 @@ CommandLine::~CommandLine() = default;
 Command* CommandLine::Parse(std::vector<std::string> arguments) {
     try {
         std::reverse(arguments.begin(), arguments.end()); // the order that CLI11 takes them in
-        app_->parse(std::move(arguments));
+        m_app->parse(std::move(arguments));
     } catch (const CLI::ParseError& result) {
         std::ostringstream out;
         std::ostringstream error;
-        if (app_->exit(result, out, error) == 0) {
+        if (m_app->exit(result, out, error) == 0) {
             Terminal::Write(Terminal::Stream::Output, out.str());
             return nullptr;
         }
-        const auto chosen = app_->get_subcommands();
+        const auto chosen = m_app->get_subcommands();
         const std::string command = chosen.empty() ? "" : chosen.front()->get_name() + " ";
         std::string summary = std::string(result.what()) + ".";
-        if (chosen.empty() && app_->remaining_size() > 0) {
-            summary = "There is no command or option \"" + app_->remaining().front() + "\".";
+        if (chosen.empty() && m_app->remaining_size() > 0) {
+            summary = "There is no command or option \"" + m_app->remaining().front() + "\".";
         }
         throw Failure(ExitCode::Usage, summary, "brevint " + command + "--help");
     }
     const auto rows = AllCommands();
     const auto chosen = std::find_if(rows.begin(), rows.end(), [this](const CommandRow& row) {
-        return app_->got_subcommand(row.name);
+        return m_app->got_subcommand(row.name);
     });
-    return commands_[static_cast<std::size_t>(chosen - rows.begin())].get();
+    return m_commands[static_cast<std::size_t>(chosen - rows.begin())].get();
 }
 
 std::vector<CommandEntry> ReadOptionTable(const CommandLine& commandLine) {

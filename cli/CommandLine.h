@@ -21,17 +21,17 @@ public:
     CommandLine& operator=(const CommandLine&) = delete;
     ~CommandLine();
 
-    const CLI::App& Grammar() const { return *app_; }
-    const Options& Settings() const { return options_; }
+    const CLI::App& Grammar() const { return *m_app; }
+    const Options& Settings() const { return m_options; }
 
     /// The command that the arguments name, with its options. Null when they asked for help or the
     /// version, which has then been printed. Throws a Failure when they are wrong.
     Command* Parse(std::vector<std::string> arguments);
 
 private:
-    Options options_;
-    std::unique_ptr<CLI::App> app_;
-    std::vector<std::unique_ptr<Command>> commands_; ///< One for each row of AllCommands.
+    Options m_options;
+    std::unique_ptr<CLI::App> m_app;
+    std::vector<std::unique_ptr<Command>> m_commands; ///< One for each row of AllCommands.
 };
 
 } // namespace brevint::cli

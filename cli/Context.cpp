@@ -28,27 +28,27 @@ Session ChooseSession(const Options& options) {
 
 } // namespace
 
-Context::Context(Options options) : options_(std::move(options)), output_(options_.json) {}
+Context::Context(Options options) : m_options(std::move(options)), m_output(m_options.json) {}
 
 const Session& Context::TheSession() {
-    if (!session_) {
-        session_ = ChooseSession(options_);
+    if (!m_session) {
+        m_session = ChooseSession(m_options);
     }
-    return *session_;
+    return *m_session;
 }
 
 Service& Context::TheService() {
-    if (!service_) {
-        service_ = std::make_shared<Service>(TheSession(), Timeout());
+    if (!m_service) {
+        m_service = std::make_shared<Service>(TheSession(), Timeout());
     }
-    return *service_;
+    return *m_service;
 }
 
 ItemResolver& Context::Items() {
-    if (!items_) {
-        items_ = std::make_unique<ItemResolver>(TheService(), options_.root);
+    if (!m_items) {
+        m_items = std::make_unique<ItemResolver>(TheService(), m_options.root);
     }
-    return *items_;
+    return *m_items;
 }
 
 } // namespace brevint::cli

@@ -27,11 +27,11 @@ class Context {
 public:
     explicit Context(Options options);
 
-    const Options& Settings() const { return options_; }
-    const Output& Out() const { return output_; }
+    const Options& Settings() const { return m_options; }
+    const Output& Out() const { return m_output; }
 
     /// The longest time to wait for one thing.
-    std::chrono::seconds Timeout() const { return std::chrono::seconds(options_.timeoutSeconds); }
+    std::chrono::seconds Timeout() const { return std::chrono::seconds(m_options.timeoutSeconds); }
 
     /// The session with the service of --url, without cookies if it is not the one signed in to, or
     /// with the one signed in to. Throws a Failure when there is neither.
@@ -44,11 +44,11 @@ public:
     ItemResolver& Items();
 
 private:
-    const Options options_;
-    const Output output_;
-    std::optional<Session> session_;
-    std::shared_ptr<Service> service_; ///< Shared with calls that are left behind.
-    std::unique_ptr<ItemResolver> items_;
+    const Options m_options;
+    const Output m_output;
+    std::optional<Session> m_session;
+    std::shared_ptr<Service> m_service; ///< Shared with calls that are left behind.
+    std::unique_ptr<ItemResolver> m_items;
 };
 
 } // namespace brevint::cli

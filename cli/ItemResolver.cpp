@@ -67,7 +67,7 @@ std::string AskPath(Service& service, const std::wstring& itemId, std::string_vi
 }
 
 ItemResolver::ItemResolver(Service& service, const std::string& rootId)
-    : service_(service), rootId_(CheckIdentifier(rootId)) {}
+    : m_service(service), m_rootId(CheckIdentifier(rootId)) {}
 
 std::wstring ItemResolver::Id(const std::string& item) {
     return item.starts_with('/') ? Find(item).GetUniqueId() : CheckIdentifier(item);
@@ -75,7 +75,7 @@ std::wstring ItemResolver::Id(const std::string& item) {
 
 CFolderItem ItemResolver::Find(const std::string& path) {
     CFolderItem found;
-    found.SetUniqueId(rootId_);
+    found.SetUniqueId(m_rootId);
     std::string_view rest = path;
     for (std::string_view root = RootPath(); !IsEnd(root);) {
         if (TakeSegment(root) != TakeSegment(rest)) {
@@ -87,7 +87,7 @@ CFolderItem ItemResolver::Find(const std::string& path) {
     std::string folder = RootPath();
     while (!IsEnd(rest)) {
         const std::wstring name = ToWide(TakeSegment(rest));
-        const std::vector<CFolderItem> items = ListFolder(service_, found.GetUniqueId(), folder);
+        const std::vector<CFolderItem> items = ListFolder(m_service, found.GetUniqueId(), folder);
         const auto bearsName = [&name](const CFolderItem& item) {
             return item.GetName() == name;
         };
@@ -108,10 +108,10 @@ CFolderItem ItemResolver::Find(const std::string& path) {
 }
 
 const std::string& ItemResolver::RootPath() {
-    if (!rootPath_) {
-        rootPath_ = AskPath(service_, rootId_, "the root folder");
+    if (!m_rootPath) {
+        m_rootPath = AskPath(m_service, m_rootId, "the root folder");
     }
-    return *rootPath_;
+    return *m_rootPath;
 }
 
 } // namespace brevint::cli

@@ -35,9 +35,9 @@ public:
 private:
     const std::string& RootPath();
 
-    Service& service_;
-    std::wstring rootId_;
-    std::optional<std::string> rootPath_;
+    Service& m_service;
+    std::wstring m_rootId;
+    std::optional<std::string> m_rootPath;
 };
 
 /// The identifier in the library's form. Throws a Failure for a text that cannot be one: it would

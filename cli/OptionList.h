@@ -21,7 +21,7 @@ inline constexpr char kItemType[] = "ITEM";
 /// compile.
 class OptionList {
 public:
-    explicit OptionList(CLI::App& app) : app_(app) {}
+    explicit OptionList(CLI::App& app) : m_app(app) {}
 
     void Required(const std::string& names, std::string& value, const std::string& type,
                   const std::string& description);
@@ -40,7 +40,7 @@ public:
     void Exclude(const std::string& one, const std::string& other);
 
 private:
-    CLI::App& app_;
+    CLI::App& m_app;
 };
 
 } // namespace brevint::cli

@@ -30,7 +30,7 @@ constexpr char kRed[] = "31";
 } // namespace
 
 void Output::Lines(const std::vector<std::string>& lines) const {
-    if (json_) {
+    if (m_json) {
         return;
     }
     std::string text;
@@ -42,7 +42,7 @@ void Output::Lines(const std::vector<std::string>& lines) const {
 
 void Output::Print(const Table& table) const {
     std::vector<std::string> lines = table.Lines();
-    if (!json_) {
+    if (!m_json) {
         Write(Colour(Terminal::Stream::Output, kBold, lines.front()) + "\n");
     }
     lines.erase(lines.begin());
@@ -50,7 +50,7 @@ void Output::Print(const Table& table) const {
 }
 
 void Output::Document(const nlohmann::json& document) const {
-    if (json_) {
+    if (m_json) {
         Write(
             NeutraliseJson(document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace)) +
             "\n");

@@ -15,9 +15,9 @@ namespace brevint::cli {
 /// failures on standard error. Everything is made harmless for terminals here.
 class Output {
 public:
-    explicit Output(bool json) : json_(json) {}
+    explicit Output(bool json) : m_json(json) {}
 
-    bool IsJson() const { return json_; }
+    bool IsJson() const { return m_json; }
 
     /// Lines without their ends; nothing happens in JSON mode.
     void Lines(const std::vector<std::string>& lines) const;
@@ -34,7 +34,7 @@ public:
     void Report(const Failure& failure) const;
 
 private:
-    bool json_;
+    bool m_json;
 };
 
 /// The failure as it stands in documents.

@@ -18,13 +18,13 @@ constexpr Terminal::Stream kStream = Terminal::Stream::Error;
 } // namespace
 
 Progress::Progress(const std::string& text)
-    : text_(Neutralise(text)), start_(std::chrono::steady_clock::now()),
-      visible_(!text.empty() && Terminal::IsCapable(kStream)) {}
+    : m_text(Neutralise(text)), m_start(std::chrono::steady_clock::now()),
+      m_visible(!text.empty() && Terminal::IsCapable(kStream)) {}
 
 Progress::~Progress() {
     try {
-        if (width_ > 0) {
-            Terminal::Write(kStream, "\r" + std::string(width_, ' ') + "\r");
+        if (m_width > 0) {
+            Terminal::Write(kStream, "\r" + std::string(m_width, ' ') + "\r");
         }
     } catch (const std::system_error&) {
         // A terminal that is gone needs no clean line.
@@ -32,8 +32,8 @@ Progress::~Progress() {
 }
 
 void Progress::Show() {
-    const auto elapsed = std::chrono::steady_clock::now() - start_;
-    if (!visible_ || elapsed < 200ms) {
+    const auto elapsed = std::chrono::steady_clock::now() - m_start;
+    if (!m_visible || elapsed < 200ms) {
         return;
     }
     const std::string time =
@@ -41,10 +41,10 @@ void Progress::Show() {
         " s";
     // The line must not break: what has been broken cannot be taken back.
     const std::size_t most = Terminal::Width(kStream) - 1;
-    const std::string line = ShortenFront(text_, most - std::min(most, time.size())) + time;
+    const std::string line = ShortenFront(m_text, most - std::min(most, time.size())) + time;
     const std::size_t width = DisplayWidth(line);
-    const std::string rest(std::max(width_, width) - width, ' ');
-    width_ = width;
+    const std::string rest(std::max(m_width, width) - width, ' ');
+    m_width = width;
     Terminal::Write(kStream, "\r" + line + rest + std::string(rest.size(), '\b'));
 }
 

@@ -20,10 +20,10 @@ public:
     void Show();
 
 private:
-    const std::string text_;
-    const std::chrono::steady_clock::time_point start_;
-    const bool visible_;
-    std::size_t width_ = 0; ///< Columns that the line covers now.
+    const std::string m_text;
+    const std::chrono::steady_clock::time_point m_start;
+    const bool m_visible;
+    std::size_t m_width = 0; ///< Columns that the line covers now.
 };
 
 } // namespace brevint::cli

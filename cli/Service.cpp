@@ -13,16 +13,16 @@
 namespace brevint::cli {
 
 Service::Service(const Session& session, std::chrono::seconds timeout)
-    : url_(ToWide(session.url)), timeout_(timeout) {
+    : m_url(ToWide(session.url)), m_timeout(timeout) {
     if (!session.cookies.empty()) {
-        CInternetCache().SetCookie(url_.c_str(), ToWide(session.cookies).c_str());
+        CInternetCache().SetCookie(m_url.c_str(), ToWide(session.cookies).c_str());
     }
 }
 
 template <class Interface>
 std::unique_ptr<Interface> Service::Make(const GUID& iid) {
     void* object = nullptr;
-    if (factory_.Create(iid, &object) == 0) {
+    if (m_factory.Create(iid, &object) == 0) {
         throw std::bad_alloc();
     }
     return std::unique_ptr<Interface>(static_cast<Interface*>(object));

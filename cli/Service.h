@@ -26,7 +26,7 @@ public:
     /// longer than `timeout`.
     Service(const Session& session, std::chrono::seconds timeout);
 
-    const std::wstring& Url() const { return url_; }
+    const std::wstring& Url() const { return m_url; }
 
     std::unique_ptr<IIdentityProxy> Identity();
     std::unique_ptr<IRepositoryProxy> Repository();
@@ -42,7 +42,7 @@ public:
         using Response = std::remove_pointer_t<std::invoke_result_t<Function, Service&>>;
         const auto response = std::make_shared<std::unique_ptr<Response>>();
         AwaitCall([self = shared_from_this(), response, call] { response->reset(call(*self)); },
-                  doing, summary, timeout_);
+                  doing, summary, m_timeout);
         if constexpr (std::is_convertible_v<Response*, const IReadOnlyResponse*>) {
             RequireSuccess(response->get(), summary);
         }
@@ -53,9 +53,9 @@ private:
     template <class Interface>
     std::unique_ptr<Interface> Make(const GUID& iid);
 
-    std::wstring url_;
-    std::chrono::seconds timeout_;
-    CProxyFactory factory_;
+    std::wstring m_url;
+    std::chrono::seconds m_timeout;
+    CProxyFactory m_factory;
 };
 
 /// Takes every cookie out of the process's jar that requests to the service at that address could

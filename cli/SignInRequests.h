@@ -21,14 +21,14 @@ public:
     IRequest* Create(const wchar_t* url, WebRequestType type) override;
 
     /// Why a request was not sent; empty when all were.
-    const std::string& Refusal() const { return refusal_; }
+    const std::string& Refusal() const { return m_refusal; }
 
     /// Whether the service answered with a page of its own instead of sending on to a portal.
-    bool EndedWithServicePage() const { return count_ == kService && lastStatus_ == 200; }
+    bool EndedWithServicePage() const { return m_count == kService && m_lastStatus == 200; }
 
     /// Whether the portal answered with a page after which nothing was sent. Only then can the
     /// sign-in's error message be the portal's.
-    bool EndedWithPortalPage() const { return count_ == kPortal && lastStatus_ == 200; }
+    bool EndedWithPortalPage() const { return m_count == kPortal && m_lastStatus == 200; }
 
 private:
     class Watched;
@@ -41,11 +41,11 @@ private:
     /// it may.
     std::string Refuse(const std::string& url) const;
 
-    const Origin service_;
-    const bool insecureHttp_;
-    int count_ = 0;
-    unsigned long lastStatus_ = 0;
-    std::string refusal_;
+    const Origin m_service;
+    const bool m_insecureHttp;
+    int m_count = 0;
+    unsigned long m_lastStatus = 0;
+    std::string m_refusal;
 };
 
 } // namespace brevint::cli

@@ -38,35 +38,35 @@ std::string Cut(const std::string& text) {
 
 } // namespace
 
-Table::Table(std::vector<Column> columns) : columns_(std::move(columns)) {
+Table::Table(std::vector<Column> columns) : m_columns(std::move(columns)) {
     std::vector<std::string> headings;
-    for (const Column& column : columns_) {
+    for (const Column& column : m_columns) {
         headings.push_back(column.heading);
     }
     AddRow(std::move(headings));
 }
 
 void Table::AddRow(std::vector<std::string> cells) {
-    cells.resize(columns_.size());
+    cells.resize(m_columns.size());
     for (std::string& cell : cells) {
         cell = Cut(Neutralise(cell));
     }
-    rows_.push_back(std::move(cells));
+    m_rows.push_back(std::move(cells));
 }
 
 std::vector<std::string> Table::Lines() const {
-    std::vector<std::size_t> widths(columns_.size(), 0);
-    for (const auto& row : rows_) {
+    std::vector<std::size_t> widths(m_columns.size(), 0);
+    for (const auto& row : m_rows) {
         for (std::size_t i = 0; i < row.size(); ++i) {
             widths[i] = std::max(widths[i], DisplayWidth(row[i]));
         }
     }
     std::vector<std::string> lines;
-    for (const auto& row : rows_) {
+    for (const auto& row : m_rows) {
         std::string line;
         for (std::size_t i = 0; i < row.size(); ++i) {
             const std::string padding(widths[i] - DisplayWidth(row[i]), ' ');
-            const bool right = columns_[i].align == Align::Right;
+            const bool right = m_columns[i].align == Align::Right;
             line += (i == 0 ? "" : "  ") + (right ? padding + row[i] : row[i] + padding);
         }
         line.erase(line.find_last_not_of(' ') + 1);

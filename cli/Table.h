@@ -24,8 +24,8 @@ public:
     std::vector<std::string> Lines() const;
 
 private:
-    std::vector<Column> columns_;
-    std::vector<std::vector<std::string>> rows_; ///< The headings come first.
+    std::vector<Column> m_columns;
+    std::vector<std::vector<std::string>> m_rows; ///< The headings come first.
 };
 
 } // namespace brevint::cli

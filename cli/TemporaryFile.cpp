@@ -7,16 +7,16 @@
 namespace brevint::cli {
 
 TemporaryFile::TemporaryFile(const std::filesystem::path& folder)
-    : path_(folder / LocalFileWriter::PartName()) {}
+    : m_path(folder / LocalFileWriter::PartName()) {}
 
 TemporaryFile::~TemporaryFile() {
     std::error_code ignored;
-    std::filesystem::remove(path_, ignored);
+    std::filesystem::remove(m_path, ignored);
 }
 
 void TemporaryFile::MoveTo(const std::filesystem::path& target) {
     std::error_code reason;
-    std::filesystem::rename(path_, target, reason);
+    std::filesystem::rename(m_path, target, reason);
     if (reason) {
         throw LocalFailure("\"" + PathToUtf8(target) + "\" cannot be replaced", reason);
     }

@@ -14,14 +14,14 @@ public:
     TemporaryFile& operator=(const TemporaryFile&) = delete;
     ~TemporaryFile();
 
-    const std::filesystem::path& Path() const { return path_; }
+    const std::filesystem::path& Path() const { return m_path; }
 
     /// Puts the file in the place of `target` in one step, whether there is one or not. Throws a
     /// Failure when that cannot be; an old `target` is then as it was.
     void MoveTo(const std::filesystem::path& target);
 
 private:
-    std::filesystem::path path_;
+    std::filesystem::path m_path;
 };
 
 } // namespace brevint::cli

@@ -16,26 +16,26 @@ namespace {
 class Get : public Command {
 public:
     void AddOptions(OptionList& options) override {
-        options.Required("items", items_, kItemType, "Files, by identifier or path");
-        options.Optional("-o,--output", file_, kFileType,
+        options.Required("items", m_items, kItemType, "Files, by identifier or path");
+        options.Optional("-o,--output", m_file, kFileType,
                          "File to write, for one item only; \"-\" is standard output");
-        options.Optional("-d,--directory", folder_, kFolderType,
+        options.Optional("-d,--directory", m_folder, kFolderType,
                          "Folder to write to; the files are called as on the service");
         options.Exclude("--output", "--directory");
     }
 
     ExitCode Run(Context& context) override {
-        if (!file_.empty() && items_.size() > 1) {
+        if (!m_file.empty() && m_items.size() > 1) {
             throw Failure(ExitCode::Usage, "-o takes one item only.",
                           "Use -d to name the folder for several.");
         }
-        toOutput_ = file_ == "-" || (!file_.empty() && Terminal::IsOutput(ToPath(file_)));
-        if (toOutput_ && context.Out().IsJson()) {
+        m_toOutput = m_file == "-" || (!m_file.empty() && Terminal::IsOutput(ToPath(m_file)));
+        if (m_toOutput && context.Out().IsJson()) {
             throw Failure(ExitCode::Usage,
                           "The file and the document of --json cannot both be standard output.",
                           "Name a file with -o.");
         }
-        return ForEachItem(context, items_,
+        return ForEachItem(context, m_items,
                            [&](const std::string& item) { return GetOne(context, item); });
     }
 
@@ -49,18 +49,18 @@ private:
             file.size = ParseSize(ToUtf8(record.GetSize()));
         } else {
             file.id = CheckIdentifier(item);
-            path = file_.empty() ? AskPath(context.TheService(), file.id, item) : std::string();
+            path = m_file.empty() ? AskPath(context.TheService(), file.id, item) : std::string();
             file.size = ListedSize(context, file.id, path);
         }
-        if (toOutput_) {
+        if (m_toOutput) {
             DownloadToOutput(context, file);
             return {{}, nlohmann::json::object()};
         }
         const std::filesystem::path target =
-            file_.empty() ? (ToPath(folder_) / ToPath(LocalName(path))).lexically_normal()
-                          : ToPath(file_);
+            m_file.empty() ? (ToPath(m_folder) / ToPath(LocalName(path))).lexically_normal()
+                           : ToPath(m_file);
         // Two files of one name in one run: the second would take the place of the first.
-        if (!written_.insert(std::filesystem::weakly_canonical(target)).second) {
+        if (!m_written.insert(std::filesystem::weakly_canonical(target)).second) {
             throw Failure(ExitCode::LocalFile,
                           "\"" + PathToUtf8(target) + "\" has been written by this very command.",
                           "Download the items one by one, with -o.");
@@ -97,11 +97,11 @@ private:
         return *name;
     }
 
-    std::vector<std::string> items_;
-    std::string file_;
-    std::string folder_ = ".";
-    bool toOutput_ = false;
-    std::set<std::filesystem::path> written_;
+    std::vector<std::string> m_items;
+    std::string m_file;
+    std::string m_folder = ".";
+    bool m_toOutput = false;
+    std::set<std::filesystem::path> m_written;
 };
 
 } // namespace

@@ -16,25 +16,25 @@ using ItemCall = Outcome (*)(Service& service, const std::string& item, const st
 
 class ItemCommand : public Command {
 public:
-    ItemCommand(const char* items, ItemCall call) : description_(items), call_(call) {}
+    ItemCommand(const char* items, ItemCall call) : m_description(items), m_call(call) {}
 
     void AddOptions(OptionList& options) override {
-        options.Required("items", items_, kItemType, description_);
+        options.Required("items", m_items, kItemType, m_description);
     }
 
     ExitCode Run(Context& context) override {
-        return ForEachItem(context, items_, [this, &context](const std::string& item) {
+        return ForEachItem(context, m_items, [this, &context](const std::string& item) {
             const std::wstring id = context.Items().Id(item);
-            Outcome outcome = call_(context.TheService(), item, id);
+            Outcome outcome = m_call(context.TheService(), item, id);
             outcome.document["id"] = ToUtf8(id);
             return outcome;
         });
     }
 
 private:
-    const char* description_;
-    ItemCall call_;
-    std::vector<std::string> items_;
+    const char* m_description;
+    ItemCall m_call;
+    std::vector<std::string> m_items;
 };
 
 /// A call that changes the item, told in the past: "Deleted", "deleted".

@@ -8,21 +8,21 @@ namespace {
 class Job : public Command {
 public:
     void AddOptions(OptionList& options) override {
-        options.Required("job", jobId_, "JOB",
+        options.Required("job", m_jobId, "JOB",
                          "Identifier of the job, as put and replace print it");
-        options.Choice("--of", command_, "COMMAND", {"put", "replace"},
+        options.Choice("--of", m_command, "COMMAND", {"put", "replace"},
                        "Command that the job came from");
-        options.Flag("--wait", wait_, "Wait until the job has ended");
+        options.Flag("--wait", m_wait, "Wait until the job has ended");
     }
 
     ExitCode Run(Context& context) override {
-        const std::wstring jobId = CheckIdentifier(jobId_);
-        const JobKind kind = command_ == "put" ? JobKind::Upload : JobKind::Overwrite;
-        const std::string summary = "The job " + jobId_ + " has failed, or cannot be asked for.";
+        const std::wstring jobId = CheckIdentifier(m_jobId);
+        const JobKind kind = m_command == "put" ? JobKind::Upload : JobKind::Overwrite;
+        const std::string summary = "The job " + m_jobId + " has failed, or cannot be asked for.";
         const std::optional<std::string> itemId =
-            wait_ ? AwaitJob(context, kind, jobId, "job " + jobId_, summary)
-                  : PollJob(context, kind, jobId, summary);
-        nlohmann::json document = {{"jobId", jobId_}, {"finished", itemId.has_value()}};
+            m_wait ? AwaitJob(context, kind, jobId, "job " + m_jobId, summary)
+                   : PollJob(context, kind, jobId, summary);
+        nlohmann::json document = {{"jobId", m_jobId}, {"finished", itemId.has_value()}};
         if (itemId) {
             document["id"] = *itemId;
         }
@@ -32,9 +32,9 @@ public:
     }
 
 private:
-    std::string jobId_;
-    std::string command_ = "put";
-    bool wait_ = false;
+    std::string m_jobId;
+    std::string m_command = "put";
+    bool m_wait = false;
 };
 
 } // namespace

@@ -77,13 +77,13 @@ nlohmann::json ToJson(const CFolderItem& item) {
 class List : public Command {
 public:
     void AddOptions(OptionList& options) override {
-        options.Optional("item", item_, kItemType,
+        options.Optional("item", m_item, kItemType,
                          "Folder, by identifier or path; the root folder if left out");
-        options.Flag("-l", long_, "Show all that is known about each item");
+        options.Flag("-l", m_long, "Show all that is known about each item");
     }
 
     ExitCode Run(Context& context) override {
-        const std::string& folder = item_.empty() ? context.Settings().root : item_;
+        const std::string& folder = m_item.empty() ? context.Settings().root : m_item;
         const std::wstring folderId = context.Items().Id(folder);
         const std::vector<CFolderItem> items = ListFolder(context.TheService(), folderId, folder);
         if (context.Out().IsJson()) {
@@ -92,7 +92,7 @@ public:
                 records.push_back(ToJson(item));
             }
             context.Out().Document({{"folderId", Text(folderId)}, {"items", std::move(records)}});
-        } else if (long_) {
+        } else if (m_long) {
             context.Out().Lines(LongLines(items));
         } else {
             context.Out().Print(ShortTable(items));
@@ -101,8 +101,8 @@ public:
     }
 
 private:
-    std::string item_;
-    bool long_ = false;
+    std::string m_item;
+    bool m_long = false;
 };
 
 } // namespace

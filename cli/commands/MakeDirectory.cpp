@@ -20,27 +20,27 @@ std::wstring EscapeName(const std::string& name) {
 class MakeDirectory : public Command {
 public:
     void AddOptions(OptionList& options) override {
-        options.Required("parent", parent_, kItemType,
+        options.Required("parent", m_parent, kItemType,
                          "Folder to make it in, by identifier or path");
-        options.Required("name", name_, "NAME", "Name of the new folder");
+        options.Required("name", m_name, "NAME", "Name of the new folder");
     }
 
     ExitCode Run(Context& context) override {
-        const std::wstring parentId = context.Items().Id(parent_);
+        const std::wstring parentId = context.Items().Id(m_parent);
         const auto response = context.TheService().Call(
-            "The folder \"" + name_ + "\" cannot be made.",
-            [parentId, name = EscapeName(name_)](Service& service) {
+            "The folder \"" + m_name + "\" cannot be made.",
+            [parentId, name = EscapeName(m_name)](Service& service) {
                 return service.Repository()->CreateFolder(service.Url(), parentId, name);
             });
         const std::string id = ToUtf8(response->GetFolderId());
-        context.Out().Line(id + "  " + name_);
-        context.Out().Document({{"id", id}, {"parentId", ToUtf8(parentId)}, {"name", name_}});
+        context.Out().Line(id + "  " + m_name);
+        context.Out().Document({{"id", id}, {"parentId", ToUtf8(parentId)}, {"name", m_name}});
         return ExitCode::Success;
     }
 
 private:
-    std::string parent_;
-    std::string name_;
+    std::string m_parent;
+    std::string m_name;
 };
 
 } // namespace

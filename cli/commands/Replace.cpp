@@ -8,23 +8,23 @@ namespace {
 class Replace : public Command {
 public:
     void AddOptions(OptionList& options) override {
-        options.Required("item", item_, kItemType, "File to replace, by identifier or path");
-        options.Required("file", file_, kFileType, "Local file with the new content");
-        options.Flag("--no-wait", noWait_,
+        options.Required("item", m_item, kItemType, "File to replace, by identifier or path");
+        options.Required("file", m_file, kFileType, "Local file with the new content");
+        options.Flag("--no-wait", m_noWait,
                      "Do not wait until the service has processed it: print the job instead");
     }
 
     ExitCode Run(Context& context) override {
-        return ForEachItem(context, {item_}, [&](const std::string& item) {
-            return SendFile(context, JobKind::Overwrite, context.Items().Id(item), file_, !noWait_,
-                            item + " cannot be replaced by " + file_ + ".");
+        return ForEachItem(context, {m_item}, [&](const std::string& item) {
+            return SendFile(context, JobKind::Overwrite, context.Items().Id(item), m_file,
+                            !m_noWait, item + " cannot be replaced by " + m_file + ".");
         });
     }
 
 private:
-    std::string item_;
-    std::string file_;
-    bool noWait_ = false;
+    std::string m_item;
+    std::string m_file;
+    bool m_noWait = false;
 };
 
 } // namespace

@@ -75,7 +75,7 @@ struct Attempt {
 class SignIn : public Command {
 public:
     void AddOptions(OptionList& options) override {
-        options.Required("--user", user_, "NAME", "Name of the user");
+        options.Required("--user", m_user, "NAME", "Name of the user");
     }
 
     ExitCode Run(Context& context) override {
@@ -84,14 +84,14 @@ public:
             throw Failure(ExitCode::Usage, "sign-in needs the address of the service.",
                           "Give it with --url URL.");
         }
-        Session session{CheckServiceUrl(settings.url, settings.insecureHttp), user_, {}};
+        Session session{CheckServiceUrl(settings.url, settings.insecureHttp), m_user, {}};
         CreatePrivateFolder(StateFolder()); // what is wrong with it shows before the sign-in
         const auto service = std::make_shared<Service>(session, context.Timeout());
         // A session that outlived an earlier run in the platform's jar would stand in the way.
         ForgetCookies(session.url);
         const auto attempt = service->Call(
             "The sign-in to " + session.url + " failed.",
-            [user = ToWide(user_), password = ToWide(AskPassword(user_)),
+            [user = ToWide(m_user), password = ToWide(AskPassword(m_user)),
              requests = SignInRequests(session.url, settings.insecureHttp)](Service& at) {
                 auto made = std::make_unique<Attempt>(Attempt{nullptr, requests});
                 made->response.reset(CSignInProxy(&made->requests)
@@ -110,13 +110,13 @@ public:
                           "Check that the address is the service's own.");
         }
         SaveSession(session);
-        context.Out().Line("Signed in to " + session.url + " as " + user_ + ".");
-        context.Out().Document({{"url", session.url}, {"user", user_}});
+        context.Out().Line("Signed in to " + session.url + " as " + m_user + ".");
+        context.Out().Document({{"url", session.url}, {"user", m_user}});
         return ExitCode::Success;
     }
 
 private:
-    std::string user_;
+    std::string m_user;
 };
 
 } // namespace

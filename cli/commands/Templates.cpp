@@ -15,14 +15,14 @@ namespace {
 class Templates : public Command {
 public:
     void AddOptions(OptionList& options) override {
-        options.Required("type", type_, "TYPE", "Type of the templates");
+        options.Required("type", m_type, "TYPE", "Type of the templates");
     }
 
     ExitCode Run(Context& context) override {
         const auto response = context.TheService().Call(
-            "The templates of the type \"" + type_ + "\" cannot be listed.",
+            "The templates of the type \"" + m_type + "\" cannot be listed.",
             // The library puts the type into the address as it is given.
-            [type = ToWide(base::PercentEncode(type_))](Service& service) {
+            [type = ToWide(base::PercentEncode(m_type))](Service& service) {
                 return service.Templates()->GetTemplates(service.Url().c_str(), type.c_str());
             });
         Table table({{"Category"}, {"Created"}, {"Created by"}, {"Name"}, {"Description"}});
@@ -51,7 +51,7 @@ public:
     }
 
 private:
-    std::string type_;
+    std::string m_type;
 };
 
 } // namespace

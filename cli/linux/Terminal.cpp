@@ -33,17 +33,17 @@ int Number(Stream stream) {
 class EchoOff {
 public:
     EchoOff() {
-        tcgetattr(STDIN_FILENO, &before_);
-        termios hidden = before_;
+        tcgetattr(STDIN_FILENO, &m_before);
+        termios hidden = m_before;
         hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO);
         tcsetattr(STDIN_FILENO, TCSAFLUSH, &hidden);
     }
     EchoOff(const EchoOff&) = delete;
     EchoOff& operator=(const EchoOff&) = delete;
-    ~EchoOff() { tcsetattr(STDIN_FILENO, TCSAFLUSH, &before_); }
+    ~EchoOff() { tcsetattr(STDIN_FILENO, TCSAFLUSH, &m_before); }
 
 private:
-    termios before_{};
+    termios m_before{};
 };
 
 /// While it lives, signals that end, stop or continue the program are read from a descriptor
@@ -60,14 +60,14 @@ public:
                 sigaddset(&held, signal);
             }
         }
-        pthread_sigmask(SIG_BLOCK, &held, &before_);
-        descriptor_ = Descriptor(signalfd(-1, &held, SFD_CLOEXEC));
+        pthread_sigmask(SIG_BLOCK, &held, &m_before);
+        m_descriptor = Descriptor(signalfd(-1, &held, SFD_CLOEXEC));
     }
     HeldSignals(const HeldSignals&) = delete;
     HeldSignals& operator=(const HeldSignals&) = delete;
-    ~HeldSignals() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+    ~HeldSignals() { pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
 
-    int Get() const { return descriptor_.Get(); }
+    int Get() const { return m_descriptor.Get(); }
 
     /// The next signal.
     int Take() const {
@@ -96,8 +96,8 @@ private:
         return set;
     }
 
-    sigset_t before_{};
-    Descriptor descriptor_;
+    sigset_t m_before{};
+    Descriptor m_descriptor;
 };
 
 } // namespace

@@ -32,16 +32,16 @@ HANDLE Handle(Stream stream) {
 class EchoOff {
 public:
     EchoOff() {
-        GetConsoleMode(Handle(Stream::Input), &before_);
-        SetConsoleMode(Handle(Stream::Input), (before_ & ~DWORD{ENABLE_ECHO_INPUT}) |
+        GetConsoleMode(Handle(Stream::Input), &m_before);
+        SetConsoleMode(Handle(Stream::Input), (m_before & ~DWORD{ENABLE_ECHO_INPUT}) |
                                                   ENABLE_LINE_INPUT | ENABLE_PROCESSED_INPUT);
     }
     EchoOff(const EchoOff&) = delete;
     EchoOff& operator=(const EchoOff&) = delete;
-    ~EchoOff() { SetConsoleMode(Handle(Stream::Input), before_); }
+    ~EchoOff() { SetConsoleMode(Handle(Stream::Input), m_before); }
 
 private:
-    DWORD before_ = 0;
+    DWORD m_before = 0;
 };
 
 } // namespace

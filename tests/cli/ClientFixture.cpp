@@ -9,7 +9,7 @@ namespace brevint::test {
 
 ClientTest::ClientTest() {
     for (const char* variable : {"XDG_STATE_HOME", "LOCALAPPDATA"}) {
-        SetVariable(variable, cli::PathToUtf8(state_.Folder()));
+        SetVariable(variable, cli::PathToUtf8(m_state.Folder()));
     }
     ClearVariable("BREVINT_LOCAL_RESPONSES");
 }
@@ -17,7 +17,7 @@ ClientTest::ClientTest() {
 ClientTest::~ClientTest() = default;
 
 ClientRun ClientTest::Start(const std::vector<std::string>& arguments, const std::string& input) {
-    return ClientRun(arguments, input, Work(), streams_.Folder());
+    return ClientRun(arguments, input, Work(), m_streams.Folder());
 }
 
 ClientRun::Result ClientTest::Run(const std::vector<std::string>& arguments,

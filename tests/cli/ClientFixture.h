@@ -28,14 +28,14 @@ protected:
     void KeepSession(const std::string& url, const std::string& cookies);
     std::filesystem::path SessionFile() const;
 
-    const std::filesystem::path& Work() const { return work_.Folder(); }
+    const std::filesystem::path& Work() const { return m_work.Folder(); }
     /// The names of all that lies in the working folder, in UTF-8.
     std::set<std::string> WorkNames() const;
 
 private:
-    TempFolder state_;
-    TempFolder work_;
-    TempFolder streams_;
+    TempFolder m_state;
+    TempFolder m_work;
+    TempFolder m_streams;
 };
 
 } // namespace brevint::test

@@ -30,8 +30,8 @@ public:
 
 private:
     struct Process;
-    std::filesystem::path streams_;
-    std::unique_ptr<Process> process_;
+    std::filesystem::path m_streams;
+    std::unique_ptr<Process> m_process;
 };
 
 /// The bytes of a file; "" when there is none.

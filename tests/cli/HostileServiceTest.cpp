@@ -10,11 +10,11 @@ namespace {
 class ClientHostileServiceTest : public ClientTest {
 protected:
     ClientHostileServiceTest() {
-        KeepSession(cli::ToUtf8(server_.Url("")), "FedAuth=a; FedAuth1=b");
+        KeepSession(cli::ToUtf8(m_server.Url("")), "FedAuth=a; FedAuth1=b");
         WriteFile(Work() / "old", "old");
     }
 
-    ScriptedServer::Script& OnFile() { return server_.On("/Repository/Files/abc"); }
+    ScriptedServer::Script& OnFile() { return m_server.On("/Repository/Files/abc"); }
 
     /// Runs a download that must leave the old file as it was, and nothing else.
     int Get() {
@@ -29,19 +29,19 @@ protected:
         EXPECT_EQ(std::set<std::string>{"old"}, WorkNames());
     }
 
-    ScriptedServer server_;
+    ScriptedServer m_server;
 };
 
 TEST_F(ClientHostileServiceTest, TransferBreaksOff) {
     OnFile().Head(200, {{"Content-Length", "1000"}}).SendPattern(300).Reset();
-    server_.On("/Repository/Items/abc/Path").Reply(404);
+    m_server.On("/Repository/Items/abc/Path").Reply(404);
     EXPECT_EQ(4, Get());
 }
 
 TEST_F(ClientHostileServiceTest, FileIsShorterThanListed) {
-    server_.On("/Repository/Items/r/Path")
+    m_server.On("/Repository/Items/r/Path")
         .Reply(200, {}, "<ResponseData><Path>/P</Path></ResponseData>");
-    server_.On("/Repository/Items/r/Items")
+    m_server.On("/Repository/Items/r/Items")
         .Reply(200, {},
                "<ResponseData><Item><Name>x</Name><UniqueId>abc</UniqueId>"
                "<Data><Size>4</Size></Data></Item></ResponseData>");
@@ -51,7 +51,7 @@ TEST_F(ClientHostileServiceTest, FileIsShorterThanListed) {
 }
 
 TEST_F(ClientHostileServiceTest, SilenceIsNotWaitedForWithoutEnd) {
-    server_.On("*").Wait("never");
+    m_server.On("*").Wait("never");
     EXPECT_EQ(6, Run({"put", "old", "--to", "abc", "--timeout", "1"}).exitCode);
 }
 
@@ -70,10 +70,10 @@ TEST_F(ClientHostileServiceTest, NamesLeadNowhereElse) {
 }
 
 TEST_F(ClientHostileServiceTest, TextsDoNotSteerTheTerminal) {
-    server_.On("/Repository/Items/abc/Items")
+    m_server.On("/Repository/Items/abc/Items")
         .Reply(200, {},
                "<ResponseData><Item><Name>a\u009B2J\u202Eb&#10;c</Name></Item></ResponseData>");
-    server_.On("/Repository/Items/abd/Items")
+    m_server.On("/Repository/Items/abd/Items")
         .Reply(400, {}, "<ResponseData><Message>a\u009B2J\u202Eb&#10;c</Message></ResponseData>");
     const auto listed = Run({"ls", "abc"});
     EXPECT_EQ(0, listed.exitCode);

@@ -20,12 +20,12 @@ std::string Pattern(std::size_t size) {
 class ClientRepositoryTest : public ClientTest {
 protected:
     ClientRepositoryTest() {
-        service_.Start();
+        m_service.Start();
         SignIn("ada", "ada-secret\n");
     }
 
     void SignIn(const std::string& user, const std::string& input) {
-        EXPECT_EQ(0, Run({"sign-in", "--url", service_.Url(), "--user", user}, input).exitCode);
+        EXPECT_EQ(0, Run({"sign-in", "--url", m_service.Url(), "--user", user}, input).exitCode);
     }
 
     /// The item's record in its folder's listing; null when it is not there.
@@ -45,7 +45,7 @@ protected:
         return options;
     }
 
-    service::ReferenceService service_{Options()};
+    service::ReferenceService m_service{Options()};
 };
 
 TEST_F(ClientRepositoryTest, ListsFolders) {

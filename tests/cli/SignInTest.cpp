@@ -13,13 +13,13 @@ namespace {
 
 class ClientSignInTest : public ClientTest {
 protected:
-    ClientSignInTest() { service_.Start(); }
+    ClientSignInTest() { m_service.Start(); }
 
     ClientRun::Result SignIn(const std::string& user, const std::string& input) {
-        return Run({"sign-in", "--url", service_.Url(), "--user", user}, input);
+        return Run({"sign-in", "--url", m_service.Url(), "--user", user}, input);
     }
 
-    service::ReferenceService service_;
+    service::ReferenceService m_service;
 };
 
 TEST_F(ClientSignInTest, KeepsASessionThatIsTheUsersAlone) {
@@ -33,8 +33,8 @@ TEST_F(ClientSignInTest, KeepsASessionThatIsTheUsersAlone) {
     }
     EXPECT_EQ((nlohmann::json{{"user", "ada"},
                               {"role", "administrator"},
-                              {"url", service_.Url().substr(0, service_.Url().size() - 1)},
-                              {"portal", service_.Url() + "portal/login"}}),
+                              {"url", m_service.Url().substr(0, m_service.Url().size() - 1)},
+                              {"portal", m_service.Url() + "portal/login"}}),
               RunJson({"whoami"}));
 }
 
@@ -51,7 +51,7 @@ TEST_F(ClientSignInTest, TakesTheCookiesToNoOtherAddress) {
     other.Start();
     ASSERT_EQ(0, SignIn("ada", "ada-secret\n").exitCode);
     EXPECT_EQ(3, Run({"ls", "--url", other.Url()}).exitCode);
-    EXPECT_EQ(0, Run({"ls", "--url", service_.Url()}).exitCode);
+    EXPECT_EQ(0, Run({"ls", "--url", m_service.Url()}).exitCode);
 }
 
 TEST_F(ClientSignInTest, IsOverAfterSignOut) {

@@ -33,7 +33,7 @@ struct ClientRun::Process {
 ClientRun::ClientRun(const std::vector<std::string>& arguments, const std::string& input,
                      const std::filesystem::path& workingFolder,
                      const std::filesystem::path& streams)
-    : streams_(streams), process_(std::make_unique<Process>()) {
+    : m_streams(streams), m_process(std::make_unique<Process>()) {
     WriteFile(streams / "input", input);
     std::string program = std::filesystem::read_symlink("/proc/self/exe").parent_path() / "brevint";
     std::vector<std::string> texts = arguments;
@@ -59,31 +59,31 @@ ClientRun::ClientRun(const std::vector<std::string>& arguments, const std::strin
     posix_spawnattr_setsigdefault(&attributes, &defaults);
     posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
     const int error =
-        posix_spawn(&process_->pid, program.c_str(), &actions, &attributes, list.data(), environ);
+        posix_spawn(&m_process->pid, program.c_str(), &actions, &attributes, list.data(), environ);
     posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&actions);
     if (error != 0) {
         throw std::system_error(error, std::generic_category());
     }
-    process_->exitCode = std::async(std::launch::async, Reap, process_->pid);
+    m_process->exitCode = std::async(std::launch::async, Reap, m_process->pid);
 }
 
 ClientRun::~ClientRun() {
-    if (process_->exitCode.valid()) {
-        kill(process_->pid, SIGKILL);
+    if (m_process->exitCode.valid()) {
+        kill(m_process->pid, SIGKILL);
     }
 }
 
 unsigned long ClientRun::ProcessId() const {
-    return static_cast<unsigned long>(process_->pid);
+    return static_cast<unsigned long>(m_process->pid);
 }
 
 ClientRun::Result ClientRun::Wait() {
-    if (process_->exitCode.wait_for(kLimit) != std::future_status::ready) {
-        kill(process_->pid, SIGKILL);
+    if (m_process->exitCode.wait_for(kLimit) != std::future_status::ready) {
+        kill(m_process->pid, SIGKILL);
     }
-    const int exitCode = process_->exitCode.get();
-    return {exitCode, ReadFile(streams_ / "output"), ReadFile(streams_ / "error")};
+    const int exitCode = m_process->exitCode.get();
+    return {exitCode, ReadFile(m_streams / "output"), ReadFile(m_streams / "error")};
 }
 
 void OpenToEverybody(const std::filesystem::path& path) {

@@ -23,9 +23,10 @@ constexpr char kBig[] = "/Projects/Big.bin"; // more than a pipe holds
 class ClientOutputTest : public ClientTest {
 protected:
     ClientOutputTest() {
-        service_.Start();
+        m_service.Start();
         EXPECT_EQ(
-            0, Run({"sign-in", "--url", service_.Url(), "--user", "ada"}, "ada-secret\n").exitCode);
+            0,
+            Run({"sign-in", "--url", m_service.Url(), "--user", "ada"}, "ada-secret\n").exitCode);
         mkfifo((Work() / "pipe").c_str(), 0600);
     }
 
@@ -35,7 +36,7 @@ protected:
         return options;
     }
 
-    service::ReferenceService service_{Options()};
+    service::ReferenceService m_service{Options()};
 };
 
 TEST_F(ClientOutputTest, IsWrittenAsItIs) {

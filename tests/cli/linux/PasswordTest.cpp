@@ -24,64 +24,64 @@ public:
             std::filesystem::read_symlink("/proc/self/exe").parent_path() / "brevint";
         const char* const arguments[] = {program.c_str(), "sign-in",   "--user", "ada",
                                          "--url",         url.c_str(), nullptr};
-        if (pipe(stopped_) != 0 || pipe(goOn_) != 0) {
+        if (pipe(m_stopped) != 0 || pipe(m_goOn) != 0) {
             throw std::system_error(errno, std::generic_category());
         }
-        shell_ = forkpty(&terminal_, nullptr, nullptr, nullptr);
-        if (shell_ == 0) {
+        m_shell = forkpty(&m_terminal, nullptr, nullptr, nullptr);
+        if (m_shell == 0) {
             RunShell(const_cast<char**>(arguments));
         }
-        close(stopped_[1]);
+        close(m_stopped[1]);
     }
     ~TerminalRun() {
-        close(terminal_); // which ends what is left of the session
-        waitpid(shell_, nullptr, 0);
-        for (const int descriptor : {stopped_[0], goOn_[0], goOn_[1]}) {
+        close(m_terminal); // which ends what is left of the session
+        waitpid(m_shell, nullptr, 0);
+        for (const int descriptor : {m_stopped[0], m_goOn[0], m_goOn[1]}) {
             close(descriptor);
         }
     }
 
     bool IsEchoOn() const {
         termios modes{};
-        tcgetattr(terminal_, &modes);
+        tcgetattr(m_terminal, &modes);
         return (modes.c_lflag & ECHO) != 0;
     }
 
     /// Waits for the prompt that comes after what was read so far.
     bool AwaitPrompt() {
-        const std::size_t start = output_.size();
-        while (output_.find("ada: ", start) == std::string::npos) {
-            pollfd readable = {terminal_, POLLIN, 0};
+        const std::size_t start = m_output.size();
+        while (m_output.find("ada: ", start) == std::string::npos) {
+            pollfd readable = {m_terminal, POLLIN, 0};
             char buffer[4096];
             if (poll(&readable, 1, 60'000) != 1) {
                 return false;
             }
-            const ssize_t count = read(terminal_, buffer, sizeof buffer);
+            const ssize_t count = read(m_terminal, buffer, sizeof buffer);
             if (count <= 0) {
                 return false;
             }
-            output_.append(buffer, static_cast<std::size_t>(count));
+            m_output.append(buffer, static_cast<std::size_t>(count));
         }
         return true;
     }
 
     void Type(std::string_view text) const {
-        EXPECT_EQ(static_cast<ssize_t>(text.size()), write(terminal_, text.data(), text.size()));
+        EXPECT_EQ(static_cast<ssize_t>(text.size()), write(m_terminal, text.data(), text.size()));
     }
 
     /// The status, as waitpid tells it, with which the client stops or ends; -1 after a minute.
     int AwaitChange() const {
-        pollfd readable = {stopped_[0], POLLIN, 0};
+        pollfd readable = {m_stopped[0], POLLIN, 0};
         int status = -1;
         return poll(&readable, 1, 60'000) == 1 &&
-                       read(stopped_[0], &status, sizeof status) == sizeof status
+                       read(m_stopped[0], &status, sizeof status) == sizeof status
                    ? status
                    : -1;
     }
 
-    void GoOn() const { EXPECT_EQ(1, write(goOn_[1], "", 1)); }
+    void GoOn() const { EXPECT_EQ(1, write(m_goOn[1], "", 1)); }
 
-    const std::string& Output() const { return output_; }
+    const std::string& Output() const { return m_output; }
 
 private:
     [[noreturn]] void RunShell(char** arguments) const {
@@ -102,8 +102,8 @@ private:
         int status = 0;
         while (waitpid(client, &status, WUNTRACED) == client) {
             char byte = 0;
-            if (write(stopped_[1], &status, sizeof status) != sizeof status ||
-                !WIFSTOPPED(status) || read(goOn_[0], &byte, 1) != 1) {
+            if (write(m_stopped[1], &status, sizeof status) != sizeof status ||
+                !WIFSTOPPED(status) || read(m_goOn[0], &byte, 1) != 1) {
                 break;
             }
             tcsetpgrp(STDIN_FILENO, client);
@@ -112,11 +112,11 @@ private:
         _exit(0);
     }
 
-    int terminal_ = -1;
-    int stopped_[2] = {};
-    int goOn_[2] = {};
-    pid_t shell_ = -1;
-    std::string output_;
+    int m_terminal = -1;
+    int m_stopped[2] = {};
+    int m_goOn[2] = {};
+    pid_t m_shell = -1;
+    std::string m_output;
 };
 
 TEST_F(ClientTest, AsksForThePasswordWithoutEchoWhateverSignalComes) {

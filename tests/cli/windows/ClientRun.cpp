@@ -32,7 +32,7 @@ public:
     AttributeList(HANDLE* handles, std::size_t size) {
         SIZE_T needed = 0;
         InitializeProcThreadAttributeList(nullptr, 1, 0, &needed);
-        memory_.resize(needed);
+        m_memory.resize(needed);
         if (!InitializeProcThreadAttributeList(Get(), 1, 0, &needed) ||
             !UpdateProcThreadAttribute(Get(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, handles, size,
                                        nullptr, nullptr)) {
@@ -44,11 +44,11 @@ public:
     ~AttributeList() { DeleteProcThreadAttributeList(Get()); }
 
     LPPROC_THREAD_ATTRIBUTE_LIST Get() const {
-        return reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(memory_.data());
+        return reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(m_memory.data());
     }
 
 private:
-    mutable std::vector<std::byte> memory_;
+    mutable std::vector<std::byte> m_memory;
 };
 
 HandlePtr OpenStream(const std::filesystem::path& path, DWORD access, DWORD disposition) {
@@ -85,7 +85,7 @@ struct ClientRun::Process {
 ClientRun::ClientRun(const std::vector<std::string>& arguments, const std::string& input,
                      const std::filesystem::path& workingFolder,
                      const std::filesystem::path& streams)
-    : streams_(streams), process_(std::make_unique<Process>()) {
+    : m_streams(streams), m_process(std::make_unique<Process>()) {
     WriteFile(streams / "input", input);
     // Looked for in the folder of this very program first.
     std::wstring command = L"brevint.exe";
@@ -112,28 +112,28 @@ ClientRun::ClientRun(const std::vector<std::string>& arguments, const std::strin
         ThrowLastError();
     }
     CloseHandle(process.hThread);
-    process_->handle.reset(process.hProcess);
-    process_->id = process.dwProcessId;
+    m_process->handle.reset(process.hProcess);
+    m_process->id = process.dwProcessId;
 }
 
 ClientRun::~ClientRun() {
-    TerminateProcess(process_->handle.get(), 1);
+    TerminateProcess(m_process->handle.get(), 1);
 }
 
 unsigned long ClientRun::ProcessId() const {
-    return process_->id;
+    return m_process->id;
 }
 
 ClientRun::Result ClientRun::Wait() {
     DWORD exitCode = static_cast<DWORD>(-1);
-    if (WaitForSingleObject(process_->handle.get(), kLimit) == WAIT_OBJECT_0) {
-        GetExitCodeProcess(process_->handle.get(), &exitCode);
+    if (WaitForSingleObject(m_process->handle.get(), kLimit) == WAIT_OBJECT_0) {
+        GetExitCodeProcess(m_process->handle.get(), &exitCode);
     } else {
-        TerminateProcess(process_->handle.get(), 1);
-        WaitForSingleObject(process_->handle.get(), kLimit);
+        TerminateProcess(m_process->handle.get(), 1);
+        WaitForSingleObject(m_process->handle.get(), kLimit);
     }
-    return {static_cast<int>(exitCode), ReadFile(streams_ / "output"),
-            ReadFile(streams_ / "error")};
+    return {static_cast<int>(exitCode), ReadFile(m_streams / "output"),
+            ReadFile(m_streams / "error")};
 }
 
 void OpenToEverybody(const std::filesystem::path& path) {
