@@ -1,11 +1,12 @@
-#include "cli/Command.h"
-#include "cli/Download.h"
-#include "cli/Failure.h"
-#include "cli/Outcomes.h"
-#include "cli/SafeName.h"
-#include "cli/SizeText.h"
-#include "cli/Terminal.h"
-#include "cli/Utf8.h"
+#include "cli/commands/Command.h"
+#include "cli/output/Failure.h"
+#include "cli/output/Paths.h"
+#include "cli/output/SizeText.h"
+#include "cli/run/Outcomes.h"
+#include "cli/terminal/Terminal.h"
+#include "cli/transfer/Download.h"
+#include "cli/transfer/SafeName.h"
+#include "support/Utf8.h"
 
 #include <set>
 
@@ -46,7 +47,7 @@ private:
         if (item.starts_with('/')) {
             const CFolderItem record = context.Items().Find(item);
             file.id = record.GetUniqueId();
-            file.size = ParseSize(ToUtf8(record.GetSize()));
+            file.size = ParseSize(Utf8::ToNarrow(record.GetSize()));
         } else {
             file.id = CheckIdentifier(item);
             path = m_file.empty() ? AskPath(context.TheService(), file.id, item) : std::string();
@@ -67,7 +68,7 @@ private:
         }
         const std::uintmax_t size = Download(context, file, target);
         return {PathToUtf8(target) + "  " + FormatSize(size),
-                {{"id", ToUtf8(file.id)}, {"file", PathToUtf8(target)}, {"size", size}}};
+                {{"id", Utf8::ToNarrow(file.id)}, {"file", PathToUtf8(target)}, {"size", size}}};
     }
 
     /// The size in the listing of the file's folder, where that can be had. `path` may be empty.
@@ -75,10 +76,11 @@ private:
                                                    std::string path) {
         try {
             if (path.empty()) {
-                path = AskPath(context.TheService(), id, ToUtf8(id));
+                path = AskPath(context.TheService(), id, Utf8::ToNarrow(id));
             }
             const CFolderItem record = context.Items().Find(path);
-            return record.GetUniqueId() == id ? ParseSize(ToUtf8(record.GetSize())) : std::nullopt;
+            return record.GetUniqueId() == id ? ParseSize(Utf8::ToNarrow(record.GetSize()))
+                                              : std::nullopt;
         } catch (const Failure& failure) {
             if (failure.exitCode == ExitCode::Refused || failure.exitCode == ExitCode::Usage) {
                 return std::nullopt; // whether there is such a file, the download itself will tell

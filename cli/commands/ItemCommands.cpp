@@ -3,9 +3,9 @@
 #include "brevint/CheckInOutResponse.h"
 #include "brevint/DeleteResponse.h"
 #include "brevint/IRepositoryProxy.h"
-#include "cli/Command.h"
-#include "cli/Outcomes.h"
-#include "cli/Utf8.h"
+#include "cli/commands/Command.h"
+#include "cli/run/Outcomes.h"
+#include "support/Utf8.h"
 
 namespace brevint::cli {
 
@@ -26,7 +26,7 @@ public:
         return ForEachItem(context, m_items, [this, &context](const std::string& item) {
             const std::wstring id = context.Items().Id(item);
             Outcome outcome = m_call(context.TheService(), item, id);
-            outcome.document["id"] = ToUtf8(id);
+            outcome.document["id"] = Utf8::ToNarrow(id);
             return outcome;
         });
     }

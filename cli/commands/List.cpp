@@ -1,7 +1,7 @@
-#include "cli/Command.h"
-#include "cli/SizeText.h"
-#include "cli/Table.h"
-#include "cli/Utf8.h"
+#include "cli/commands/Command.h"
+#include "cli/output/SizeText.h"
+#include "cli/output/Table.h"
+#include "support/Utf8.h"
 
 #include <nlohmann/json.hpp>
 
@@ -10,7 +10,7 @@ namespace brevint::cli {
 namespace {
 
 std::string Text(const std::wstring& wide) {
-    return ToUtf8(wide);
+    return Utf8::ToNarrow(wide);
 }
 
 std::string SizeCell(const CFolderItem& item) {

@@ -1,7 +1,7 @@
 #include "brevint/ICreateFolderResponse.h"
 #include "brevint/IRepositoryProxy.h"
-#include "cli/Command.h"
-#include "cli/Utf8.h"
+#include "cli/commands/Command.h"
+#include "support/Utf8.h"
 
 #include <nlohmann/json.hpp>
 
@@ -14,7 +14,7 @@ namespace {
 std::wstring EscapeName(const std::string& name) {
     const std::string quoted =
         nlohmann::json(name).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
-    return ToWide(std::string_view(quoted).substr(1, quoted.size() - 2));
+    return Utf8::ToWide(std::string_view(quoted).substr(1, quoted.size() - 2));
 }
 
 class MakeDirectory : public Command {
@@ -32,9 +32,10 @@ public:
             [parentId, name = EscapeName(m_name)](Service& service) {
                 return service.Repository()->CreateFolder(service.Url(), parentId, name);
             });
-        const std::string id = ToUtf8(response->GetFolderId());
+        const std::string id = Utf8::ToNarrow(response->GetFolderId());
         context.Out().Line(id + "  " + m_name);
-        context.Out().Document({{"id", id}, {"parentId", ToUtf8(parentId)}, {"name", m_name}});
+        context.Out().Document(
+            {{"id", id}, {"parentId", Utf8::ToNarrow(parentId)}, {"name", m_name}});
         return ExitCode::Success;
     }
 

@@ -1,5 +1,5 @@
-#include "cli/Command.h"
-#include "cli/Jobs.h"
+#include "cli/commands/Command.h"
+#include "cli/transfer/Jobs.h"
 
 namespace brevint::cli {
 

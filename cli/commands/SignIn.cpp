@@ -1,15 +1,15 @@
 #include "brevint/InternetCache.h"
 #include "brevint/SignInProxy.h"
 #include "brevint/SignInResponse.h"
-#include "cli/Command.h"
-#include "cli/Failure.h"
-#include "cli/PrivateFile.h"
-#include "cli/SafeText.h"
-#include "cli/ServiceUrl.h"
-#include "cli/Session.h"
-#include "cli/SignInRequests.h"
-#include "cli/Terminal.h"
-#include "cli/Utf8.h"
+#include "cli/commands/Command.h"
+#include "cli/output/Failure.h"
+#include "cli/service/SignInRequests.h"
+#include "cli/session/PrivateFile.h"
+#include "cli/session/ServiceUrl.h"
+#include "cli/session/Session.h"
+#include "cli/terminal/SafeText.h"
+#include "cli/terminal/Terminal.h"
+#include "support/Utf8.h"
 
 #include <nlohmann/json.hpp>
 
@@ -47,7 +47,7 @@ struct Attempt {
 };
 
 [[noreturn]] void Fail(const std::string& url, const Attempt& attempt) {
-    const std::string words = ToUtf8(attempt.response->GetErrorMessage());
+    const std::string words = Utf8::ToNarrow(attempt.response->GetErrorMessage());
     const std::string summary = "The sign-in to " + url + " failed.";
     if (!attempt.requests.Refusal().empty()) {
         throw Failure(ExitCode::Refused, summary + " " + attempt.requests.Refusal(),
@@ -91,7 +91,7 @@ public:
         ForgetCookies(session.url);
         const auto attempt = service->Call(
             "The sign-in to " + session.url + " failed.",
-            [user = ToWide(m_user), password = ToWide(AskPassword(m_user)),
+            [user = Utf8::ToWide(m_user), password = Utf8::ToWide(AskPassword(m_user)),
              requests = SignInRequests(session.url, settings.insecureHttp)](Service& at) {
                 auto made = std::make_unique<Attempt>(Attempt{nullptr, requests});
                 made->response.reset(CSignInProxy(&made->requests)
@@ -102,7 +102,8 @@ public:
             Fail(session.url, *attempt);
         }
         // Those that requests to the service itself will carry, whatever else was set on the way.
-        session.cookies = ToUtf8(CInternetCache().GetCookie((service->Url() + L"/").c_str()));
+        session.cookies =
+            Utf8::ToNarrow(CInternetCache().GetCookie((service->Url() + L"/").c_str()));
         if (session.cookies.find("FedAuth1=") == std::string::npos) {
             throw Failure(ExitCode::Refused,
                           "The sign-in to " + session.url +

@@ -1,7 +1,7 @@
 #include "brevint/ISignOutProxy.h"
 #include "brevint/SignOutResponse.h"
-#include "cli/Command.h"
-#include "cli/Failure.h"
+#include "cli/commands/Command.h"
+#include "cli/output/Failure.h"
 
 #include <nlohmann/json.hpp>
 

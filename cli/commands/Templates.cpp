@@ -2,9 +2,9 @@
 #include "brevint/ITemplateProxy.h"
 #include "brevint/TemplateInfo.h"
 #include "brevint/TemplateResponse.h"
-#include "cli/Command.h"
-#include "cli/Table.h"
-#include "cli/Utf8.h"
+#include "cli/commands/Command.h"
+#include "cli/output/Table.h"
+#include "support/Utf8.h"
 
 #include <nlohmann/json.hpp>
 
@@ -22,7 +22,7 @@ public:
         const auto response = context.TheService().Call(
             "The templates of the type \"" + m_type + "\" cannot be listed.",
             // The library puts the type into the address as it is given.
-            [type = ToWide(base::PercentEncode(m_type))](Service& service) {
+            [type = Utf8::ToWide(base::PercentEncode(m_type))](Service& service) {
                 return service.Templates()->GetTemplates(service.Url().c_str(), type.c_str());
             });
         Table table({{"Category"}, {"Created"}, {"Created by"}, {"Name"}, {"Description"}});
@@ -32,7 +32,7 @@ public:
         for (CTemplateInfo* record : records) {
             const std::unique_ptr<CTemplateInfo> info(record);
             const auto text = [](const std::wstring& wide) {
-                return ToUtf8(wide);
+                return Utf8::ToNarrow(wide);
             };
             table.AddRow({text(info->GetCategory()), text(info->GetCreated()),
                           text(info->GetCreatedBy()), text(info->GetName()),

@@ -1,8 +1,8 @@
 #include "brevint/VersionInfoResponse.h"
 #include "brevint/VersionProxy.h"
 #include "brevint/WebRequestFactory.h"
-#include "cli/Command.h"
-#include "cli/Utf8.h"
+#include "cli/commands/Command.h"
+#include "support/Utf8.h"
 
 #include <nlohmann/json.hpp>
 
@@ -20,11 +20,11 @@ public:
                 WebRequestFactory factory;
                 return CVersionProxy(&factory).GetVersionInfo(service.Url().c_str());
             });
-        const std::string version = ToUtf8(response->GetSystemVersion());
+        const std::string version = Utf8::ToNarrow(response->GetSystemVersion());
         std::vector<std::string> lines = {"Service: " + version};
         nlohmann::json desktop = nlohmann::json::array();
         for (const std::wstring& accepted : response->GetCompatableDesktopVersions()) {
-            desktop.push_back(ToUtf8(accepted));
+            desktop.push_back(Utf8::ToNarrow(accepted));
             lines.push_back("Accepted desktop version: " + desktop.back().get<std::string>());
         }
         context.Out().Lines(lines);

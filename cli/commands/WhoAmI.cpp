@@ -1,7 +1,7 @@
 #include "brevint/IIdentityProxy.h"
 #include "brevint/IdentityResponse.h"
-#include "cli/Command.h"
-#include "cli/Utf8.h"
+#include "cli/commands/Command.h"
+#include "support/Utf8.h"
 
 #include <nlohmann/json.hpp>
 
@@ -20,14 +20,14 @@ public:
         const auto response = context.TheService().Call(
             url + " does not tell who is signed in.",
             [](Service& service) { return service.Identity()->GetIdentity(service.Url()); });
-        const std::string user = ToUtf8(response->GetUsername());
+        const std::string user = Utf8::ToNarrow(response->GetUsername());
         const char* const role =
             response->GetUserRole() == kAdministrator ? "administrator" : "user";
         context.Out().Line(user + " (" + role + ") at " + url);
         context.Out().Document({{"user", user},
                                 {"role", role},
                                 {"url", url},
-                                {"portal", ToUtf8(response->GetIdentifyingPartyUrl())}});
+                                {"portal", Utf8::ToNarrow(response->GetIdentifyingPartyUrl())}});
         return ExitCode::Success;
     }
 };

@@ -1,8 +1,8 @@
 #include "tests/cli/ClientFixture.h"
 
-#include "cli/PrivateFile.h"
-#include "cli/Session.h"
-#include "cli/Utf8.h"
+#include "cli/output/Paths.h"
+#include "cli/session/PrivateFile.h"
+#include "cli/session/Session.h"
 #include "tests/support/Environment.h"
 
 namespace brevint::test {

@@ -1,4 +1,4 @@
-#include "cli/DisplayWidth.h"
+#include "cli/terminal/DisplayWidth.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // What a broken or malicious service cannot bring about.
 
-#include "cli/Utf8.h"
+#include "support/Utf8.h"
 #include "tests/cli/ClientFixture.h"
 #include "tests/support/ScriptedServer.h"
 
@@ -10,7 +10,7 @@ namespace {
 class ClientHostileServiceTest : public ClientTest {
 protected:
     ClientHostileServiceTest() {
-        KeepSession(cli::ToUtf8(m_server.Url("")), "FedAuth=a; FedAuth1=b");
+        KeepSession(Narrow(m_server.Url("")), "FedAuth=a; FedAuth1=b");
         WriteFile(Work() / "old", "old");
     }
 
@@ -62,7 +62,7 @@ TEST_F(ClientHostileServiceTest, NamesLeadNowhereElse) {
         server.On("/Repository/Files/abc").Reply(200, {}, "new");
         server.On("/Repository/Items/abc/Path")
             .Reply(200, {}, "<ResponseData><Path>" + std::string(path) + "</Path></ResponseData>");
-        KeepSession(cli::ToUtf8(server.Url("")), "a=b");
+        KeepSession(Narrow(server.Url("")), "a=b");
         EXPECT_EQ(5, Run({"get", "abc"}).exitCode) << path;
         EXPECT_TRUE(server.RequestsFor("/Repository/Files/abc").empty());
         ExpectUntouched();

@@ -1,13 +1,13 @@
 // The parts of the client that need no service.
 
 #include "brevint/InternetCache.h"
-#include "cli/Failure.h"
-#include "cli/SafeName.h"
-#include "cli/SafeText.h"
-#include "cli/Service.h"
-#include "cli/ServiceUrl.h"
-#include "cli/Table.h"
-#include "cli/Utf8.h"
+#include "cli/output/Failure.h"
+#include "cli/output/Table.h"
+#include "cli/service/Service.h"
+#include "cli/session/ServiceUrl.h"
+#include "cli/terminal/SafeText.h"
+#include "cli/transfer/SafeName.h"
+#include "support/Utf8.h"
 
 #include <gtest/gtest.h>
 
@@ -113,9 +113,9 @@ TEST(Cookies, AreForgottenForAServiceInASubfolder) {
     const std::string host = "http://127.0.0.1:1";
     CInternetCache jar;
     for (const char* folder : {"/", "/app/", "/app/x/"}) {
-        jar.SetCookie(ToWide(host + folder).c_str(), L"FedAuth=secret");
+        jar.SetCookie(Utf8::ToWide(host + folder).c_str(), L"FedAuth=secret");
     }
-    const std::wstring service = ToWide(host + "/app/x/Repository");
+    const std::wstring service = Utf8::ToWide(host + "/app/x/Repository");
     ASSERT_NE(std::wstring::npos, jar.GetCookie(service.c_str()).find(L"secret"));
     ForgetCookies(host + "/app/x");
     EXPECT_EQ(std::wstring::npos, jar.GetCookie(service.c_str()).find(L"secret"));

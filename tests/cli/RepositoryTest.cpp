@@ -1,6 +1,6 @@
 // The commands on files and folders, against the reference service.
 
-#include "cli/Utf8.h"
+#include "cli/output/Paths.h"
 #include "service/ReferenceService.h"
 #include "tests/cli/ClientFixture.h"
 

@@ -1,7 +1,7 @@
 // Signing in and out, and what is kept in between.
 
-#include "cli/PrivateFile.h"
-#include "cli/Session.h"
+#include "cli/session/PrivateFile.h"
+#include "cli/session/Session.h"
 #include "service/ReferenceService.h"
 #include "tests/cli/ClientFixture.h"
 #include "tests/support/RefusedPort.h"

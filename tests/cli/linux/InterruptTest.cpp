@@ -1,6 +1,6 @@
 // Ctrl-C during a transfer. Only here: a Windows program without a console cannot be sent one.
 
-#include "cli/Utf8.h"
+#include "support/Utf8.h"
 #include "tests/cli/ClientFixture.h"
 #include "tests/support/ScriptedServer.h"
 
@@ -15,7 +15,7 @@ TEST_F(ClientTest, LeavesNothingBehindWhenInterrupted) {
         .Head(200, {{"Content-Length", "1000"}})
         .SendPattern(300)
         .Wait("never");
-    KeepSession(cli::ToUtf8(server.Url("")), "a=b");
+    KeepSession(Narrow(server.Url("")), "a=b");
     WriteFile(Work() / "old", "old");
     server.On("/Repository/Items/abc/Files").Wait("silent");
     for (const auto& [gate, arguments] :

@@ -1,8 +1,8 @@
 // Manual page and completions; that for bash in a bash that has nothing else to help it. Only here:
 // a Windows build has no bash.
 
-#include "cli/Completions.h"
-#include "cli/ManPage.h"
+#include "cli/manual/Completions.h"
+#include "cli/manual/ManPage.h"
 #include "tests/cli/ClientRun.h"
 #include "tests/support/TempFolder.h"
 

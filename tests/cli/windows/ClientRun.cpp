@@ -1,6 +1,6 @@
 #include "tests/cli/ClientRun.h"
 
-#include "cli/Utf8.h"
+#include "support/Utf8.h"
 
 #include <cstddef>
 #include <system_error>
@@ -65,7 +65,7 @@ HandlePtr OpenStream(const std::filesystem::path& path, DWORD access, DWORD disp
 std::wstring Quote(const std::string& argument) {
     std::wstring quoted = L"\"";
     std::size_t backslashes = 0;
-    for (const wchar_t c : cli::ToWide(argument)) {
+    for (const wchar_t c : Utf8::ToWide(argument)) {
         if (c == L'"') {
             quoted.append(backslashes + 1, L'\\');
         }
