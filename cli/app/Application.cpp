@@ -2,6 +2,7 @@
 
 #include "cli/app/CommandLine.h"
 #include "cli/output/Failure.h"
+#include "cli/run/Context.h"
 
 #include <nlohmann/json.hpp>
 
@@ -22,14 +23,13 @@ bool AsksForJson(const std::vector<std::string>& arguments) {
 ExitCode RunApplication(const std::vector<std::string>& arguments) {
     bool json = AsksForJson(arguments);
     try {
-        CommandLine commandLine;
-        Command* const command = commandLine.Parse(arguments);
-        if (!command) {
+        const std::optional<Request> request = ParseCommandLine(arguments);
+        if (!request) {
             return ExitCode::Success;
         }
-        json = commandLine.Settings().json;
-        Context context(commandLine.Settings());
-        return command->Run(context);
+        json = request->options.json;
+        Context context(request->options);
+        return request->command.run(context);
     } catch (...) {
         const Failure failure = CurrentFailure();
         const Output output(json);

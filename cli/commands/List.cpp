@@ -1,6 +1,6 @@
-#include "cli/commands/Command.h"
 #include "cli/output/SizeText.h"
 #include "cli/output/Table.h"
+#include "cli/run/Context.h"
 #include "support/Utf8.h"
 
 #include <nlohmann/json.hpp>
@@ -74,41 +74,25 @@ nlohmann::json ToJson(const CFolderItem& item) {
             {"typeDescription", Text(item.GetItemTypeDescription())}};
 }
 
-class List : public Command {
-public:
-    void AddOptions(OptionList& options) override {
-        options.Optional("item", m_item, kItemType,
-                         "Folder, by identifier or path; the root folder if left out");
-        options.Flag("-l", m_long, "Show all that is known about each item");
-    }
-
-    ExitCode Run(Context& context) override {
-        const std::string& folder = m_item.empty() ? context.Settings().root : m_item;
-        const std::wstring folderId = context.Items().Id(folder);
-        const std::vector<CFolderItem> items = ListFolder(context.TheService(), folderId, folder);
-        if (context.Out().IsJson()) {
-            nlohmann::json records = nlohmann::json::array();
-            for (const CFolderItem& item : items) {
-                records.push_back(ToJson(item));
-            }
-            context.Out().Document({{"folderId", Text(folderId)}, {"items", std::move(records)}});
-        } else if (m_long) {
-            context.Out().Lines(LongLines(items));
-        } else {
-            context.Out().Print(ShortTable(items));
-        }
-        return ExitCode::Success;
-    }
-
-private:
-    std::string m_item;
-    bool m_long = false;
-};
-
 } // namespace
 
-std::unique_ptr<Command> MakeList() {
-    return std::make_unique<List>();
+ExitCode RunList(Context& context) {
+    const Options& options = context.Settings();
+    const std::string& folder = options.item.empty() ? options.root : options.item;
+    const std::wstring folderId = context.Items().Id(folder);
+    const std::vector<CFolderItem> items = ListFolder(context.TheService(), folderId, folder);
+    if (context.Out().IsJson()) {
+        nlohmann::json records = nlohmann::json::array();
+        for (const CFolderItem& item : items) {
+            records.push_back(ToJson(item));
+        }
+        context.Out().Document({{"folderId", Text(folderId)}, {"items", std::move(records)}});
+    } else if (options.allFields) {
+        context.Out().Lines(LongLines(items));
+    } else {
+        context.Out().Print(ShortTable(items));
+    }
+    return ExitCode::Success;
 }
 
 } // namespace brevint::cli

@@ -1,34 +1,33 @@
 #include "cli/manual/Completions.h"
 
+#include "cli/commands/Commands.h"
+
 #include <algorithm>
-#include <iterator>
-#include <span>
+#include <string_view>
 
 namespace brevint::cli {
 
 namespace {
 
-std::string Join(const std::vector<std::string>& words, const std::string& separator) {
-    std::string joined;
-    for (const std::string& word : words) {
-        joined += (joined.empty() ? "" : separator) + word;
-    }
-    return joined;
+bool TakesValue(const OptionRow& option) {
+    return option.value.kind != Value::Kind::Nothing;
 }
 
-/// The names of the options, only of those that take a value when `withValue`.
-std::vector<std::string> Names(const std::vector<OptionEntry>& options, bool withValue = false) {
-    std::vector<std::string> names;
-    for (const OptionEntry& option : options) {
-        if (!withValue || !option.value.empty()) {
-            names.insert(names.end(), option.names.begin(), option.names.end());
+/// The names of the command's options, with a blank before each.
+std::string Names(const CommandRow& command) {
+    std::string names;
+    for (const OptionRow& option : command.options) {
+        for (const std::string& name : option.OptionNames()) {
+            names += " " + name;
         }
     }
     return names;
 }
 
-std::span<const CommandEntry> Commands(const std::vector<CommandEntry>& table) {
-    return std::span(table).subspan(1);
+bool TakesFiles(const CommandRow& command) {
+    return std::ranges::any_of(command.options, [](const OptionRow& option) {
+        return option.IsArgument() && option.value.kind == Value::Kind::File;
+    });
 }
 
 /// The text between single quotes, in the way of the POSIX shell and, with a backslash, of fish.
@@ -40,33 +39,37 @@ std::string Quote(std::string_view text, const std::string& quote = "'\\''") {
     return quoted + "'";
 }
 
-constexpr char kNote[] = "# Made from the option table of brevint.\n";
+constexpr char kNote[] = "# Made from the table of commands of brevint.\n";
 
 // bash
 
 /// What bash does to complete a value, with the word typed so far in $word.
-std::string BashValue(const OptionEntry& option) {
-    if (!option.choices.empty()) {
-        return "COMPREPLY=($(compgen -W '" + Join(option.choices, " ") + "' -- \"$word\"))";
+std::string BashValue(const Value& value) {
+    switch (value.kind) {
+    case Value::Kind::Choice:
+        return "COMPREPLY=($(compgen -W '" + std::string(value.choices) + "' -- \"$word\"))";
+    case Value::Kind::File: return "compopt -o default";
+    case Value::Kind::Folder: return "compopt -o dirnames";
+    default: return ":";
     }
-    if (option.value == kFileType) {
-        return "compopt -o default";
-    }
-    return option.value == kFolderType ? "compopt -o dirnames" : ":";
 }
 
-/// The branches of a case over command and option whose value is to come.
-std::string BashValueCases(const CommandEntry& command, const std::string& pattern) {
-    std::string cases;
-    for (const OptionEntry& option : command.options) {
-        for (const std::string& name : option.names) {
-            if (!option.value.empty()) {
-                cases += "        " + pattern + "' " + name + "') " + BashValue(option) +
-                         "; return ;;\n";
+/// What the completion for bash says of one command, or of the program.
+struct BashParts {
+    std::string skipped;    ///< " | --url": what a value follows.
+    std::string valueCases; ///< Branches of a case over command and option whose value is to come.
+};
+
+void AddBashParts(BashParts& parts, const CommandRow& command, const std::string& pattern) {
+    for (const OptionRow& option : command.options) {
+        for (const std::string& name : option.OptionNames()) {
+            if (TakesValue(option)) {
+                parts.skipped += (parts.skipped.empty() ? "" : " | ") + name;
+                parts.valueCases += "        " + pattern + "' " + name + "') " +
+                                    BashValue(option.value) + "; return ;;\n";
             }
         }
     }
-    return cases;
 }
 
 // zsh
@@ -84,30 +87,32 @@ std::string ZshText(std::string_view text) {
 }
 
 /// ":what:how to complete it" of an option's value or an argument.
-std::string ZshValue(const OptionEntry& option) {
-    std::string action = " ";
-    if (!option.choices.empty()) {
-        action = "(" + Join(option.choices, " ") + ")";
-    } else if (option.value == kFileType) {
-        action = "_files";
-    } else if (option.value == kFolderType) {
-        action = "_files -/";
+std::string ZshValue(const Value& value) {
+    const std::string start = ":" + std::string(value.name) + ":";
+    switch (value.kind) {
+    case Value::Kind::Choice: return start + "(" + value.choices + ")";
+    case Value::Kind::File: return start + "_files";
+    case Value::Kind::Folder: return start + "_files -/";
+    default: return start + " ";
     }
-    return ":" + option.value + ":" + action;
 }
 
 /// What _arguments is given, one a line.
-std::string ZshOptions(const std::vector<OptionEntry>& options) {
+std::string ZshOptions(const CommandRow& command) {
     std::string text;
-    for (const OptionEntry& option : options) {
-        for (const std::string& name : option.names) {
-            const char* const joined = option.value.empty()     ? ""
-                                       : name.starts_with("--") ? "="
-                                                                : "+";
+    for (const OptionRow& option : command.options) {
+        if (option.IsArgument()) {
+            text +=
+                "    " + Quote((option.IsRepeated() ? "*" : "") + ZshValue(option.value)) + "\n";
+        }
+        std::string names = option.names;
+        std::ranges::replace(names, ',', ' ');
+        for (const std::string& name : option.OptionNames()) {
+            const char* const joined = name.starts_with("--") ? "=" : "+";
             text += "    " +
-                    Quote("(" + Join(option.names, " ") + ")" + name + joined + "[" +
-                          ZshText(option.description) + "]" +
-                          (option.value.empty() ? "" : ZshValue(option))) +
+                    Quote("(" + names + ")" + name + (TakesValue(option) ? joined : "") + "[" +
+                          ZshText(option.meaning) + "]" +
+                          (TakesValue(option) ? ZshValue(option.value) : "")) +
                     "\n";
         }
     }
@@ -116,50 +121,44 @@ std::string ZshOptions(const std::vector<OptionEntry>& options) {
 
 // fish
 
-std::string FishOptions(const std::vector<OptionEntry>& options, const std::string& start) {
+std::string FishValue(const Value& value) {
+    switch (value.kind) {
+    case Value::Kind::Nothing: return "";
+    case Value::Kind::Any: return " -x";
+    case Value::Kind::File: return " -rF";
+    case Value::Kind::Folder: return " -xa '(__fish_complete_directories)'";
+    case Value::Kind::Choice: break;
+    }
+    return " -xa " + Quote(value.choices);
+}
+
+std::string FishOptions(const CommandRow& command, const std::string& start) {
     std::string text;
-    for (const OptionEntry& option : options) {
+    for (const OptionRow& option : command.options) {
+        if (option.IsArgument()) {
+            continue;
+        }
         text += start;
-        for (const std::string& name : option.names) {
+        for (const std::string& name : option.OptionNames()) {
             text += name.starts_with("--") ? " -l " + name.substr(2) : " -s " + name.substr(1);
         }
-        if (option.value == kFileType) {
-            text += " -rF";
-        } else if (option.value == kFolderType) {
-            text += " -xa '(__fish_complete_directories)'";
-        } else if (!option.value.empty()) {
-            text += " -x" + (option.choices.empty() ? std::string()
-                                                    : "a " + Quote(Join(option.choices, " ")));
-        }
-        text += " -d " + Quote(option.description, "\\'") + "\n";
+        text += FishValue(option.value) + " -d " + Quote(option.meaning, "\\'") + "\n";
     }
     return text;
 }
 
-bool TakesFiles(const CommandEntry& command) {
-    return std::any_of(command.arguments.begin(), command.arguments.end(),
-                       [](const OptionEntry& argument) { return argument.value == kFileType; });
-}
-
 } // namespace
 
-std::string BashCompletion(const std::vector<CommandEntry>& table) {
-    const CommandEntry& program = table.front();
-    std::string skipped;
-    std::string valueCases;
+std::string BashCompletion() {
+    BashParts parts;
     std::string wordCases;
-    std::vector<std::string> commands;
-    for (const CommandEntry& command : table) {
-        for (const std::string& name : Names(command.options, true)) {
-            skipped += (skipped.empty() ? "" : " | ") + name;
-        }
-        valueCases += BashValueCases(command, &command == &program ? "*" : command.name);
-    }
-    for (const CommandEntry& command : Commands(table)) {
-        commands.push_back(command.name);
-        wordCases += "        " + command.name + ") options+=' " +
-                     Join(Names(command.options), " ") + "'" +
-                     (TakesFiles(command) ? "; compopt -o default" : "") + " ;;\n";
+    std::string commands;
+    AddBashParts(parts, kProgram, "*");
+    for (const CommandRow& command : AllCommands()) {
+        AddBashParts(parts, command, command.name);
+        commands += " " + std::string(command.name);
+        wordCases += "        " + std::string(command.name) + ") options+='" + Names(command) +
+                     "'" + (TakesFiles(command) ? "; compopt -o default" : "") + " ;;\n";
     }
     return kNote + std::string(R"(_brevint() {
     local word=${COMP_WORDS[COMP_CWORD]} option=${COMP_WORDS[COMP_CWORD - 1]} command='' i
@@ -172,7 +171,7 @@ std::string BashCompletion(const std::vector<CommandEntry>& table) {
     for ((i = 1; i < COMP_CWORD; i++)); do
         case ${COMP_WORDS[i]} in
         )") +
-           skipped +
+           parts.skipped +
            R"()
             [[ ${COMP_WORDS[++i]} == = ]] && ((i++))
             while [[ ${COMP_WORDS[i + 1]} == : ]]; do ((i += 2)); done ;;
@@ -182,13 +181,13 @@ std::string BashCompletion(const std::vector<CommandEntry>& table) {
     done
     COMPREPLY=()
     case "$command $option" in
-)" + valueCases +
+)" + parts.valueCases +
            R"(    esac
     local options=')" +
-           Join(Names(program.options), " ") + R"('
+           Names(kProgram) + R"('
     case $command in
-        '') options+=' )" +
-           Join(commands, " ") + R"(' ;;
+        '') options+=')" +
+           commands + R"(' ;;
 )" + wordCases +
            R"(    esac
     if [[ -z $command || $word == -* ]]; then
@@ -199,21 +198,18 @@ complete -F _brevint brevint
 )";
 }
 
-std::string ZshCompletion(const std::vector<CommandEntry>& table) {
+std::string ZshCompletion() {
     std::string commands;
     std::string cases;
-    for (const CommandEntry& command : Commands(table)) {
-        commands += "    " + Quote(command.name + ":" + ZshText(command.summary)) + "\n";
-        cases += "    " + command.name + ")\n        rules+=(\n" + ZshOptions(command.options);
-        for (const OptionEntry& argument : command.arguments) {
-            cases += "    " + Quote((argument.repeated ? "*" : "") + ZshValue(argument)) + "\n";
-        }
-        cases += "        ) ;;\n";
+    for (const CommandRow& command : AllCommands()) {
+        const std::string name = command.name;
+        commands += "    " + Quote(name + ":" + ZshText(command.summary)) + "\n";
+        cases += "    " + name + ")\n        rules+=(\n" + ZshOptions(command) + "        ) ;;\n";
     }
     return "#compdef brevint\n" + std::string(kNote) +
            "local curcontext=$curcontext state line context\ntypeset -A opt_args\n"
            "local -a commands rules\ncommands=(\n" +
-           commands + ")\nrules=(\n" + ZshOptions(table.front().options) +
+           commands + ")\nrules=(\n" + ZshOptions(kProgram) +
            ")\n_arguments -C -S $rules ':command:->command' '*::argument:->argument'\n"
            "case $state in\n"
            "command) _describe command commands ;;\n"
@@ -221,14 +217,14 @@ std::string ZshCompletion(const std::vector<CommandEntry>& table) {
            cases + "    esac\n    _arguments -S $rules ;;\nesac\n";
 }
 
-std::string FishCompletion(const std::vector<CommandEntry>& table) {
+std::string FishCompletion() {
     const std::string start = "complete -c brevint";
-    std::string text = kNote + start + " -f\n" + FishOptions(table.front().options, start);
-    for (const CommandEntry& command : Commands(table)) {
+    std::string text = kNote + start + " -f\n" + FishOptions(kProgram, start);
+    for (const CommandRow& command : AllCommands()) {
         const std::string within =
-            start + " -n " + Quote("__fish_seen_subcommand_from " + command.name);
+            start + " -n " + Quote("__fish_seen_subcommand_from " + std::string(command.name));
         text += start + " -n __fish_use_subcommand -a " + command.name + " -d " +
-                Quote(command.summary, "\\'") + "\n" + FishOptions(command.options, within);
+                Quote(command.summary, "\\'") + "\n" + FishOptions(command, within);
         if (TakesFiles(command)) {
             text += within + " -F\n";
         }

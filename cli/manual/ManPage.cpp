@@ -1,7 +1,9 @@
 #include "cli/manual/ManPage.h"
 
-#include <iterator>
-#include <sstream>
+#include "cli/commands/Commands.h"
+
+#include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace brevint::cli {
@@ -55,76 +57,65 @@ std::string Item(const std::string& term, std::string_view text) {
     return ".TP\n" + term + "\n" + Escape(text) + "\n";
 }
 
-std::string OptionItems(const std::vector<OptionEntry>& options) {
+std::string OptionItem(const OptionRow& option) {
+    std::string term;
+    for (const std::string& name : option.OptionNames()) {
+        term += (term.empty() ? "" : ", ") + Bold(name);
+    }
+    if (option.value.kind != Value::Kind::Nothing) {
+        term += (term.empty() ? "" : " ") + Italic(option.value.name);
+    }
+    std::string description = std::string(option.meaning) + ".";
+    if (option.value.kind == Value::Kind::Choice) {
+        description += " One of: " + std::string(option.value.choices) + ".";
+    }
+    if (!option.isRequired && !option.Default().empty()) {
+        description += " Unless given: " + option.Default();
+    }
+    return Item(term, description);
+}
+
+std::string OptionItems(const CommandRow& command) {
     std::string text;
-    for (const OptionEntry& option : options) {
-        std::string term;
-        for (const std::string& name : option.names) {
-            term += (term.empty() ? "" : ", ") + Bold(name);
-        }
-        if (!option.value.empty()) {
-            term += (term.empty() ? "" : " ") + Italic(option.value);
-        }
-        std::string description = option.description + ".";
-        if (!option.choices.empty()) {
-            description += " One of:";
-            for (const std::string& choice : option.choices) {
-                description += " " + choice;
-            }
-            description += ".";
-        }
-        if (!option.defaultValue.empty()) {
-            description += " Unless given: " + option.defaultValue;
-        }
-        text += Item(term, description);
+    for (const OptionRow& option : command.options) {
+        text += OptionItem(option);
     }
     return text;
 }
 
-std::string Synopsis(const CommandEntry& command) {
-    std::string line = Bold(command.name) + " [" + Italic("OPTION") + "]...";
-    for (const OptionEntry& option : command.options) {
-        if (option.required) {
-            line += " " + Bold(option.names.back()) + " " + Italic(option.value);
-        }
-    }
-    for (const OptionEntry& argument : command.arguments) {
-        const std::string text = Italic(argument.value) + (argument.repeated ? "..." : "");
-        line += argument.required ? " " + text : " [" + text + "]";
-    }
-    return line;
+std::string Document(std::string names) {
+    std::erase(names, '`');
+    return ".PP\nWith " + Bold("--json") + ":\n" + Escape(names) + ".\n";
 }
 
-std::string Examples(const std::string& examples) {
+std::string Examples(std::string_view examples) {
     return ".RS 4\n.nf\n" + Escape(examples) + ".fi\n.RE\n";
 }
 
 } // namespace
 
-std::string ManPage(const std::vector<CommandEntry>& table) {
-    const CommandEntry& program = table.front();
+std::string ManPage() {
     std::string page =
-        ".\\\" Made from the program's option table.\n"
+        ".\\\" Made from the program's table of commands.\n"
         ".TH BREVINT 1 \"\" \"brevint " BREVINT_VERSION "\" \"User Commands\"\n"
         ".nh\n.ad l\n"
         ".SH NAME\nbrevint \\- work with a document repository from a terminal\n"
         ".SH SYNOPSIS\n" +
         Bold("brevint") + " [" + Italic("OPTION") + "]... " + Italic("COMMAND") + " [" +
         Italic("OPTION") + "]... [" + Italic("ARGUMENT") + "]...\n.SH DESCRIPTION\n" +
-        Escape(program.summary) +
-        "\n.PP\n"
+        Escape(kProgram.summary) +
+        ".\n.PP\n"
         "An item is named by its identifier, or by its path if it begins with \"/\".\n"
         "Paths begin with the root folder, and names in them must match exactly.\n"
         "With several items each has an outcome of its own: a failure is reported,\n"
         "the next item is attempted, and the exit status is that of the first "
         "failure.\n"
         ".SH OPTIONS\nThese are taken by every command.\n" +
-        OptionItems(program.options) + ".SH COMMANDS\n";
-    for (auto command = std::next(table.begin()); command != table.end(); ++command) {
-        page += ".SS " + command->name + "\n" + Synopsis(*command) + "\n.PP\n" +
-                Escape(command->summary) + ".\n" + Escape(command->notes) +
-                OptionItems(command->arguments) + OptionItems(command->options) +
-                ".PP\nExamples:\n" + Examples(command->examples);
+        OptionItems(kProgram) + ".SH COMMANDS\n";
+    for (const CommandRow& command : AllCommands()) {
+        page += ".SS " + std::string(command.name) + "\n" + Escape(command.Synopsis()) + "\n.PP\n" +
+                Escape(command.summary) + ".\n" + Escape(command.notes) + OptionItems(command) +
+                Document(command.document) + ".PP\nExamples:\n" + Examples(command.examples);
     }
     page += ".SH EXIT STATUS\n";
     for (const ExitCodeRow& row : kExitCodes) {
@@ -139,7 +130,7 @@ std::string ManPage(const std::vector<CommandEntry>& table) {
         page += Item(Italic(name), meaning);
     }
     return page + ".SH EXAMPLES\nA session from the beginning to the end:\n" +
-           Examples(program.examples);
+           Examples(kProgram.examples);
 }
 
 } // namespace brevint::cli

@@ -1,13 +1,10 @@
 #pragma once
 
-#include "cli/commands/OptionTable.h"
-
 #include <string>
-#include <vector>
 
 namespace brevint::cli {
 
 /// The manual page brevint(1), in the man macros of roff.
-std::string ManPage(const std::vector<CommandEntry>& table);
+std::string ManPage();
 
 } // namespace brevint::cli

@@ -1,26 +1,17 @@
 #pragma once
 
 #include "cli/output/Output.h"
+#include "cli/run/Options.h"
 #include "cli/service/ItemResolver.h"
 #include "cli/service/Service.h"
 #include "cli/session/Session.h"
 
 #include <chrono>
-#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 
 namespace brevint::cli {
-
-/// The options that every command takes.
-struct Options {
-    std::string url; ///< Empty: that of the session.
-    std::string root = "00000000-0000-0000-0000-000000000001";
-    bool json = false;
-    bool insecureHttp = false;
-    std::uint32_t timeoutSeconds = 3600;
-};
 
 /// What a command works with during one run.
 class Context {

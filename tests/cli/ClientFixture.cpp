@@ -1,11 +1,31 @@
 #include "tests/cli/ClientFixture.h"
 
+#include "cli/commands/Commands.h"
 #include "cli/output/Paths.h"
 #include "cli/session/PrivateFile.h"
 #include "cli/session/Session.h"
 #include "tests/support/Environment.h"
 
+#include <algorithm>
+
 namespace brevint::test {
+
+namespace {
+
+/// Every member of the document, but those of failures, must stand in the table of commands.
+void ExpectDocumented(const nlohmann::json& document, const std::string& names) {
+    if (!document.is_structured()) {
+        return;
+    }
+    for (const auto& [name, value] : document.items()) {
+        if (name != "error") {
+            EXPECT_TRUE(document.is_array() || names.find("`" + name + "`") != names.npos) << name;
+            ExpectDocumented(value, names);
+        }
+    }
+}
+
+} // namespace
 
 ClientTest::ClientTest() {
     for (const char* variable : {"XDG_STATE_HOME", "LOCALAPPDATA"}) {
@@ -29,7 +49,11 @@ nlohmann::json ClientTest::RunJson(std::vector<std::string> arguments, int exitC
     arguments.emplace_back("--json");
     const ClientRun::Result result = Run(arguments);
     EXPECT_EQ(exitCode, result.exitCode) << result.error;
-    return nlohmann::json::parse(result.output, nullptr, false);
+    nlohmann::json document = nlohmann::json::parse(result.output, nullptr, false);
+    const auto row = std::ranges::find(cli::AllCommands(), arguments.front(),
+                                       [](const cli::CommandRow& command) { return command.name; });
+    ExpectDocumented(document, row->document);
+    return document;
 }
 
 void ClientTest::KeepSession(const std::string& url, const std::string& cookies) {
