@@ -20,23 +20,20 @@ ExitCode RunTemplates(Context& context) {
         });
     Table table({{"Category"}, {"Created"}, {"Created by"}, {"Name"}, {"Description"}});
     nlohmann::json documents = nlohmann::json::array();
-    std::vector<CTemplateInfo*> records;
-    response->GetTemplateMetadata(records);
-    for (CTemplateInfo* record : records) {
-        const std::unique_ptr<CTemplateInfo> info(record);
+    for (const CTemplateInfo& info :
+         TakeRecords(*response, &CTemplateResponse::GetTemplateMetadata)) {
         const auto text = [](const std::wstring& wide) {
             return Utf8::ToNarrow(wide);
         };
-        table.AddRow({text(info->GetCategory()), text(info->GetCreated()),
-                      text(info->GetCreatedBy()), text(info->GetName()),
-                      text(info->GetDescription())});
-        documents.push_back({{"id", text(info->GetId())},
-                             {"key", text(info->GetKey())},
-                             {"name", text(info->GetName())},
-                             {"category", text(info->GetCategory())},
-                             {"description", text(info->GetDescription())},
-                             {"created", text(info->GetCreated())},
-                             {"createdBy", text(info->GetCreatedBy())}});
+        table.AddRow({text(info.GetCategory()), text(info.GetCreated()), text(info.GetCreatedBy()),
+                      text(info.GetName()), text(info.GetDescription())});
+        documents.push_back({{"id", text(info.GetId())},
+                             {"key", text(info.GetKey())},
+                             {"name", text(info.GetName())},
+                             {"category", text(info.GetCategory())},
+                             {"description", text(info.GetDescription())},
+                             {"created", text(info.GetCreated())},
+                             {"createdBy", text(info.GetCreatedBy())}});
     }
     context.Out().Print(table);
     context.Out().Document({{"templates", std::move(documents)}});

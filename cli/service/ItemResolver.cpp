@@ -8,7 +8,6 @@
 #include "support/Utf8.h"
 
 #include <algorithm>
-#include <memory>
 
 namespace brevint::cli {
 
@@ -48,15 +47,7 @@ std::vector<CFolderItem> ListFolder(Service& service, const std::wstring& folder
     const auto response = service.Call(
         "The folder " + std::string(name) + " cannot be listed.",
         [folderId](Service& at) { return at.Repository()->GetFolderContents(at.Url(), folderId); });
-    std::vector<CFolderItem*> records;
-    response->GetFolderContents(records);
-    std::vector<CFolderItem> items;
-    items.reserve(records.size());
-    for (CFolderItem* record : records) {
-        const std::unique_ptr<CFolderItem> owner(record);
-        items.push_back(*owner);
-    }
-    return items;
+    return TakeRecords(*response, &IGetFolderContentsResponse::GetFolderContents);
 }
 
 std::string AskPath(Service& service, const std::wstring& itemId, std::string_view name) {

@@ -1,9 +1,13 @@
 // The parts of the client that need no service.
 
+#include "brevint/ErrorCodes.h"
+#include "brevint/FolderItem.h"
+#include "brevint/IGetFolderContentsResponse.h"
 #include "brevint/InternetCache.h"
 #include "cli/output/Failure.h"
 #include "cli/output/Table.h"
 #include "cli/service/Service.h"
+#include "cli/service/Verdict.h"
 #include "cli/session/ServiceUrl.h"
 #include "cli/terminal/SafeText.h"
 #include "cli/transfer/SafeName.h"
@@ -107,6 +111,22 @@ TEST(ServiceUrl, IsOneThatKeepsThePasswordSecret) {
           "http://localhost\t", "http://localhost\\@host", "http://[::1]host", "http://[]"}) {
         EXPECT_EQ(std::nullopt, Accepted(wrong, true)) << wrong;
     }
+}
+
+/// A listing whose records there is no memory for.
+class ListingWithoutMemory : public IGetFolderContentsResponse {
+public:
+    bool GetSucceeded() const override { return m_code == ErrorCode::Success; }
+    double GetErrorCode() const override { return m_code; }
+    void GetFolderContents(std::vector<CFolderItem*>&) override { m_code = ErrorCode::EmptyReply; }
+
+private:
+    double m_code = ErrorCode::Success;
+};
+
+TEST(Listing, IsNotEmptyForWantOfMemory) {
+    ListingWithoutMemory listing;
+    EXPECT_THROW(TakeRecords(listing, &ListingWithoutMemory::GetFolderContents), std::bad_alloc);
 }
 
 TEST(Cookies, AreForgottenForAServiceInASubfolder) {
