@@ -1,17 +1,12 @@
 #include "brevint/IIdentityProxy.h"
 #include "brevint/IdentityResponse.h"
+#include "brevint/UserRole.h"
 #include "cli/run/Context.h"
 #include "support/Utf8.h"
 
 #include <nlohmann/json.hpp>
 
 namespace brevint::cli {
-
-namespace {
-
-constexpr int kAdministrator = 1;
-
-} // namespace
 
 ExitCode RunWhoAmI(Context& context) {
     const std::string& url = context.TheSession().url;
@@ -20,7 +15,8 @@ ExitCode RunWhoAmI(Context& context) {
             return service.Identity()->GetIdentity(service.Url());
         });
     const std::string user = Utf8::ToNarrow(response->GetUsername());
-    const char* const role = response->GetUserRole() == kAdministrator ? "administrator" : "user";
+    const char* const role =
+        response->GetUserRole() == UserRole::Administrator ? "administrator" : "user";
     context.Out().Line(user + " (" + role + ") at " + url);
     context.Out().Document({{"user", user},
                             {"role", role},

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "brevint/RootFolder.h"
+#include "support/Utf8.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -10,7 +13,7 @@ namespace brevint::cli {
 struct Options {
     // Of all commands.
     std::string url; ///< Empty: that of the session.
-    std::string root = "00000000-0000-0000-0000-000000000001";
+    std::string root = Utf8::ToNarrow(RootFolder::Projects);
     std::uint32_t timeoutSeconds = 3600;
     bool json = false;
     bool insecureHttp = false;

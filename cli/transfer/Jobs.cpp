@@ -2,6 +2,7 @@
 
 #include "brevint/IPollStatusResponse.h"
 #include "brevint/IRepositoryProxy.h"
+#include "brevint/JobStatus.h"
 #include "brevint/OverwriteFileResponse.h"
 #include "brevint/UploadFileResponse.h"
 #include "cli/output/Failure.h"
@@ -22,7 +23,6 @@ namespace {
 
 std::optional<std::string> Poll(Context& context, JobKind kind, const std::wstring& jobId,
                                 const std::string& doing, const std::string& summary) {
-    constexpr int finished = 1;
     const auto response = context.TheService().Call(
         summary,
         [kind, jobId](Service& service) {
@@ -32,7 +32,7 @@ std::optional<std::string> Poll(Context& context, JobKind kind, const std::wstri
                        : repository->PollOverwriteFileStatus(service.Url(), jobId);
         },
         doing);
-    if (response->GetStatus() != finished) {
+    if (response->GetStatus() != JobStatus::Finished) {
         return std::nullopt;
     }
     return Utf8::ToNarrow(response->GetItemId());
