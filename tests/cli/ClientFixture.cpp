@@ -4,6 +4,7 @@
 #include "cli/output/Paths.h"
 #include "cli/session/PrivateFile.h"
 #include "cli/session/Session.h"
+#include "service/Blob.h"
 #include "tests/support/Environment.h"
 
 #include <algorithm>
@@ -23,6 +24,12 @@ void ExpectDocumented(const nlohmann::json& document, const std::string& names) 
             ExpectDocumented(value, names);
         }
     }
+}
+
+service::ServiceOptions OptionsWith(const char* name, std::size_t size) {
+    service::ServiceOptions options;
+    options.patternFiles = {{name, size}};
+    return options;
 }
 
 } // namespace
@@ -70,6 +77,20 @@ std::set<std::string> ClientTest::WorkNames() const {
         names.insert(cli::PathToUtf8(entry.path().filename()));
     }
     return names;
+}
+
+ClientServiceTest::ClientServiceTest() : m_service(OptionsWith("Big.bin", kBigSize)) {
+    m_service.Start();
+}
+
+ClientRun::Result ClientServiceTest::SignIn(const std::string& user, const std::string& input) {
+    return Run({"sign-in", "--url", m_service.Url(), "--user", user}, input);
+}
+
+std::string ClientServiceTest::Pattern(std::size_t size) {
+    std::string bytes(size, '\0');
+    service::MakePatternBlob(size)->Read(0, bytes.data(), size);
+    return bytes;
 }
 
 } // namespace brevint::test

@@ -23,7 +23,7 @@ public:
     ~ClientRun();
 
     /// By which the system knows it.
-    unsigned long ProcessId() const;
+    int ProcessId() const;
 
     /// Waits for its end.
     Result Wait();

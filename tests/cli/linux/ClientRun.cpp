@@ -74,8 +74,8 @@ ClientRun::~ClientRun() {
     }
 }
 
-unsigned long ClientRun::ProcessId() const {
-    return static_cast<unsigned long>(m_process->pid);
+int ClientRun::ProcessId() const {
+    return m_process->pid;
 }
 
 ClientRun::Result ClientRun::Wait() {

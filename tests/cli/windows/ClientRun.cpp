@@ -120,8 +120,8 @@ ClientRun::~ClientRun() {
     TerminateProcess(m_process->handle.get(), 1);
 }
 
-unsigned long ClientRun::ProcessId() const {
-    return m_process->id;
+int ClientRun::ProcessId() const {
+    return static_cast<int>(m_process->id);
 }
 
 ClientRun::Result ClientRun::Wait() {
