@@ -1,5 +1,7 @@
 #include "support/LocalFileWriter.h"
 
+#include "support/windows/Handles.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <vector>
@@ -11,18 +13,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-
-struct HandleCloser {
-    using pointer = HANDLE;
-    void operator()(HANDLE handle) const noexcept { CloseHandle(handle); }
-};
-using HandlePtr = std::unique_ptr<HANDLE, HandleCloser>;
-
-struct LocalFreer {
-    using pointer = void*;
-    void operator()(void* memory) const noexcept { LocalFree(memory); }
-};
-using LocalPtr = std::unique_ptr<void, LocalFreer>;
 
 std::error_code Error(DWORD number = GetLastError()) {
     return {static_cast<int>(number), std::system_category()};

@@ -59,16 +59,6 @@ TEST_F(ClientRepositoryTest, DownloadsFiles) {
     EXPECT_EQ(4, std::distance(begin(files), end(files)));
 }
 
-TEST_F(ClientRepositoryTest, ReplacesALocalFileOnlyByAWholeOne) {
-    WriteFile(Work() / "old", "old");
-    std::filesystem::permissions(Work() / "old", std::filesystem::perms::owner_read);
-    EXPECT_EQ(1, Run({"get", "/Projects/Bridge", "-o", "old"}).exitCode);
-    EXPECT_EQ("old", ReadFile(Work() / "old"));
-    EXPECT_EQ(0, Run({"get", "/Projects/Archive/Block.bin", "-o", "old"}).exitCode);
-    EXPECT_EQ(Pattern(100'000), ReadFile(Work() / "old"));
-    EXPECT_EQ(std::set<std::string>{"old"}, WorkNames());
-}
-
 TEST_F(ClientRepositoryTest, DownloadsToStandardOutput) {
     EXPECT_TRUE(Run({"get", kBig, "-o", "-"}).output == Pattern(kBigSize)); // and nothing else
     EXPECT_EQ(2, RunJson({"get", kBig, "-o", "-"}, 2)["error"]["exitCode"]);

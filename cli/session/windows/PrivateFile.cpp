@@ -2,6 +2,7 @@
 
 #include "cli/output/Failure.h"
 #include "cli/output/Paths.h"
+#include "support/windows/Handles.h"
 
 #include <cstddef>
 #include <memory>
@@ -15,18 +16,6 @@
 namespace brevint::cli {
 
 namespace {
-
-struct HandleCloser {
-    using pointer = HANDLE;
-    void operator()(HANDLE handle) const { CloseHandle(handle); }
-};
-using HandlePtr = std::unique_ptr<HANDLE, HandleCloser>;
-
-struct LocalFreer {
-    using pointer = void*;
-    void operator()(void* memory) const { LocalFree(memory); }
-};
-using LocalPtr = std::unique_ptr<void, LocalFreer>;
 
 [[noreturn]] void Fail(const std::filesystem::path& path, const char* cannot) {
     const std::error_code reason(static_cast<int>(GetLastError()), std::system_category());
