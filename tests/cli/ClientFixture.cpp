@@ -8,6 +8,8 @@
 #include "tests/support/Environment.h"
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
 
 namespace brevint::test {
 
@@ -33,6 +35,15 @@ service::ServiceOptions OptionsWith(const char* name, std::size_t size) {
 }
 
 } // namespace
+
+std::string ReadFile(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void WriteFile(const std::filesystem::path& path, const std::string& content) {
+    std::ofstream(path, std::ios::binary) << content;
+}
 
 ClientTest::ClientTest() {
     for (const char* variable : {"XDG_STATE_HOME", "LOCALAPPDATA"}) {
