@@ -24,8 +24,7 @@ struct Value {
 struct ShowsHelp {};
 struct ShowsVersion {};
 
-/// What an option or argument of the command line does: it fills a variable, unless it shows
-/// something.
+/// What an option or argument does: it fills a variable, or it shows something.
 using Effect = std::variant<ShowsHelp, ShowsVersion, bool Options::*, std::uint32_t Options::*,
                             std::string Options::*, std::vector<std::string> Options::*>;
 

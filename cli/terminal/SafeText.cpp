@@ -1,5 +1,7 @@
 #include "cli/terminal/SafeText.h"
 
+#include "support/Utf8.h"
+
 #include <utf8.h>
 #include <utf8proc.h>
 
@@ -44,8 +46,7 @@ std::string JsonEscape(char32_t c) {
 /// `text` with every character for which `unsafe` holds replaced by `replace(character)`.
 template <class Unsafe, class Replace>
 std::string ReplaceUnsafe(std::string_view text, Unsafe unsafe, Replace replace) {
-    std::string valid;
-    utf8::replace_invalid(text.begin(), text.end(), std::back_inserter(valid));
+    const std::string valid = Utf8::Repaired(text);
     std::string safe;
     for (auto next = valid.cbegin(); next != valid.cend();) {
         const char32_t c = utf8::unchecked::next(next);

@@ -1,5 +1,4 @@
-// What Windows does not have: pipes and devices to write to, signals, and owners to tell apart by
-// hand.
+// What Windows does not have: pipes and devices to write to, signals, owners of folders.
 
 #include "tests/cli/ClientFixture.h"
 #include "tests/support/ScriptedServer.h"
