@@ -52,6 +52,11 @@ if(WIN32)
   add_compile_definitions(_WIN32_WINNT=0x0A00 WIN32_LEAN_AND_MEAN NOMINMAX UNICODE _UNICODE)
 endif()
 if(MINGW)
+  # GCC 12 counts on the registers that an inline function leaves alone in this object's copy of it.
+  # The linker keeps one copy for the program, perhaps from an object that is optimised less, and then
+  # memory is overwritten. GCC takes care of that on Linux only.
+  add_compile_options(-fno-ipa-ra)
+
   # The shared runtime, copied beside the programs: one heap and one exception state for all modules.
   foreach(name libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
     execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${name}

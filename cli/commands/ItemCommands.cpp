@@ -3,85 +3,45 @@
 #include "brevint/CheckInOutResponse.h"
 #include "brevint/DeleteResponse.h"
 #include "brevint/IRepositoryProxy.h"
-#include "cli/Command.h"
-#include "cli/Outcomes.h"
-#include "cli/Utf8.h"
+#include "cli/run/Outcomes.h"
+#include "support/Utf8.h"
 
 namespace brevint::cli {
 
 namespace {
 
-/// Carries out one call for an item.
-using ItemCall = Outcome (*)(Service& service, const std::string& item, const std::wstring& id);
-
-class ItemCommand : public Command {
-public:
-    ItemCommand(const char* items, ItemCall call) : description_(items), call_(call) {}
-
-    void AddOptions(OptionList& options) override {
-        options.Required("items", items_, kItemType, description_);
-    }
-
-    ExitCode Run(Context& context) override {
-        return ForEachItem(context, items_, [this, &context](const std::string& item) {
-            const std::wstring id = context.Items().Id(item);
-            Outcome outcome = call_(context.TheService(), item, id);
-            outcome.document["id"] = ToUtf8(id);
-            return outcome;
-        });
-    }
-
-private:
-    const char* description_;
-    ItemCall call_;
-    std::vector<std::string> items_;
-};
-
-/// A call that changes the item, told in the past: "Deleted", "deleted".
+/// A call that changes each item, told in the past: "Deleted", "deleted".
 template <auto Operation>
-Outcome Change(Service& service, const std::string& item, const std::wstring& id,
-               const std::string& done, const std::string& undone) {
-    service.Call(item + " cannot be " + undone + ".",
-                 [id](Service& at) { return (at.Repository().get()->*Operation)(at.Url(), id); });
-    return {done + " " + item, nlohmann::json::object()};
+ExitCode ChangeItems(Context& context, const std::string& done, const std::string& undone) {
+    return ForEachItem(context, context.Settings().items, [&](const std::string& item) {
+        const std::wstring id = context.Items().Id(item);
+        context.TheService().Call(item + " cannot be " + undone + ".", [id](Service& service) {
+            return (service.Repository().get()->*Operation)(service.Url(), id);
+        });
+        return Outcome{done + " " + item, {{"id", Utf8::ToNarrow(id)}}};
+    });
 }
-
-Outcome CheckIn(Service& service, const std::string& item, const std::wstring& id) {
-    return Change<&IRepositoryProxy::CheckIn>(service, item, id, "Checked in", "checked in");
-}
-
-Outcome CheckOut(Service& service, const std::string& item, const std::wstring& id) {
-    return Change<&IRepositoryProxy::CheckOut>(service, item, id, "Checked out", "checked out");
-}
-
-Outcome Remove(Service& service, const std::string& item, const std::wstring& id) {
-    return Change<&IRepositoryProxy::Delete>(service, item, id, "Deleted", "deleted");
-}
-
-Outcome TellPath(Service& service, const std::string& item, const std::wstring& id) {
-    const std::string path = AskPath(service, id, item);
-    return {path, {{"path", path}}};
-}
-
-constexpr char kFiles[] = "Files, by identifier or path";
-constexpr char kAnyItems[] = "Files and folders, by identifier or path";
 
 } // namespace
 
-std::unique_ptr<Command> MakeCheckIn() {
-    return std::make_unique<ItemCommand>(kFiles, CheckIn);
+ExitCode RunCheckIn(Context& context) {
+    return ChangeItems<&IRepositoryProxy::CheckIn>(context, "Checked in", "checked in");
 }
 
-std::unique_ptr<Command> MakeCheckOut() {
-    return std::make_unique<ItemCommand>(kFiles, CheckOut);
+ExitCode RunCheckOut(Context& context) {
+    return ChangeItems<&IRepositoryProxy::CheckOut>(context, "Checked out", "checked out");
 }
 
-std::unique_ptr<Command> MakePath() {
-    return std::make_unique<ItemCommand>(kAnyItems, TellPath);
+ExitCode RunRemove(Context& context) {
+    return ChangeItems<&IRepositoryProxy::Delete>(context, "Deleted", "deleted");
 }
 
-std::unique_ptr<Command> MakeRemove() {
-    return std::make_unique<ItemCommand>(kAnyItems, Remove);
+ExitCode RunPath(Context& context) {
+    return ForEachItem(context, context.Settings().items, [&](const std::string& item) {
+        const std::wstring id = context.Items().Id(item);
+        const std::string path = AskPath(context.TheService(), id, item);
+        return Outcome{path, {{"id", Utf8::ToNarrow(id)}, {"path", path}}};
+    });
 }
 
 } // namespace brevint::cli

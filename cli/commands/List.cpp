@@ -1,7 +1,7 @@
-#include "cli/Command.h"
-#include "cli/SizeText.h"
-#include "cli/Table.h"
-#include "cli/Utf8.h"
+#include "cli/output/SizeText.h"
+#include "cli/output/Table.h"
+#include "cli/run/Context.h"
+#include "support/Utf8.h"
 
 #include <nlohmann/json.hpp>
 
@@ -10,7 +10,7 @@ namespace brevint::cli {
 namespace {
 
 std::string Text(const std::wstring& wide) {
-    return ToUtf8(wide);
+    return Utf8::ToNarrow(wide);
 }
 
 std::string SizeCell(const CFolderItem& item) {
@@ -74,41 +74,25 @@ nlohmann::json ToJson(const CFolderItem& item) {
             {"typeDescription", Text(item.GetItemTypeDescription())}};
 }
 
-class List : public Command {
-public:
-    void AddOptions(OptionList& options) override {
-        options.Optional("item", item_, kItemType,
-                         "Folder, by identifier or path; the root folder if left out");
-        options.Flag("-l", long_, "Show all that is known about each item");
-    }
-
-    ExitCode Run(Context& context) override {
-        const std::string& folder = item_.empty() ? context.Settings().root : item_;
-        const std::wstring folderId = context.Items().Id(folder);
-        const std::vector<CFolderItem> items = ListFolder(context.TheService(), folderId, folder);
-        if (context.Out().IsJson()) {
-            nlohmann::json records = nlohmann::json::array();
-            for (const CFolderItem& item : items) {
-                records.push_back(ToJson(item));
-            }
-            context.Out().Document({{"folderId", Text(folderId)}, {"items", std::move(records)}});
-        } else if (long_) {
-            context.Out().Lines(LongLines(items));
-        } else {
-            context.Out().Print(ShortTable(items));
-        }
-        return ExitCode::Success;
-    }
-
-private:
-    std::string item_;
-    bool long_ = false;
-};
-
 } // namespace
 
-std::unique_ptr<Command> MakeList() {
-    return std::make_unique<List>();
+ExitCode RunList(Context& context) {
+    const Options& options = context.Settings();
+    const std::string& folder = options.item.empty() ? options.root : options.item;
+    const std::wstring folderId = context.Items().Id(folder);
+    const std::vector<CFolderItem> items = ListFolder(context.TheService(), folderId, folder);
+    if (context.Out().IsJson()) {
+        nlohmann::json records = nlohmann::json::array();
+        for (const CFolderItem& item : items) {
+            records.push_back(ToJson(item));
+        }
+        context.Out().Document({{"folderId", Text(folderId)}, {"items", std::move(records)}});
+    } else if (options.allFields) {
+        context.Out().Lines(LongLines(items));
+    } else {
+        context.Out().Print(ShortTable(items));
+    }
+    return ExitCode::Success;
 }
 
 } // namespace brevint::cli

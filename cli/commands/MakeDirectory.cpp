@@ -1,7 +1,7 @@
 #include "brevint/ICreateFolderResponse.h"
 #include "brevint/IRepositoryProxy.h"
-#include "cli/Command.h"
-#include "cli/Utf8.h"
+#include "cli/run/Context.h"
+#include "support/Utf8.h"
 
 #include <nlohmann/json.hpp>
 
@@ -14,39 +14,24 @@ namespace {
 std::wstring EscapeName(const std::string& name) {
     const std::string quoted =
         nlohmann::json(name).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
-    return ToWide(std::string_view(quoted).substr(1, quoted.size() - 2));
+    return Utf8::ToWide(std::string_view(quoted).substr(1, quoted.size() - 2));
 }
-
-class MakeDirectory : public Command {
-public:
-    void AddOptions(OptionList& options) override {
-        options.Required("parent", parent_, kItemType,
-                         "Folder to make it in, by identifier or path");
-        options.Required("name", name_, "NAME", "Name of the new folder");
-    }
-
-    ExitCode Run(Context& context) override {
-        const std::wstring parentId = context.Items().Id(parent_);
-        const auto response = context.TheService().Call(
-            "The folder \"" + name_ + "\" cannot be made.",
-            [parentId, name = EscapeName(name_)](Service& service) {
-                return service.Repository()->CreateFolder(service.Url(), parentId, name);
-            });
-        const std::string id = ToUtf8(response->GetFolderId());
-        context.Out().Line(id + "  " + name_);
-        context.Out().Document({{"id", id}, {"parentId", ToUtf8(parentId)}, {"name", name_}});
-        return ExitCode::Success;
-    }
-
-private:
-    std::string parent_;
-    std::string name_;
-};
 
 } // namespace
 
-std::unique_ptr<Command> MakeMakeDirectory() {
-    return std::make_unique<MakeDirectory>();
+ExitCode RunMakeDirectory(Context& context) {
+    const Options& options = context.Settings();
+    const std::wstring parentId = context.Items().Id(options.folder);
+    const auto response = context.TheService().Call(
+        "The folder \"" + options.name + "\" cannot be made.",
+        [parentId, name = EscapeName(options.name)](Service& service) {
+            return service.Repository()->CreateFolder(service.Url(), parentId, name);
+        });
+    const std::string id = Utf8::ToNarrow(response->GetFolderId());
+    context.Out().Line(id + "  " + options.name);
+    context.Out().Document(
+        {{"id", id}, {"parentId", Utf8::ToNarrow(parentId)}, {"name", options.name}});
+    return ExitCode::Success;
 }
 
 } // namespace brevint::cli

@@ -1,15 +1,15 @@
 #include "brevint/InternetCache.h"
 #include "brevint/SignInProxy.h"
 #include "brevint/SignInResponse.h"
-#include "cli/Command.h"
-#include "cli/Failure.h"
-#include "cli/PrivateFile.h"
-#include "cli/SafeText.h"
-#include "cli/ServiceUrl.h"
-#include "cli/Session.h"
-#include "cli/SignInRequests.h"
-#include "cli/Terminal.h"
-#include "cli/Utf8.h"
+#include "cli/output/Failure.h"
+#include "cli/run/Context.h"
+#include "cli/service/SignInRequests.h"
+#include "cli/session/PrivateFile.h"
+#include "cli/session/ServiceUrl.h"
+#include "cli/session/Session.h"
+#include "cli/terminal/SafeText.h"
+#include "cli/terminal/Terminal.h"
+#include "support/Utf8.h"
 
 #include <nlohmann/json.hpp>
 
@@ -47,7 +47,7 @@ struct Attempt {
 };
 
 [[noreturn]] void Fail(const std::string& url, const Attempt& attempt) {
-    const std::string words = ToUtf8(attempt.response->GetErrorMessage());
+    const std::string words = Utf8::ToNarrow(attempt.response->GetErrorMessage());
     const std::string summary = "The sign-in to " + url + " failed.";
     if (!attempt.requests.Refusal().empty()) {
         throw Failure(ExitCode::Refused, summary + " " + attempt.requests.Refusal(),
@@ -72,57 +72,43 @@ struct Attempt {
     throw failure;
 }
 
-class SignIn : public Command {
-public:
-    void AddOptions(OptionList& options) override {
-        options.Required("--user", user_, "NAME", "Name of the user");
-    }
-
-    ExitCode Run(Context& context) override {
-        const Options& settings = context.Settings();
-        if (settings.url.empty()) {
-            throw Failure(ExitCode::Usage, "sign-in needs the address of the service.",
-                          "Give it with --url URL.");
-        }
-        Session session{CheckServiceUrl(settings.url, settings.insecureHttp), user_, {}};
-        CreatePrivateFolder(StateFolder()); // what is wrong with it shows before the sign-in
-        const auto service = std::make_shared<Service>(session, context.Timeout());
-        // A session that outlived an earlier run in the platform's jar would stand in the way.
-        ForgetCookies(session.url);
-        const auto attempt = service->Call(
-            "The sign-in to " + session.url + " failed.",
-            [user = ToWide(user_), password = ToWide(AskPassword(user_)),
-             requests = SignInRequests(session.url, settings.insecureHttp)](Service& at) {
-                auto made = std::make_unique<Attempt>(Attempt{nullptr, requests});
-                made->response.reset(CSignInProxy(&made->requests)
-                                         .SignIn(at.Url().c_str(), user.c_str(), password.c_str()));
-                return made.release();
-            });
-        if (!attempt->response->GetSucceeded()) {
-            Fail(session.url, *attempt);
-        }
-        // Those that requests to the service itself will carry, whatever else was set on the way.
-        session.cookies = ToUtf8(CInternetCache().GetCookie((service->Url() + L"/").c_str()));
-        if (session.cookies.find("FedAuth1=") == std::string::npos) {
-            throw Failure(ExitCode::Refused,
-                          "The sign-in to " + session.url +
-                              " succeeded, but has left no session for that address.",
-                          "Check that the address is the service's own.");
-        }
-        SaveSession(session);
-        context.Out().Line("Signed in to " + session.url + " as " + user_ + ".");
-        context.Out().Document({{"url", session.url}, {"user", user_}});
-        return ExitCode::Success;
-    }
-
-private:
-    std::string user_;
-};
-
 } // namespace
 
-std::unique_ptr<Command> MakeSignIn() {
-    return std::make_unique<SignIn>();
+ExitCode RunSignIn(Context& context) {
+    const Options& settings = context.Settings();
+    if (settings.url.empty()) {
+        throw Failure(ExitCode::Usage, "sign-in needs the address of the service.",
+                      "Give it with --url URL.");
+    }
+    Session session{CheckServiceUrl(settings.url, settings.insecureHttp), settings.user, {}};
+    CreatePrivateFolder(StateFolder()); // what is wrong with it shows before the sign-in
+    const auto service = std::make_shared<Service>(session, context.Timeout());
+    // A session that outlived an earlier run in the platform's jar would stand in the way.
+    ForgetCookies(session.url);
+    const auto attempt = service->Call(
+        "The sign-in to " + session.url + " failed.",
+        [user = Utf8::ToWide(settings.user), password = Utf8::ToWide(AskPassword(settings.user)),
+         requests = SignInRequests(session.url, settings.insecureHttp)](Service& at) {
+            auto made = std::make_unique<Attempt>(Attempt{nullptr, requests});
+            made->response.reset(CSignInProxy(&made->requests)
+                                     .SignIn(at.Url().c_str(), user.c_str(), password.c_str()));
+            return made.release();
+        });
+    if (!attempt->response->GetSucceeded()) {
+        Fail(session.url, *attempt);
+    }
+    // Those that requests to the service itself will carry, whatever else was set on the way.
+    session.cookies = Utf8::ToNarrow(CInternetCache().GetCookie((service->Url() + L"/").c_str()));
+    if (session.cookies.find("FedAuth1=") == std::string::npos) {
+        throw Failure(ExitCode::Refused,
+                      "The sign-in to " + session.url +
+                          " succeeded, but has left no session for that address.",
+                      "Check that the address is the service's own.");
+    }
+    SaveSession(session);
+    context.Out().Line("Signed in to " + session.url + " as " + settings.user + ".");
+    context.Out().Document({{"url", session.url}, {"user", settings.user}});
+    return ExitCode::Success;
 }
 
 } // namespace brevint::cli

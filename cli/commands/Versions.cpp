@@ -1,42 +1,29 @@
 #include "brevint/VersionInfoResponse.h"
 #include "brevint/VersionProxy.h"
 #include "brevint/WebRequestFactory.h"
-#include "cli/Command.h"
-#include "cli/Utf8.h"
+#include "cli/run/Context.h"
+#include "support/Utf8.h"
 
 #include <nlohmann/json.hpp>
 
 namespace brevint::cli {
 
-namespace {
-
-class Versions : public Command {
-public:
-    void AddOptions(OptionList&) override {}
-
-    ExitCode Run(Context& context) override {
-        const auto response = context.TheService().Call(
-            context.TheSession().url + " does not tell its version.", [](Service& service) {
-                WebRequestFactory factory;
-                return CVersionProxy(&factory).GetVersionInfo(service.Url().c_str());
-            });
-        const std::string version = ToUtf8(response->GetSystemVersion());
-        std::vector<std::string> lines = {"Service: " + version};
-        nlohmann::json desktop = nlohmann::json::array();
-        for (const std::wstring& accepted : response->GetCompatableDesktopVersions()) {
-            desktop.push_back(ToUtf8(accepted));
-            lines.push_back("Accepted desktop version: " + desktop.back().get<std::string>());
-        }
-        context.Out().Lines(lines);
-        context.Out().Document({{"service", version}, {"desktop", std::move(desktop)}});
-        return ExitCode::Success;
+ExitCode RunVersions(Context& context) {
+    const auto response = context.TheService().Call(
+        context.TheSession().url + " does not tell its version.", [](Service& service) {
+            WebRequestFactory factory;
+            return CVersionProxy(&factory).GetVersionInfo(service.Url().c_str());
+        });
+    const std::string version = Utf8::ToNarrow(response->GetSystemVersion());
+    std::vector<std::string> lines = {"Service: " + version};
+    nlohmann::json desktop = nlohmann::json::array();
+    for (const std::wstring& accepted : response->GetCompatableDesktopVersions()) {
+        desktop.push_back(Utf8::ToNarrow(accepted));
+        lines.push_back("Accepted desktop version: " + desktop.back().get<std::string>());
     }
-};
-
-} // namespace
-
-std::unique_ptr<Command> MakeVersions() {
-    return std::make_unique<Versions>();
+    context.Out().Lines(lines);
+    context.Out().Document({{"service", version}, {"desktop", std::move(desktop)}});
+    return ExitCode::Success;
 }
 
 } // namespace brevint::cli

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "service/ReferenceService.h"
 #include "tests/cli/ClientRun.h"
 #include "tests/support/TempFolder.h"
 
@@ -28,14 +29,30 @@ protected:
     void KeepSession(const std::string& url, const std::string& cookies);
     std::filesystem::path SessionFile() const;
 
-    const std::filesystem::path& Work() const { return work_.Folder(); }
+    const std::filesystem::path& Work() const { return m_work.Folder(); }
     /// The names of all that lies in the working folder, in UTF-8.
     std::set<std::string> WorkNames() const;
 
 private:
-    TempFolder state_;
-    TempFolder work_;
-    TempFolder streams_;
+    TempFolder m_state;
+    TempFolder m_work;
+    TempFolder m_streams;
+};
+
+/// The same with a reference service of the user's own.
+class ClientServiceTest : public ClientTest {
+protected:
+    ClientServiceTest();
+
+    ClientRun::Result SignIn(const std::string& user = "ada",
+                             const std::string& input = "ada-secret\n");
+
+    /// In the folder of the projects, of bytes as Pattern has them. More than a pipe holds.
+    static constexpr std::size_t kBigSize = 3'000'000;
+    static constexpr char kBig[] = "/Projects/Big.bin";
+    static std::string Pattern(std::size_t size);
+
+    service::ReferenceService m_service;
 };
 
 } // namespace brevint::test

@@ -11,7 +11,7 @@ namespace brevint::test {
 class ClientRun {
 public:
     struct Result {
-        int exitCode = -1; ///< -1 when the program did not end within a minute.
+        int exitCode = -1; ///< -1 when a signal has ended the program.
         std::string output;
         std::string error;
     };
@@ -20,18 +20,19 @@ public:
     /// streams are files in `streams`.
     ClientRun(const std::vector<std::string>& arguments, const std::string& input,
               const std::filesystem::path& workingFolder, const std::filesystem::path& streams);
+    /// Ends it, if nobody has waited for its end.
     ~ClientRun();
 
     /// By which the system knows it.
-    unsigned long ProcessId() const;
+    int ProcessId() const;
 
-    /// Waits for its end.
+    /// Waits for its end. To be called once.
     Result Wait();
 
 private:
     struct Process;
-    std::filesystem::path streams_;
-    std::unique_ptr<Process> process_;
+    std::filesystem::path m_streams;
+    std::unique_ptr<Process> m_process;
 };
 
 /// The bytes of a file; "" when there is none.

@@ -1,9 +1,8 @@
 #include "tests/cli/ClientRun.h"
 
-#include <chrono>
 #include <csignal>
-#include <future>
 #include <system_error>
+#include <utility>
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -13,27 +12,14 @@
 
 namespace brevint::test {
 
-namespace {
-
-constexpr auto kLimit = std::chrono::minutes(1);
-
-int Reap(pid_t pid) {
-    int status = 0;
-    waitpid(pid, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
-} // namespace
-
 struct ClientRun::Process {
     pid_t pid = 0;
-    std::future<int> exitCode;
 };
 
 ClientRun::ClientRun(const std::vector<std::string>& arguments, const std::string& input,
                      const std::filesystem::path& workingFolder,
                      const std::filesystem::path& streams)
-    : streams_(streams), process_(std::make_unique<Process>()) {
+    : m_streams(streams), m_process(std::make_unique<Process>()) {
     WriteFile(streams / "input", input);
     std::string program = std::filesystem::read_symlink("/proc/self/exe").parent_path() / "brevint";
     std::vector<std::string> texts = arguments;
@@ -51,39 +37,31 @@ ClientRun::ClientRun(const std::vector<std::string>& arguments, const std::strin
     posix_spawn_file_actions_addopen(&actions, 2, (streams / "error").c_str(), write, 0600);
     posix_spawn_file_actions_addchdir_np(&actions, workingFolder.c_str());
     // A shell starts what runs in the background with Ctrl-C ignored.
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    sigset_t defaults;
-    sigemptyset(&defaults);
-    sigaddset(&defaults, SIGINT);
-    posix_spawnattr_setsigdefault(&attributes, &defaults);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
+    std::signal(SIGINT, SIG_DFL);
     const int error =
-        posix_spawn(&process_->pid, program.c_str(), &actions, &attributes, list.data(), environ);
-    posix_spawnattr_destroy(&attributes);
+        posix_spawn(&m_process->pid, program.c_str(), &actions, nullptr, list.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     if (error != 0) {
         throw std::system_error(error, std::generic_category());
     }
-    process_->exitCode = std::async(std::launch::async, Reap, process_->pid);
 }
 
 ClientRun::~ClientRun() {
-    if (process_->exitCode.valid()) {
-        kill(process_->pid, SIGKILL);
+    if (m_process->pid != 0) {
+        kill(m_process->pid, SIGKILL);
+        Wait();
     }
 }
 
-unsigned long ClientRun::ProcessId() const {
-    return static_cast<unsigned long>(process_->pid);
+int ClientRun::ProcessId() const {
+    return m_process->pid;
 }
 
 ClientRun::Result ClientRun::Wait() {
-    if (process_->exitCode.wait_for(kLimit) != std::future_status::ready) {
-        kill(process_->pid, SIGKILL);
-    }
-    const int exitCode = process_->exitCode.get();
-    return {exitCode, ReadFile(streams_ / "output"), ReadFile(streams_ / "error")};
+    int status = 0;
+    waitpid(std::exchange(m_process->pid, 0), &status, 0);
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(m_streams / "output"),
+            ReadFile(m_streams / "error")};
 }
 
 void OpenToEverybody(const std::filesystem::path& path) {

@@ -1,11 +1,11 @@
 #include "tests/cli/ClientRun.h"
 
-#include "cli/Utf8.h"
+#include "support/Utf8.h"
+#include "support/windows/Handles.h"
 
 #include <cstddef>
+#include <regex>
 #include <system_error>
-
-#include <windows.h>
 
 #include <aclapi.h>
 #include <sddl.h>
@@ -14,139 +14,95 @@ namespace brevint::test {
 
 namespace {
 
-constexpr DWORD kLimit = 60 * 1000;
-
-struct HandleCloser {
-    using pointer = HANDLE;
-    void operator()(HANDLE handle) const { CloseHandle(handle); }
-};
-using HandlePtr = std::unique_ptr<HANDLE, HandleCloser>;
-
-[[noreturn]] void ThrowLastError() {
-    throw std::system_error(static_cast<int>(GetLastError()), std::system_category());
+void Require(bool succeeded) {
+    if (!succeeded) {
+        throw std::system_error(static_cast<int>(GetLastError()), std::system_category());
+    }
 }
-
-/// Names the handles that a new process inherits; `handles` must outlive it.
-class AttributeList {
-public:
-    AttributeList(HANDLE* handles, std::size_t size) {
-        SIZE_T needed = 0;
-        InitializeProcThreadAttributeList(nullptr, 1, 0, &needed);
-        memory_.resize(needed);
-        if (!InitializeProcThreadAttributeList(Get(), 1, 0, &needed) ||
-            !UpdateProcThreadAttribute(Get(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, handles, size,
-                                       nullptr, nullptr)) {
-            ThrowLastError();
-        }
-    }
-    AttributeList(const AttributeList&) = delete;
-    AttributeList& operator=(const AttributeList&) = delete;
-    ~AttributeList() { DeleteProcThreadAttributeList(Get()); }
-
-    LPPROC_THREAD_ATTRIBUTE_LIST Get() const {
-        return reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(memory_.data());
-    }
-
-private:
-    mutable std::vector<std::byte> memory_;
-};
 
 HandlePtr OpenStream(const std::filesystem::path& path, DWORD access, DWORD disposition) {
     SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
     const HANDLE file = CreateFileW(path.c_str(), access, FILE_SHARE_READ, &inherited, disposition,
                                     FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == INVALID_HANDLE_VALUE) {
-        ThrowLastError();
-    }
+    Require(file != INVALID_HANDLE_VALUE);
     return HandlePtr(file);
 }
 
-/// The argument as the C runtime's rules have it in a command line.
-std::wstring Quote(const std::string& argument) {
-    std::wstring quoted = L"\"";
-    std::size_t backslashes = 0;
-    for (const wchar_t c : cli::ToWide(argument)) {
-        if (c == L'"') {
-            quoted.append(backslashes + 1, L'\\');
-        }
-        backslashes = c == L'\\' ? backslashes + 1 : 0;
-        quoted += c;
-    }
-    return quoted.append(backslashes, L'\\') + L"\"";
+/// Starts a program, which inherits these handles and no others: a server's sockets would stay open
+/// in it after the server has closed them.
+PROCESS_INFORMATION StartProcess(std::wstring command, const std::filesystem::path& folder,
+                                 STARTUPINFOEXW& startup, std::vector<HANDLE> inherited) {
+    SIZE_T size = 0;
+    InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
+    std::vector<std::byte> memory(size);
+    startup.lpAttributeList = reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(memory.data());
+    Require(InitializeProcThreadAttributeList(startup.lpAttributeList, 1, 0, &size));
+    PROCESS_INFORMATION process = {};
+    Require(UpdateProcThreadAttribute(startup.lpAttributeList, 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST,
+                                      inherited.data(), inherited.size() * sizeof(HANDLE), nullptr,
+                                      nullptr) &&
+            CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE,
+                           EXTENDED_STARTUPINFO_PRESENT, nullptr, folder.c_str(),
+                           &startup.StartupInfo, &process));
+    DeleteProcThreadAttributeList(startup.lpAttributeList);
+    return process;
 }
 
 } // namespace
 
 struct ClientRun::Process {
-    DWORD id = 0;
     HandlePtr handle;
 };
 
 ClientRun::ClientRun(const std::vector<std::string>& arguments, const std::string& input,
                      const std::filesystem::path& workingFolder,
                      const std::filesystem::path& streams)
-    : streams_(streams), process_(std::make_unique<Process>()) {
+    : m_streams(streams), m_process(std::make_unique<Process>()) {
     WriteFile(streams / "input", input);
     // Looked for in the folder of this very program first.
     std::wstring command = L"brevint.exe";
     for (const std::string& argument : arguments) {
-        command += L" " + Quote(argument);
+        // No argument of a test has a backslash before a quotation mark.
+        command += L" \"" +
+                   std::regex_replace(Utf8::ToWide(argument), std::wregex(L"\""), L"\\\"") + L"\"";
     }
     const HandlePtr in = OpenStream(streams / "input", GENERIC_READ, OPEN_EXISTING);
     const HandlePtr out = OpenStream(streams / "output", GENERIC_WRITE, CREATE_ALWAYS);
     const HandlePtr error = OpenStream(streams / "error", GENERIC_WRITE, CREATE_ALWAYS);
-    // Only these: a server's sockets would stay open in the program after the server closed them.
-    HANDLE inherited[] = {in.get(), out.get(), error.get()};
-    const AttributeList attributes(inherited, sizeof inherited);
     STARTUPINFOEXW startup = {};
     startup.StartupInfo.cb = sizeof startup;
     startup.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
     startup.StartupInfo.hStdInput = in.get();
     startup.StartupInfo.hStdOutput = out.get();
     startup.StartupInfo.hStdError = error.get();
-    startup.lpAttributeList = attributes.Get();
-    PROCESS_INFORMATION process = {};
-    if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE,
-                        EXTENDED_STARTUPINFO_PRESENT, nullptr, workingFolder.c_str(),
-                        &startup.StartupInfo, &process)) {
-        ThrowLastError();
-    }
+    const PROCESS_INFORMATION process = StartProcess(std::move(command), workingFolder, startup,
+                                                     {in.get(), out.get(), error.get()});
     CloseHandle(process.hThread);
-    process_->handle.reset(process.hProcess);
-    process_->id = process.dwProcessId;
+    m_process->handle.reset(process.hProcess);
 }
 
 ClientRun::~ClientRun() {
-    TerminateProcess(process_->handle.get(), 1);
+    TerminateProcess(m_process->handle.get(), 1);
 }
 
-unsigned long ClientRun::ProcessId() const {
-    return process_->id;
+int ClientRun::ProcessId() const {
+    return static_cast<int>(GetProcessId(m_process->handle.get()));
 }
 
 ClientRun::Result ClientRun::Wait() {
-    DWORD exitCode = static_cast<DWORD>(-1);
-    if (WaitForSingleObject(process_->handle.get(), kLimit) == WAIT_OBJECT_0) {
-        GetExitCodeProcess(process_->handle.get(), &exitCode);
-    } else {
-        TerminateProcess(process_->handle.get(), 1);
-        WaitForSingleObject(process_->handle.get(), kLimit);
-    }
-    return {static_cast<int>(exitCode), ReadFile(streams_ / "output"),
-            ReadFile(streams_ / "error")};
+    DWORD exitCode = 0;
+    Require(WaitForSingleObject(m_process->handle.get(), INFINITE) == WAIT_OBJECT_0 &&
+            GetExitCodeProcess(m_process->handle.get(), &exitCode));
+    return {static_cast<int>(exitCode), ReadFile(m_streams / "output"),
+            ReadFile(m_streams / "error")};
 }
 
 void OpenToEverybody(const std::filesystem::path& path) {
     PSECURITY_DESCRIPTOR descriptor = nullptr;
-    if (!ConvertStringSecurityDescriptorToSecurityDescriptorW(L"D:P(A;;FA;;;WD)", SDDL_REVISION_1,
-                                                              &descriptor, nullptr)) {
-        ThrowLastError();
-    }
-    const BOOL set = SetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, descriptor);
-    LocalFree(descriptor);
-    if (!set) {
-        ThrowLastError();
-    }
+    Require(ConvertStringSecurityDescriptorToSecurityDescriptorW(
+        L"D:P(A;;FA;;;WD)", SDDL_REVISION_1, &descriptor, nullptr));
+    const LocalPtr owner(descriptor);
+    Require(SetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, descriptor));
 }
 
 } // namespace brevint::test

@@ -1,0 +1,42 @@
+#include "cli/app/Application.h"
+
+#include "cli/app/CommandLine.h"
+#include "cli/output/Failure.h"
+#include "cli/run/Context.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+
+namespace brevint::cli {
+
+namespace {
+
+/// Whether JSON is wanted, as far as a command line tells that cannot be read.
+bool AsksForJson(const std::vector<std::string>& arguments) {
+    const auto end = std::find(arguments.begin(), arguments.end(), "--");
+    return std::find(arguments.begin(), end, "--json") != end;
+}
+
+} // namespace
+
+ExitCode RunApplication(const std::vector<std::string>& arguments) {
+    bool json = AsksForJson(arguments);
+    try {
+        const std::optional<Request> request = ParseCommandLine(arguments);
+        if (!request) {
+            return ExitCode::Success;
+        }
+        json = request->options.json;
+        Context context(request->options);
+        return request->command.run(context);
+    } catch (...) {
+        const Failure failure = CurrentFailure();
+        const Output output(json);
+        output.Report(failure);
+        output.Document({{"error", ToJson(failure)}});
+        return failure.exitCode;
+    }
+}
+
+} // namespace brevint::cli

@@ -1,0 +1,96 @@
+#include "cli/output/Output.h"
+
+#include "cli/terminal/SafeText.h"
+#include "cli/terminal/Terminal.h"
+
+#include <nlohmann/json.hpp>
+
+namespace brevint::cli {
+
+namespace {
+
+/// Standard output in the manner of every other file that cannot be written.
+void Write(const std::string& text) {
+    try {
+        Terminal::Write(Terminal::Stream::Output, text);
+    } catch (const std::system_error& error) {
+        throw LocalFailure("The output cannot be written", error.code());
+    }
+}
+
+/// The text in the colour with that number (of ECMA-48), where the stream shows colours.
+std::string Colour(Terminal::Stream stream, const char* number, const std::string& text) {
+    return Terminal::HasColours(stream) ? "\x1b[" + std::string(number) + "m" + text + "\x1b[0m"
+                                        : text;
+}
+
+constexpr char kBold[] = "1";
+constexpr char kRed[] = "31";
+
+} // namespace
+
+void Output::Lines(const std::vector<std::string>& lines) const {
+    if (m_json) {
+        return;
+    }
+    std::string text;
+    for (const std::string& line : lines) {
+        text += Neutralise(line) + "\n";
+    }
+    Write(text);
+}
+
+void Output::Print(const Table& table) const {
+    std::vector<std::string> lines = table.Lines();
+    if (!m_json) {
+        Write(Colour(Terminal::Stream::Output, kBold, lines.front()) + "\n");
+    }
+    lines.erase(lines.begin());
+    Lines(lines);
+}
+
+void Output::Document(const nlohmann::json& document) const {
+    if (m_json) {
+        Write(
+            NeutraliseJson(document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace)) +
+            "\n");
+    }
+}
+
+void Output::Report(const Failure& failure) const {
+    std::string text = Colour(Terminal::Stream::Error, kRed, "brevint:") + " " +
+                       Neutralise(failure.summary) + "\n";
+    if (!failure.serverWords.empty()) {
+        text += "  The " + std::string(failure.speaker) + " says: \"" +
+                Neutralise(failure.serverWords) + "\"\n";
+    }
+    if (failure.code != 0) {
+        text += "  Code: " + std::to_string(failure.code) + " (" + failure.codeName + ")\n";
+    }
+    if (!failure.hint.empty()) {
+        text += "  What to try: " + Neutralise(failure.hint) + "\n";
+    }
+    try {
+        Terminal::Write(Terminal::Stream::Error, text);
+    } catch (const std::system_error&) {
+        return; // nobody is there to be told
+    }
+}
+
+nlohmann::json ToJson(const Failure& failure) {
+    nlohmann::json document = {{"message", failure.summary},
+                               {"exitCode", static_cast<int>(failure.exitCode)}};
+    if (!failure.serverWords.empty()) {
+        document[failure.speaker] = failure.serverWords;
+    }
+    if (failure.code != 0) {
+        document["code"] = failure.code;
+        document["name"] = failure.codeName;
+    }
+    if (!failure.hint.empty()) {
+        document["hint"] = failure.hint;
+    }
+    return document;
+}
+
+} // namespace brevint::cli

@@ -1,0 +1,31 @@
+#include "cli/output/SizeText.h"
+
+#include <array>
+#include <charconv>
+
+namespace brevint::cli {
+
+std::optional<std::uint64_t> ParseSize(std::string_view text) {
+    std::uint64_t bytes = 0;
+    const char* const end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, bytes);
+    if (error != std::errc() || rest != end) {
+        return std::nullopt;
+    }
+    return bytes;
+}
+
+std::string FormatSize(std::uint64_t bytes) {
+    constexpr std::array units = {" KiB", " MiB", " GiB", " TiB", " PiB", " EiB"};
+    if (bytes < 1024) {
+        return std::to_string(bytes) + " B";
+    }
+    std::uint64_t tenths = bytes / 1024 * 10 + bytes % 1024 * 10 / 1024;
+    std::size_t unit = 0;
+    for (; tenths >= 1024 * 10; tenths /= 1024) {
+        ++unit;
+    }
+    return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + units[unit];
+}
+
+} // namespace brevint::cli

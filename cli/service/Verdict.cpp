@@ -1,0 +1,71 @@
+#include "cli/service/Verdict.h"
+
+#include "brevint/ErrorCodes.h"
+#include "brevint/IResponse.h"
+#include "cli/output/Failure.h"
+#include "cli/service/ErrorText.h"
+#include "support/Utf8.h"
+
+#include <new>
+
+namespace brevint::cli {
+
+namespace {
+
+constexpr unsigned long kFound = 302;
+constexpr unsigned long kUnauthorized = 401;
+constexpr unsigned long kForbidden = 403;
+
+/// Services send whoever is not signed in to the portal, or say so by the status alone.
+bool IsSignInStatus(unsigned long status) {
+    return status == kFound || status == kUnauthorized || status == kForbidden;
+}
+
+std::string ServerWords(const IReadOnlyResponse& response) {
+    const auto* const full = dynamic_cast<const IResponse*>(&response);
+    return full ? Utf8::ToNarrow(full->GetServerErrorMessage()) : std::string();
+}
+
+} // namespace
+
+unsigned long StatusOf(const IReadOnlyResponse& response) {
+    const auto* const full = dynamic_cast<const IResponse*>(&response);
+    return full ? full->GetStatusCode() : 0;
+}
+
+void RequireSuccess(const IReadOnlyResponse* response, const std::string& summary) {
+    if (!response) {
+        throw std::bad_alloc();
+    }
+    const unsigned long status = StatusOf(*response);
+    const std::string words = ServerWords(*response);
+    // A reply without a message counts as success for the library whatever its status. A portal's
+    // page or a broken server's is not what was asked for, however well-formed.
+    const bool fromService = status / 100 == 2 || !words.empty();
+    if (response->GetSucceeded() && fromService) {
+        return;
+    }
+    const bool silent = status != 0 && words.empty();
+    double code = response->GetErrorCode();
+    if (status == 0) {
+        code = ErrorCode::EmptyReply;
+    } else if (silent && IsSignInStatus(status)) {
+        code = ErrorCode::AuthorizationFailed;
+    } else if (response->GetSucceeded()) {
+        code = ErrorCode::MessageNotRecognised;
+    }
+    const ErrorText& text = FindErrorText(code);
+    Failure failure(text.exitCode, summary, text.hint);
+    failure.serverWords = words;
+    failure.code = static_cast<int>(code);
+    failure.codeName = text.name;
+    if (silent && status / 100 != 2) {
+        failure.summary += " The service answered with HTTP status " + std::to_string(status) + ".";
+        if (code == ErrorCode::EmptyReply) {
+            failure.exitCode = ExitCode::Refused;
+        }
+    }
+    throw failure;
+}
+
+} // namespace brevint::cli

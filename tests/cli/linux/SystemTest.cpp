@@ -1,0 +1,94 @@
+// What Windows does not have: pipes and devices to write to, signals, owners of folders.
+
+#include "tests/cli/ClientFixture.h"
+#include "tests/support/ScriptedServer.h"
+
+#include <csignal>
+#include <future>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace brevint::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+class ClientSystemTest : public ClientServiceTest {
+protected:
+    ClientSystemTest() {
+        EXPECT_EQ(0, SignIn().exitCode);
+        mkfifo((Work() / "pipe").c_str(), 0600);
+    }
+};
+
+TEST_F(ClientSystemTest, WritesToWhatIsNoOrdinaryFile) {
+    constexpr char kNotes[] = "/Projects/Bridge/Notes.txt";
+    constexpr char kContent[] = "Span 3 needs a second look.\n";
+    auto reader = std::async(std::launch::async, ReadFile, Work() / "pipe");
+    EXPECT_EQ(0, Run({"get", kNotes, "-o", "pipe"}).exitCode);
+    EXPECT_EQ(kContent, reader.get());
+    EXPECT_EQ(kContent, Run({"get", kNotes, "-o", "/dev/stdout"}).output);
+    EXPECT_EQ(5, Run({"get", kNotes, "-o", "/dev/full"}).exitCode);
+    EXPECT_EQ(5, Run({"get", kNotes, "-o", "."}).exitCode);
+    EXPECT_EQ(std::set<std::string>{"pipe"}, WorkNames());
+}
+
+// Ctrl-C ends a write to a pipe that nobody empties; one that nobody reads any more ends it too.
+TEST_F(ClientSystemTest, DoesNotWaitForAReaderWithoutEnd) {
+    for (const bool interrupted : {true, false}) {
+        const int reader = open((Work() / "pipe").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+        ClientRun run = Start({"get", kBig, "-o", "pipe"});
+        pollfd written = {reader, POLLIN, 0};
+        ASSERT_EQ(1, poll(&written, 1, 60'000));
+        if (interrupted) {
+            kill(run.ProcessId(), SIGINT);
+            EXPECT_EQ(130, run.Wait().exitCode);
+            close(reader);
+        } else {
+            close(reader);
+            EXPECT_EQ(5, run.Wait().exitCode);
+        }
+    }
+    EXPECT_EQ(std::set<std::string>{"pipe"}, WorkNames());
+}
+
+TEST_F(ClientTest, LeavesNothingBehindWhenInterrupted) {
+    ScriptedServer server;
+    server.On("/Repository/Files/abc")
+        .Head(200, {{"Content-Length", "1000"}})
+        .SendPattern(300)
+        .Wait("never");
+    server.On("/Repository/Items/abc/Files").Wait("silent");
+    KeepSession(Narrow(server.Url("")), "a=b");
+    WriteFile(Work() / "old", "old");
+    for (const auto& [gate, arguments] :
+         {std::pair("never", std::vector<std::string>{"get", "abc", "-o", "old"}),
+          {"silent", {"put", "old", "--to", "abc"}}}) {
+        ClientRun run = Start(arguments);
+        ASSERT_TRUE(server.AwaitArrivalAt(gate));
+        kill(run.ProcessId(), SIGINT);
+        EXPECT_EQ(130, run.Wait().exitCode);
+        EXPECT_EQ("old", ReadFile(Work() / "old"));
+        EXPECT_EQ(std::set<std::string>{"old"}, WorkNames());
+    }
+}
+
+TEST_F(ClientTest, RefusesAStateFolderOfSomebodyElse) {
+    KeepSession("https://host", "a=b");
+    const fs::path folder = SessionFile().parent_path();
+    if (geteuid() == 0) {
+        ASSERT_EQ(0, chown(folder.c_str(), 65534, 65534));
+    } else {
+        fs::remove_all(folder);
+        fs::create_directory_symlink("/", folder);
+    }
+    const auto result = Run({"ls"});
+    EXPECT_EQ(5, result.exitCode);
+    EXPECT_NE(std::string::npos, result.error.find("is not one of yours")) << result.error;
+}
+
+} // namespace
+} // namespace brevint::test
