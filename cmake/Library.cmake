@@ -20,7 +20,7 @@ add_library(brevint_objects OBJECT ${BREVINT_SOURCES} ${resource_sources})
 target_compile_definitions(brevint_objects PUBLIC BREVINT_BUILDING)
 target_include_directories(brevint_objects PUBLIC ${CMAKE_SOURCE_DIR} ${CMAKE_SOURCE_DIR}/include)
 target_link_libraries(brevint_objects
-  PUBLIC brevint_platform brevint_utf8 LibXml2::LibXml2 Threads::Threads
+  PUBLIC brevint_platform brevint_utf8 brevint_local_files LibXml2::LibXml2 Threads::Threads
   PRIVATE utf8proc::utf8proc)
 target_precompile_headers(brevint_objects REUSE_FROM brevint_utf8)
 
