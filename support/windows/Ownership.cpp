@@ -80,9 +80,8 @@ std::error_code Access::ReadFrom(HANDLE file) {
     if (!GetSecurityDescriptorControl(descriptor, &control, &revision)) {
         return FileError();
     }
-    if ((control & SE_DACL_PROTECTED) != 0) {
-        m_kind |= PROTECTED_DACL_SECURITY_INFORMATION;
-    }
+    m_kind |= (control & SE_DACL_PROTECTED) != 0 ? PROTECTED_DACL_SECURITY_INFORMATION
+                                                 : UNPROTECTED_DACL_SECURITY_INFORMATION;
     return {};
 }
 

@@ -30,6 +30,16 @@ inline std::string ReadFile(const std::wstring& name) {
     return file ? std::string(std::istreambuf_iterator<char>(file), {}) : "(unreadable)";
 }
 
+/// A file with that ending; empty when the folder holds none.
+inline std::filesystem::path FindFile(const std::filesystem::path& folder, const char* ending) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        if (entry.path().extension() == ending) {
+            return entry.path();
+        }
+    }
+    return {};
+}
+
 inline std::vector<char> Bytes(std::string_view text) {
     return {text.begin(), text.end()};
 }

@@ -1,6 +1,5 @@
 #include "support/LocalFileWriter.h"
 
-#include "tests/library/ForeignParts.h"
 #include "tests/library/Helpers.h"
 #include "tests/support/TempFolder.h"
 
@@ -13,33 +12,26 @@ namespace fs = std::filesystem;
 constexpr auto kResumable = LocalFileWriter::Part::Resumable;
 
 struct ResumablePart : testing::Test {
-    fs::path At(const char* name) const { return folder.Folder() / name; }
-    std::string Read(const fs::path& path) const { return ReadFile(path.wstring()); }
-
-    /// Keeps a part and a record. Returns the path of the one with that ending.
-    fs::path Leave(std::string_view ending) const {
-        LocalFileWriter writer;
+    /// Leaves a part and a record.
+    void Leave() {
         EXPECT_FALSE(writer.Open(target, kResumable));
         EXPECT_FALSE(writer.Write("before"));
         EXPECT_FALSE(writer.WriteRecord("older"));
         EXPECT_FALSE(writer.WriteRecord("record"));
         writer.Keep();
-        fs::path found;
-        for (const auto& entry : fs::directory_iterator(folder.Folder())) {
-            found = entry.path().extension() == ending ? entry.path() : found;
-        }
-        return found;
     }
+    fs::path Find(const char* ending) const { return FindFile(folder.Folder(), ending); }
 
     const TempFolder folder;
-    const fs::path target = At("target");
+    const fs::path target = folder.Folder() / "target";
+    const fs::path other = folder.Folder() / "other";
+    LocalFileWriter writer;
 };
 
 TEST_F(ResumablePart, GoesOnWhereAnotherWriterStopped) {
-    const auto usual = fs::status(FilePath(WriteFile(At("usual").wstring(), ""))).permissions();
+    WriteFile(other.wstring(), "");
     for (const std::string content : {"new", "newer"}) {
-        Leave(".part");
-        LocalFileWriter writer;
+        Leave();
         ASSERT_FALSE(writer.Open(target, kResumable));
         EXPECT_EQ(writer.Size(), 6U);
         EXPECT_EQ(writer.ReadRecord(), "record");
@@ -48,58 +40,47 @@ TEST_F(ResumablePart, GoesOnWhereAnotherWriterStopped) {
         EXPECT_FALSE(writer.Truncate(4));
         EXPECT_EQ(writer.Size(), 4U);
         EXPECT_FALSE(writer.Write(content));
-        EXPECT_FALSE(writer.Finish(content == "newer"));
-        EXPECT_EQ(Read(target), "befo" + content);
-        EXPECT_EQ(fs::status(target).permissions(), usual);
+        EXPECT_FALSE(writer.Finish(false));
+        EXPECT_EQ(ReadFile(target.wstring()), "befo" + content);
+        EXPECT_EQ(fs::status(target).permissions(), fs::status(other).permissions());
         EXPECT_EQ(std::distance(fs::directory_iterator(folder.Folder()), {}), 2);
     }
 }
 
 TEST_F(ResumablePart, BelongsToOneWriterAtATime) {
-    LocalFileWriter first;
     LocalFileWriter second;
-    ASSERT_FALSE(first.Open(target, kResumable));
+    ASSERT_FALSE(writer.Open(target, kResumable));
     EXPECT_EQ(second.Open(target, kResumable), std::errc::device_or_resource_busy);
-    EXPECT_FALSE(second.Open(At("other"), kResumable));
-    first.Abandon();
+    EXPECT_FALSE(second.Open(other, kResumable));
+    writer.Abandon();
     EXPECT_FALSE(second.Open(target, kResumable));
     second.Abandon();
     EXPECT_TRUE(fs::is_empty(folder.Folder()));
 }
 
-TEST_F(ResumablePart, IsBegunAnewUnlessItIsTheUsersAndRecent) {
-    std::vector<ForeignPart> cases = ForeignParts();
-    cases.push_back({"with another link", [&](const fs::path& part) {
-                         fs::create_hard_link(part, At("theirs"));
-                     }});
-    cases.push_back({"a week old", [](const fs::path& part) {
-                         const auto now = fs::file_time_type::clock::now();
-                         fs::last_write_time(part, now - std::chrono::hours(169));
-                     }});
-    for (const auto& [what, make] : cases) {
-        SCOPED_TRACE(what);
-        make(Leave(".part"));
-        LocalFileWriter writer;
+TEST_F(ResumablePart, IsNotUsedOnceItIsOldOrHasAnotherName) {
+    const std::pair<const char*, std::uint64_t> cases[] = {
+        {"old", 0}, {".part", 0}, {".record", 6}};
+    for (const auto& [ending, left] : cases) {
+        SCOPED_TRACE(ending);
+        Leave();
+        const fs::path found = Find(ending);
+        if (found.empty()) {
+            const auto now = fs::file_time_type::clock::now();
+            fs::last_write_time(Find(".part"), now - std::chrono::hours(169));
+        } else {
+            fs::create_hard_link(found, folder.Folder() / (ending + 1));
+        }
         ASSERT_FALSE(writer.Open(target, kResumable));
-        EXPECT_EQ(writer.Size(), 0U);
+        EXPECT_EQ(writer.Size(), left);
         EXPECT_EQ(writer.ReadRecord(), "");
+        EXPECT_FALSE(writer.WriteRecord("new"));
+        EXPECT_EQ(writer.ReadRecord(), "new");
         EXPECT_FALSE(writer.Write("after"));
-        EXPECT_FALSE(writer.Finish(false));
-        EXPECT_EQ(Read(target), "after");
-        EXPECT_TRUE(!fs::exists(At("theirs")) || Read(At("theirs")) == "before");
-        fs::remove(At("theirs"));
     }
-}
-
-TEST_F(ResumablePart, ReadsNoRecordButItsOwn) {
-    fs::create_hard_link(Leave(".record"), At("theirs"));
-    LocalFileWriter writer;
-    ASSERT_FALSE(writer.Open(target, kResumable));
-    EXPECT_EQ(writer.ReadRecord(), "");
-    EXPECT_FALSE(writer.WriteRecord("new"));
     EXPECT_EQ(writer.WriteRecord(std::string(65'537, 'x')), std::errc::file_too_large);
-    EXPECT_EQ(writer.ReadRecord(), "new");
-    EXPECT_EQ(Read(At("theirs")), "record");
+    EXPECT_EQ(ReadFile(folder.Path(L"part")), "before");
+    EXPECT_EQ(ReadFile(folder.Path(L"record")), "record");
 }
 
 } // namespace

@@ -9,14 +9,17 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 
 #include <sys/stat.h>
 #include <sys/xattr.h>
+#include <unistd.h>
 
 namespace brevint::test {
 namespace {
 
 namespace fs = std::filesystem;
+using Part = LocalFileWriter::Part;
 
 std::error_code WriteTo(const fs::path& path) {
     LocalFileWriter writer;
@@ -34,6 +37,8 @@ struct LinuxFileWriter : testing::Test {
     }
     std::string Read(const char* name) const { return ReadFile(At(name).wstring()); }
 
+    fs::path FindPart() const { return FindFile(folder.Folder(), ".part"); }
+
     const TempFolder folder;
 };
 
@@ -44,11 +49,8 @@ TEST_F(LinuxFileWriter, KeepsPermissions) {
         chmod(At("target").c_str(), before);
         LocalFileWriter writer;
         ASSERT_FALSE(writer.Open(At("target")));
-        for (const auto& entry : fs::directory_iterator(folder.Folder())) {
-            const auto others = fs::perms::group_all | fs::perms::others_all;
-            const bool isPart = entry.path().filename() != "target";
-            EXPECT_TRUE(!isPart || (entry.status().permissions() & others) == fs::perms::none);
-        }
+        const fs::perms others = fs::perms::group_all | fs::perms::others_all;
+        EXPECT_EQ(fs::status(FindPart()).permissions() & others, fs::perms::none);
         ASSERT_FALSE(writer.Finish(true));
         struct stat file {};
         stat(At("target").c_str(), &file);
@@ -94,29 +96,46 @@ TEST_F(LinuxFileWriter, FollowsLinks) {
 
 // In a folder that others may write to, the part file is swapped for a link.
 TEST_F(LinuxFileWriter, WritesToNoFileButTheOneItMade) {
-    using Part = LocalFileWriter::Part;
     Put("theirs", "theirs");
-    const std::pair<const char*, Part> cases[] = {{"target", Part::Temporary},
-                                                  {"new", Part::Temporary},
-                                                  {"target", Part::Resumable},
-                                                  {"new", Part::Resumable}};
-    for (const auto& [destination, kind] : cases) {
-        LocalFileWriter writer;
-        ASSERT_FALSE(writer.Open(At(destination), kind));
-        fs::path part;
-        for (const auto& entry : fs::directory_iterator(folder.Folder())) {
-            part = entry.path().extension() == ".part" ? entry.path() : part;
+    for (const Part kind : {Part::Temporary, Part::Resumable}) {
+        for (const char* destination : {"target", "new"}) {
+            LocalFileWriter writer;
+            ASSERT_FALSE(writer.Open(At(destination), kind));
+            const fs::path part = FindPart();
+            fs::remove(part);
+            fs::create_symlink("theirs", part);
+            EXPECT_FALSE(writer.Write("after"));
+            EXPECT_EQ(writer.Finish(true), std::errc::device_or_resource_busy);
+            writer.Abandon();
+            EXPECT_EQ(Read("theirs"), "theirs");
+            EXPECT_TRUE(fs::remove(part));
         }
-        fs::remove(part);
-        fs::create_symlink("theirs", part);
-        EXPECT_FALSE(writer.Write("after"));
-        EXPECT_EQ(writer.Finish(true), std::errc::device_or_resource_busy);
-        writer.Abandon();
-        EXPECT_EQ(Read("theirs"), "theirs");
-        EXPECT_TRUE(fs::remove(part));
     }
     EXPECT_EQ(Read("target"), "before");
     EXPECT_EQ(std::distance(fs::directory_iterator(folder.Folder()), {}), 2);
+}
+
+TEST_F(LinuxFileWriter, GoesOnWithNothingThatOthersCouldWriteTo) {
+    const std::function<void(const fs::path&)> cases[] = {
+        [](const fs::path& part) { chmod(part.c_str(), 0620); },
+        [](const fs::path& part) { fs::remove(part), mkfifo(part.c_str(), 0600); },
+        [&](const fs::path& part) { fs::remove(part), fs::create_symlink("target", part); },
+        // Only root can give files away.
+        [](const fs::path& part) { chown(part.c_str(), 1, 1) != 0 && fs::remove(part); },
+    };
+    for (const auto& change : cases) {
+        LocalFileWriter writer;
+        ASSERT_FALSE(writer.Open(At("new"), Part::Resumable));
+        ASSERT_FALSE(writer.Write("theirs"));
+        writer.Keep();
+        change(FindPart());
+        ASSERT_FALSE(writer.Open(At("new"), Part::Resumable)) << &change - cases;
+        EXPECT_EQ(writer.Size(), 0U) << &change - cases;
+        EXPECT_FALSE(writer.Write("after"));
+        EXPECT_FALSE(writer.Finish(false));
+        EXPECT_EQ(Read("new"), "after");
+    }
+    EXPECT_EQ(Read("target"), "before");
 }
 
 } // namespace

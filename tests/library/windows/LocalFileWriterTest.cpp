@@ -40,15 +40,19 @@ std::wstring AccessList(const std::filesystem::path& path) {
     return list;
 }
 
+void OpenToEverybody(const std::filesystem::path& path) {
+    PSECURITY_DESCRIPTOR open = nullptr;
+    ASSERT_TRUE(ConvertStringSecurityDescriptorToSecurityDescriptorW(
+        L"D:P(A;;FA;;;WD)", SDDL_REVISION_1, &open, nullptr));
+    ASSERT_TRUE(SetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, open));
+    LocalFree(open);
+}
+
 TEST(WindowsFileWriter, KeepsTheAccessList) {
     const TempFolder folder;
     const std::filesystem::path target = FilePath(WriteFile(folder.Path(L"target"), "before"));
     const std::wstring usual = AccessList(target);
-    PSECURITY_DESCRIPTOR open = nullptr;
-    ASSERT_TRUE(ConvertStringSecurityDescriptorToSecurityDescriptorW(
-        L"D:P(A;;FA;;;WD)", SDDL_REVISION_1, &open, nullptr));
-    ASSERT_TRUE(SetFileSecurityW(target.c_str(), DACL_SECURITY_INFORMATION, open));
-    LocalFree(open);
+    OpenToEverybody(target);
     const std::wstring before = AccessList(target);
     ASSERT_NE(before, usual);
     for (const Part part : {Part::Temporary, Part::Resumable}) {
@@ -60,22 +64,30 @@ TEST(WindowsFileWriter, KeepsTheAccessList) {
     EXPECT_EQ(AccessList(folder.Folder() / "new"), usual);
 }
 
-TEST(WindowsFileWriter, FinishesOnceTheOldFileIsLetGo) {
+TEST(WindowsFileWriter, GoesOnWithAPartUnlessItIsEverybodys) {
     const TempFolder folder;
-    const std::wstring target = WriteFile(folder.Path(L"target"), "before");
+    const std::filesystem::path target = FilePath(WriteFile(folder.Path(L"target"), "before"));
     LocalFileWriter writer;
-    ASSERT_FALSE(writer.Open(FilePath(target), Part::Resumable));
+    // The old file's access list opens a part to everybody when it is about to be finished.
+    OpenToEverybody(target);
+    ASSERT_FALSE(writer.Open(target, Part::Resumable));
     ASSERT_FALSE(writer.Write("after"));
-    const HANDLE held = CreateFileW(target.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    EXPECT_TRUE(writer.Finish(false));
+    const auto finishWhileHeld = [&] {
+        const std::ifstream held(target);
+        return writer.Finish(false);
+    };
+    EXPECT_TRUE(finishWhileHeld());
     writer.Keep();
-    CloseHandle(held);
-    EXPECT_EQ(ReadFile(target), "before");
-    ASSERT_FALSE(writer.Open(FilePath(target), Part::Resumable));
+    ASSERT_FALSE(writer.Open(target, Part::Resumable));
     EXPECT_EQ(writer.Size(), 5U);
+    writer.Keep();
+    OpenToEverybody(FindFile(folder.Folder(), ".part"));
+    ASSERT_FALSE(writer.Open(target, Part::Resumable));
+    EXPECT_EQ(writer.Size(), 0U);
+    ASSERT_FALSE(writer.Write("after"));
+    EXPECT_TRUE(finishWhileHeld());
     EXPECT_FALSE(writer.Finish(false));
-    EXPECT_EQ(ReadFile(target), "after");
+    EXPECT_EQ(ReadFile(target.wstring()), "after");
 }
 
 TEST(WindowsFileWriter, WritesToDevicesThemselves) {
