@@ -14,7 +14,7 @@ namespace {
 
 /// Whether JSON is wanted, as far as a command line tells that cannot be read.
 bool AsksForJson(const std::vector<std::string>& arguments) {
-    const auto end = std::find(arguments.begin(), arguments.end(), "--");
+    const auto end = std::ranges::find(arguments, "--");
     return std::find(arguments.begin(), end, "--json") != end;
 }
 

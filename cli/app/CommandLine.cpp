@@ -95,7 +95,7 @@ std::optional<Request> ParseCommandLine(std::vector<std::string> arguments) {
                        "Options of all commands: brevint --help\n\n" + Footer(row));
     }
     try {
-        std::reverse(arguments.begin(), arguments.end()); // the order that CLI11 takes them in
+        std::ranges::reverse(arguments); // the order that CLI11 takes them in
         app.parse(std::move(arguments));
     } catch (const CLI::ParseError& result) {
         std::ostringstream out;

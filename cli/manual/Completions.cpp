@@ -65,8 +65,9 @@ void AddBashParts(BashParts& parts, const CommandRow& command, const std::string
         for (const std::string& name : option.OptionNames()) {
             if (TakesValue(option)) {
                 parts.skipped += (parts.skipped.empty() ? "" : " | ") + name;
-                parts.valueCases += "        " + pattern + "' " + name + "') " +
-                                    BashValue(option.value) + "; return ;;\n";
+                parts.valueCases.append("        ").append(pattern).append("' ").append(name);
+                parts.valueCases.append("') ").append(BashValue(option.value));
+                parts.valueCases.append("; return ;;\n");
             }
         }
     }
@@ -108,12 +109,16 @@ std::string ZshOptions(const CommandRow& command) {
         std::string names = option.names;
         std::ranges::replace(names, ',', ' ');
         for (const std::string& name : option.OptionNames()) {
-            const char* const joined = name.starts_with("--") ? "=" : "+";
-            text += "    " +
-                    Quote("(" + names + ")" + name + (TakesValue(option) ? joined : "") + "[" +
-                          ZshText(option.meaning) + "]" +
-                          (TakesValue(option) ? ZshValue(option.value) : "")) +
-                    "\n";
+            std::string rule = "(";
+            rule.append(names).append(")").append(name);
+            if (TakesValue(option)) {
+                rule += name.starts_with("--") ? '=' : '+';
+            }
+            rule.append("[").append(ZshText(option.meaning)).append("]");
+            if (TakesValue(option)) {
+                rule += ZshValue(option.value);
+            }
+            text.append("    ").append(Quote(rule)).append("\n");
         }
     }
     return text;

@@ -16,7 +16,7 @@ std::optional<std::uint64_t> ParseSize(std::string_view text) {
 }
 
 std::string FormatSize(std::uint64_t bytes) {
-    constexpr std::array units = {" KiB", " MiB", " GiB", " TiB", " PiB", " EiB"};
+    constexpr std::array kUnits = {" KiB", " MiB", " GiB", " TiB", " PiB", " EiB"};
     if (bytes < 1024) {
         return std::to_string(bytes) + " B";
     }
@@ -25,7 +25,7 @@ std::string FormatSize(std::uint64_t bytes) {
     for (; tenths >= 1024 * 10; tenths /= 1024) {
         ++unit;
     }
-    return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + units[unit];
+    return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + kUnits[unit];
 }
 
 } // namespace brevint::cli

@@ -14,7 +14,7 @@ namespace brevint::cli {
 namespace {
 
 bool IsIdentifier(std::string_view text) {
-    return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
+    return !text.empty() && std::ranges::all_of(text, [](char c) {
         return base::IsLetterOrDigit(c) ||
                std::string_view("-_{}").find(c) != std::string_view::npos;
     });
@@ -82,18 +82,18 @@ CFolderItem ItemResolver::Find(const std::string& path) {
         const auto bearsName = [&name](const CFolderItem& item) {
             return item.GetName() == name;
         };
-        const auto count = std::count_if(items.begin(), items.end(), bearsName);
+        const auto count = std::ranges::count_if(items, bearsName);
         if (count != 1) {
             const std::string shown = "\"" + Utf8::ToNarrow(name) + "\"";
-            throw Failure(ExitCode::Refused,
-                          count == 0 ? "There is no " + shown + " in the folder \"" + folder + "\"."
-                                     : "Several items in the folder \"" + folder +
-                                           "\" are called " + shown + ".",
-                          count == 0 ? "See what is there with brevint ls."
-                                     : "Name the item by its identifier; brevint ls -l shows it.");
+            const std::string where = " in the folder \"" + folder + "\"";
+            throw count == 0
+                ? Failure(ExitCode::Refused, "There is no " + shown + where + ".",
+                          "See what is there with brevint ls.")
+                : Failure(ExitCode::Refused, "Several items" + where + " are called " + shown + ".",
+                          "Name the item by its identifier; brevint ls -l shows it.");
         }
-        found = *std::find_if(items.begin(), items.end(), bearsName);
-        folder += "/" + Utf8::ToNarrow(name);
+        found = *std::ranges::find_if(items, bearsName);
+        folder.append("/").append(Utf8::ToNarrow(name));
     }
     return found;
 }

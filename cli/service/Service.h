@@ -37,7 +37,7 @@ public:
     /// Failure that begins with `summary` when it comes to nothing. `call` must hold copies of what
     /// it needs (see AwaitCall); `doing` is what is shown as progress.
     template <class Function>
-    auto Call(const std::string& summary, Function call,
+    auto Call(const std::string& summary, const Function& call,
               const std::string& doing = "Waiting for the service") {
         using Response = std::remove_pointer_t<std::invoke_result_t<Function, Service&>>;
         const auto response = std::make_shared<std::unique_ptr<Response>>();

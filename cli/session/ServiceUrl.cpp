@@ -11,7 +11,7 @@ namespace brevint::cli {
 namespace {
 
 bool IsProper(std::string_view url) {
-    return std::all_of(url.begin(), url.end(), [](char c) {
+    return std::ranges::all_of(url, [](char c) {
         return c > 0x20 && c < 0x7F &&
                std::string_view("\\\"<>^`{|}").find(c) == std::string_view::npos;
     });
@@ -21,7 +21,7 @@ bool IsProper(std::string_view url) {
 bool IsHost(std::string_view host) {
     const bool isAddress = host.starts_with('[') && host.ends_with(']');
     const std::string_view name = isAddress ? host.substr(1, host.size() - 2) : host;
-    return !name.empty() && std::all_of(name.begin(), name.end(), [isAddress](char c) {
+    return !name.empty() && std::ranges::all_of(name, [isAddress](char c) {
         return base::IsLetterOrDigit(c) ||
                std::string_view(isAddress ? ":." : "-._").find(c) != std::string_view::npos;
     });
@@ -52,11 +52,11 @@ bool IsLoopback(std::string_view host) {
         return true;
     }
     // 127.0.0.0/8 in full dotted form.
-    constexpr std::string_view prefix = "127.";
-    if (!host.starts_with(prefix)) {
+    constexpr std::string_view kPrefix = "127.";
+    if (!host.starts_with(kPrefix)) {
         return false;
     }
-    const char* next = host.data() + prefix.size();
+    const char* next = host.data() + kPrefix.size();
     const char* const end = host.data() + host.size();
     for (int part = 0; part < 3; ++part) {
         unsigned value = 0;

@@ -18,7 +18,7 @@ constexpr std::array<std::string_view, 2> kNumberedDevices = {"com", "lpt"};
 constexpr std::array<std::string_view, 3> kRaisedDigits = {"\u00B9", "\u00B2", "\u00B3"};
 
 bool IsOneOf(std::string_view text, const auto& list) {
-    return std::find(list.begin(), list.end(), text) != list.end();
+    return std::ranges::find(list, text) != list.end();
 }
 
 bool IsDevice(std::string_view name) {

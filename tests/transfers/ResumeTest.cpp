@@ -33,10 +33,19 @@ TEST_F(Resume, GoesOnWhereTheSameFileBrokeOff) {
     };
     const std::string whole = "0123456789";
     const Case cases[] = {
-        {"strong tag", {{"ETag", "\"a\""}}, {{"ETag", "\"a\""}, {"Content-Range", "bytes 4-9/10"}},
-         206, "456789", "bytes=4-", "\"a\""},
-        {"date", {{"Last-Modified", "Mon, 02 Nov 2026 10:00:00 GMT"}},
-         {{"Content-Range", "bytes 4-9/10"}}, 206, "456789", "bytes=4-",
+        {"strong tag",
+         {{"ETag", "\"a\""}},
+         {{"ETag", "\"a\""}, {"Content-Range", "bytes 4-9/10"}},
+         206,
+         "456789",
+         "bytes=4-",
+         "\"a\""},
+        {"date",
+         {{"Last-Modified", "Mon, 02 Nov 2026 10:00:00 GMT"}},
+         {{"Content-Range", "bytes 4-9/10"}},
+         206,
+         "456789",
+         "bytes=4-",
          "Mon, 02 Nov 2026 10:00:00 GMT"},
         {"changed", {{"ETag", "\"a\""}}, {{"ETag", "\"b\""}}, 200, whole, "bytes=4-", "\"a\""},
         {"weak tag", {{"ETag", "W/\"a\""}}, {}, 200, whole, "", ""},
@@ -85,13 +94,17 @@ TEST_F(Resume, NeverMixesWhatDoesNotFit) {
 
 TEST_F(Resume, LeavesAPartForALaterTransferAndTheOldFileAsItWas) {
     Store(m_destination, "old");
-    m_server.On(kTarget).Head(200, {{"ETag", "\"a\""}, {"Content-Length", "10"}}).Send("0123").Close();
+    m_server.On(kTarget)
+        .Head(200, {{"ETag", "\"a\""}, {"Content-Length", "10"}})
+        .Send("0123")
+        .Close();
     m_server.On(kTarget).Reply(503);
     const Queue queue = MakeQueue(Narrow(m_server.Url("/")));
     EXPECT_EQ(Outcome(StartDownload(queue, "id", m_destination)).state, BREVINT_TRANSFER_FAILED);
     EXPECT_EQ(Contents(m_destination), "old");
     EXPECT_EQ(FileCount(m_folder.Folder()), 3); // with the part and its record
-    m_server.On(kTarget).Reply(206, {{"ETag", "\"a\""}, {"Content-Range", "bytes 4-9/10"}}, "456789");
+    m_server.On(kTarget).Reply(206, {{"ETag", "\"a\""}, {"Content-Range", "bytes 4-9/10"}},
+                               "456789");
     EXPECT_EQ(Outcome(StartDownload(queue, "id", m_destination)).state, BREVINT_TRANSFER_FINISHED);
     EXPECT_EQ(Contents(m_destination), "0123456789");
     EXPECT_EQ(FileCount(m_folder.Folder()), 1);
@@ -109,12 +122,20 @@ TEST_F(Resume, RefusesWhatIsNotTheFile) {
     constexpr std::uint64_t kAny = BREVINT_UNKNOWN_SIZE;
     const Case cases[] = {
         {"page", 200, {{"Content-Type", "text/html; charset=utf-8"}}, "<html></html>", kAny, 1104},
-        {"longer than listed", 200, {{"Transfer-Encoding", "chunked"}}, "3\r\nabc\r\n0\r\n\r\n", 2,
+        {"longer than listed",
+         200,
+         {{"Transfer-Encoding", "chunked"}},
+         "3\r\nabc\r\n0\r\n\r\n",
+         2,
          1102},
         {"other size", 200, {}, "abc", 2, 1102},
         {"redirect", 302, {{"Location", "http://example.invalid/x"}}, "", kAny, 1104},
-        {"missing", 404, {},
-         "<ResponseData><Message>Requested item not found.</Message></ResponseData>", kAny, 1300},
+        {"missing",
+         404,
+         {},
+         "<ResponseData><Message>Requested item not found.</Message></ResponseData>",
+         kAny,
+         1300},
         {"no message", 404, {}, "<html></html>", kAny, 1100},
         {"rest unasked", 206, {{"Content-Range", "bytes 0-2/3"}}, "abc", kAny, 1100},
     };

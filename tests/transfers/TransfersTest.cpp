@@ -77,7 +77,8 @@ TEST_F(Transfers, ArriveWholeWhateverTheServiceDoes) {
         {"reset", {.breakOff = Break::Reset, .breakAfter = 1'000'000, .requests = 2}},
         {"cut at once", {.breakOff = Break::Cut, .requests = 2}},
         {"not now", {.retryAfter = 0, .requests = 2}},
-        {"changed", {.breakOff = Break::Cut, .breakAfter = 500'000, .changesFile = true, .requests = 2}},
+        {"changed",
+         {.breakOff = Break::Cut, .breakAfter = 500'000, .changesFile = true, .requests = 2}},
     };
     const Queue queue = MakeQueue(m_service.Url());
     for (const Case& test : cases) {
@@ -89,7 +90,8 @@ TEST_F(Transfers, ArriveWholeWhateverTheServiceDoes) {
             wentBack = wentBack || progress.bytes_done < last;
             last = progress.bytes_done;
         };
-        const TransferPtr transfer = StartDownload(queue, m_big, m_destination, kBigSize, &listener);
+        const TransferPtr transfer =
+            StartDownload(queue, m_big, m_destination, kBigSize, &listener);
         const brevint_outcome outcome = Outcome(transfer);
         EXPECT_EQ(outcome.state, BREVINT_TRANSFER_FINISHED) << outcome.text;
         EXPECT_EQ(outcome.code, 1101);
@@ -110,8 +112,8 @@ TEST_F(Transfers, SendAndReplaceFiles) {
     for (const bool isNew : {true, false}) {
         content.back() = isNew ? '1' : '2';
         Store(local, content);
-        const TransferPtr upload = StartUpload(queue, isNew ? kProjects : nullptr,
-                                               isNew ? nullptr : id.c_str(), local);
+        const TransferPtr upload =
+            StartUpload(queue, isNew ? kProjects : nullptr, isNew ? nullptr : id.c_str(), local);
         const brevint_outcome sent = Outcome(upload);
         ASSERT_EQ(sent.state, BREVINT_TRANSFER_FINISHED) << sent.text << sent.server_message;
         id = sent.item_id;
@@ -138,7 +140,9 @@ TEST_F(Transfers, SayWhyAFileWasNotSent) {
         {m_folder.Folder() / "missing", 1611, {}},
         {make("Big.bin", "x"), 1600, {}},
         // The service may have had all of it, so it is not sent again.
-        {make("lost", "x"), 1102, {.breakOff = Break::Cut, .breakAfter = 1'000'000, .requests = 1},
+        {make("lost", "x"),
+         1102,
+         {.breakOff = Break::Cut, .breakAfter = 1'000'000, .requests = 1},
          BREVINT_CONNECTION_BROKEN_OFF},
     };
     for (const Case& test : cases) {
@@ -167,8 +171,7 @@ TEST_F(Transfers, WaitForASignInAndGoOn) {
     brevint_queue_signed_in(queue.get());
     while (brevint_transfer_wait(transfer.get(), kLongEnough) != 0 &&
            (brevint_transfer_progress(transfer.get(), &progress),
-            progress.state == BREVINT_TRANSFER_NEEDS_SIGN_IN)) {
-    }
+            progress.state == BREVINT_TRANSFER_NEEDS_SIGN_IN)) {}
     EXPECT_EQ(Outcome(transfer).state, BREVINT_TRANSFER_FINISHED) << Outcome(transfer).text;
     EXPECT_EQ(std::filesystem::file_size(m_destination), kBigSize);
 }

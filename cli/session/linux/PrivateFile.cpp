@@ -118,7 +118,7 @@ std::optional<std::string> ReadPrivateFile(const std::filesystem::path& path) {
                       "Others may know the session that it holds: delete it and sign in again.");
     }
     std::string content;
-    std::array<char, 4096> buffer;
+    std::array<char, 4096> buffer{};
     for (;;) {
         const ssize_t count = read(file.Get(), buffer.data(), buffer.size());
         if (count == 0) {

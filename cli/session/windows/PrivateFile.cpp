@@ -117,8 +117,8 @@ bool IsPrivate(HANDLE file, DWORD rights) {
 
 /// Opens the folder, provided that nobody else can put files into it; null where there is none.
 HandlePtr OpenPrivateFolder(const std::filesystem::path& folder) {
-    constexpr DWORD writing = FILE_ADD_FILE | FILE_ADD_SUBDIRECTORY | FILE_DELETE_CHILD |
-                              WRITE_DAC | WRITE_OWNER | GENERIC_WRITE;
+    constexpr DWORD kWriting = FILE_ADD_FILE | FILE_ADD_SUBDIRECTORY | FILE_DELETE_CHILD |
+                               WRITE_DAC | WRITE_OWNER | GENERIC_WRITE;
     const HANDLE opened = CreateFileW(folder.c_str(), READ_CONTROL,
                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                                       nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
@@ -129,7 +129,7 @@ HandlePtr OpenPrivateFolder(const std::filesystem::path& folder) {
         Fail(folder, "opened");
     }
     HandlePtr handle(opened);
-    if (!IsPrivate(handle.get(), writing)) {
+    if (!IsPrivate(handle.get(), kWriting)) {
         throw Failure(ExitCode::LocalFile,
                       "The folder \"" + PathToUtf8(folder) +
                           "\" is not one of yours that nobody else may write to.",

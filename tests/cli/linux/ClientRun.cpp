@@ -29,12 +29,12 @@ ClientRun::ClientRun(const std::vector<std::string>& arguments, const std::strin
     }
     list.push_back(nullptr);
 
-    constexpr int write = O_WRONLY | O_CREAT | O_TRUNC;
+    constexpr int kWrite = O_WRONLY | O_CREAT | O_TRUNC;
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, 0, (streams / "input").c_str(), O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, 1, (streams / "output").c_str(), write, 0600);
-    posix_spawn_file_actions_addopen(&actions, 2, (streams / "error").c_str(), write, 0600);
+    posix_spawn_file_actions_addopen(&actions, 1, (streams / "output").c_str(), kWrite, 0600);
+    posix_spawn_file_actions_addopen(&actions, 2, (streams / "error").c_str(), kWrite, 0600);
     posix_spawn_file_actions_addchdir_np(&actions, workingFolder.c_str());
     // A shell starts what runs in the background with Ctrl-C ignored.
     std::signal(SIGINT, SIG_DFL);
