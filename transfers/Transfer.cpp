@@ -34,7 +34,7 @@ TransferProgress Transfer::GetProgress() const noexcept {
 bool Transfer::Wait(std::chrono::milliseconds time) const {
     std::unique_lock lock(m_mutex);
     return m_changed.wait_for(
-        lock, time, [this] { return IsFinal(m_state) || m_state == TransferState::NeedsSignIn; });
+        lock, time, [this] { return m_isSettled || m_state == TransferState::NeedsSignIn; });
 }
 
 const TransferOutcome* Transfer::GetOutcome() const {
@@ -77,6 +77,9 @@ void Transfer::End(TransferState state, TransferOutcome outcome) {
         m_changed.notify_all();
     }
     m_gate.Call(GetProgress());
+    const std::scoped_lock lock(m_mutex);
+    m_isSettled = true;
+    m_changed.notify_all();
 }
 
 Transfer::Step Transfer::RunGuarded() noexcept try { return Run(); } catch (const std::bad_alloc&) {
@@ -112,22 +115,21 @@ bool Transfer::ChangeState(TransferState state) {
 
 void Transfer::Report(std::uint64_t done) {
     const Clock::time_point now = Clock::now();
-    if (m_reported == Clock::time_point()) {
-        m_reported = now;
-        m_reportedBytes = done;
-    }
+    const bool isFirst = m_reported == Clock::time_point();
     if (done > m_done) {
         m_done = done;
     }
     const auto elapsed = now - m_reported;
-    if (elapsed < TheService().Settings().reportInterval) {
+    if (!isFirst && elapsed < TheService().Settings().reportInterval) {
         return;
     }
-    const std::uint64_t moved = done > m_reportedBytes ? done - m_reportedBytes : 0;
-    const auto rate = static_cast<std::uint64_t>(static_cast<double>(moved) /
-                                                 std::chrono::duration<double>(elapsed).count());
-    // Smoothed, so that what is left does not jump.
-    m_rate = m_rate == 0 ? rate : (3 * m_rate + rate) / 4;
+    if (!isFirst) {
+        const std::uint64_t moved = done > m_reportedBytes ? done - m_reportedBytes : 0;
+        const auto rate = static_cast<std::uint64_t>(static_cast<double>(moved) /
+                                                     std::chrono::duration<double>(elapsed).count());
+        // Smoothed, so that what is left does not jump.
+        m_rate = m_rate == 0 ? rate : (3 * m_rate + rate) / 4;
+    }
     m_reported = now;
     m_reportedBytes = done;
     if (m_state == TransferState::Running) {

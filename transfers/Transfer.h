@@ -25,7 +25,8 @@ public:
 
     /// Any thread, without a lock.
     TransferProgress GetProgress() const noexcept;
-    /// Waits until the state is final or a sign-in is needed; false when the time was up before.
+    /// Waits until the state is final and the listener has been told so, or a sign-in is needed; false
+    /// when the time was up before.
     bool Wait(std::chrono::milliseconds time) const;
     /// Null until the state is final. Does not change any more then, but for Finish.
     const TransferOutcome* GetOutcome() const;
@@ -88,12 +89,10 @@ private:
     std::chrono::steady_clock::time_point m_reported;
     std::uint64_t m_reportedBytes = 0;
 
-    mutable std::mutex m_mutex; ///< Held to change the state, and for the outcome.
+    mutable std::mutex m_mutex; ///< Held to change the state, and for what follows.
     mutable std::condition_variable m_changed;
-
-protected:
-    TransferOutcome m_outcome; ///< Under Guarded.
-    std::unique_lock<std::mutex> Guarded() const { return std::unique_lock(m_mutex); }
+    TransferOutcome m_outcome;
+    bool m_isSettled = false; ///< The listener has been told of the final state.
 };
 
 } // namespace transfers

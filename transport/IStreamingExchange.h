@@ -58,7 +58,8 @@ public:
                                  IBodySource* body) = 0;
     /// After a Send that did not fail.
     virtual const StreamHead& Head() const = 0;
-    /// Reads the next bytes of the reply. None and no failure: that was all.
+    /// Reads the next bytes of the reply. None and no failure: that was all. With a failure come
+    /// the bytes that were there before it.
     virtual ExchangeFailure Read(char* buffer, std::size_t size, std::size_t& read) = 0;
 
     /// Any thread, any moment: what is under way ends as Cancelled. At once on Linux; on Windows

@@ -168,11 +168,13 @@ ExchangeFailure StreamingExchange::Read(char* buffer, std::size_t size, std::siz
         return ExchangeFailure::Cancelled;
     }
     DWORD count = 0;
-    if (!InternetReadFile(m_request, buffer, static_cast<DWORD>(size), &count)) {
-        return LastFailure();
-    }
+    const BOOL succeeded = InternetReadFile(m_request, buffer, static_cast<DWORD>(size), &count);
+    const ExchangeFailure failure = succeeded ? ExchangeFailure::None : LastFailure();
     read = count;
     m_read += count;
+    if (!succeeded) {
+        return failure;
+    }
     // The platform does not tell a connection that ends early from the end of a body.
     const bool isShort = count == 0 && m_head.length && m_read < *m_head.length;
     return isShort ? ExchangeFailure::BrokenOff : ExchangeFailure::None;

@@ -154,7 +154,8 @@ BREVINT_API brevint_transfer* brevint_queue_upload(brevint_queue* queue,
 /** Tells how a transfer stands. Takes no lock. */
 BREVINT_API void brevint_transfer_progress(const brevint_transfer* transfer,
                                            brevint_progress* progress);
-/** Waits until the state is final or a sign-in is needed. 0: the time was up before. */
+/** Waits until the state is final and the listener has been told so, or a sign-in is needed. 0: the
+ * time was up before. */
 BREVINT_API int32_t brevint_transfer_wait(const brevint_transfer* transfer, uint32_t milliseconds);
 /** Fills the outcome. 0 while the state is not final. */
 BREVINT_API int32_t brevint_transfer_outcome(const brevint_transfer* transfer,

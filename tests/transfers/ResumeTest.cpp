@@ -139,7 +139,7 @@ TEST_F(Resume, RefusesWhatIsNotTheFile) {
         {"no message", 404, {}, "<html></html>", kAny, 1100},
         {"rest unasked", 206, {{"Content-Range", "bytes 0-2/3"}}, "abc", kAny, 1100},
     };
-    m_server.On("/Application/Identity")
+    m_server.On("/application/identity")
         .Reply(200, {},
                "<ResponseData><IdentifyingPartyUri>u</IdentifyingPartyUri><Name>n</Name>"
                "<IsAdmin>true</IsAdmin></ResponseData>");

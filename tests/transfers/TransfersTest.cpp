@@ -47,7 +47,7 @@ protected:
         const std::unique_ptr<IGetFolderContentsResponse> listing(
             repository.GetFolderContents(Wide(m_service.Url()), RootFolder::Projects));
         std::vector<CFolderItem*> items;
-        listing->GetFolderItems(items);
+        listing->GetFolderContents(items);
         std::string id;
         for (CFolderItem* item : items) {
             const std::unique_ptr<CFolderItem> owned(item);
@@ -90,12 +90,12 @@ TEST_F(Transfers, ArriveWholeWhateverTheServiceDoes) {
             wentBack = wentBack || progress.bytes_done < last;
             last = progress.bytes_done;
         };
-        const TransferPtr transfer =
-            StartDownload(queue, m_big, m_destination, kBigSize, &listener);
+        TransferPtr transfer = StartDownload(queue, m_big, m_destination, kBigSize, &listener);
         const brevint_outcome outcome = Outcome(transfer);
         EXPECT_EQ(outcome.state, BREVINT_TRANSFER_FINISHED) << outcome.text;
         EXPECT_EQ(outcome.code, 1101);
         EXPECT_EQ(outcome.verified, 1);
+        transfer.reset(); // the listener has been told of the end
         EXPECT_FALSE(wentBack);
         EXPECT_EQ(last, kBigSize);
         EXPECT_EQ(std::filesystem::file_size(m_destination), kBigSize);
@@ -158,7 +158,8 @@ TEST_F(Transfers, SayWhyAFileWasNotSent) {
 
 TEST_F(Transfers, WaitForASignInAndGoOn) {
     const Queue queue = MakeQueue(m_service.Url());
-    m_service.Misbehave({.endsSession = true, .requests = 1});
+    m_service.Misbehave(
+        {.breakOff = Break::Cut, .breakAfter = 100'000, .endsSession = true, .requests = 1});
     const TransferPtr transfer = StartDownload(queue, m_big, m_destination);
     ASSERT_EQ(brevint_transfer_wait(transfer.get(), kLongEnough), 1);
     brevint_progress progress;
