@@ -30,11 +30,16 @@ std::error_code LocalFileOutput::Open(const fs::path& destination, LocalFileWrit
 
 /// Opens what is there, provided that it is still what was looked at.
 std::error_code LocalFileOutput::OpenItself(const fs::path& destination) {
+    int number = -1;
     do {
-        m_itself = Descriptor(open(destination.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC));
-    } while (!m_itself && errno == EINTR);
+        number = open(destination.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC);
+    } while (number < 0 && errno == EINTR);
+    if (number < 0) {
+        return FileError();
+    }
+    m_itself = Descriptor(number);
     struct stat opened {};
-    if (!m_itself || fstat(m_itself.Get(), &opened) != 0) {
+    if (fstat(number, &opened) != 0) {
         return FileError();
     }
     if (!IsSameFile(opened, m_old)) {

@@ -149,7 +149,7 @@ std::string PartFile::ReadRecord() const {
 std::error_code PartFile::WriteRecord(std::string_view record) const {
     PartFile next;
     std::error_code reason = next.OpenTemporary(m_folder, kUserOnly);
-    if (!reason) {
+    if (next.IsOpen()) {
         reason = WriteAll(next.Get(), record);
         reason = reason ? reason : next.MoveTo(m_record, false);
         if (reason) {
@@ -161,13 +161,14 @@ std::error_code PartFile::WriteRecord(std::string_view record) const {
 
 std::error_code PartFile::TakeUsualMode() const {
     PartFile fresh;
-    if (const std::error_code reason = fresh.OpenTemporary(m_folder, 0666)) {
-        return reason;
+    std::error_code reason = fresh.OpenTemporary(m_folder, 0666);
+    if (fresh.IsOpen()) {
+        struct stat usual {};
+        if (fstat(fresh.Get(), &usual) != 0 || fchmod(Get(), usual.st_mode & 0777) != 0) {
+            reason = FileError();
+        }
+        fresh.Remove();
     }
-    struct stat usual {};
-    const bool isDone = fstat(fresh.Get(), &usual) == 0 && fchmod(Get(), usual.st_mode & 0777) == 0;
-    const std::error_code reason = isDone ? std::error_code() : FileError();
-    fresh.Remove();
     return reason;
 }
 
