@@ -117,10 +117,11 @@ bool Download::OpenPart() {
     m_record = PartRecord::Parse(m_file.ReadRecord());
     const bool fits =
         m_record && m_record->url == m_url && m_size >= m_record->kept && m_size <= m_record->total;
-    if (!fits) {
+    if (fits) {
+        Report(m_size);
+    } else {
         m_record.reset();
     }
-    Report(fits ? m_size : 0);
     return true;
 }
 

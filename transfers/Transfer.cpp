@@ -125,8 +125,8 @@ void Transfer::Report(std::uint64_t done) {
     }
     if (!isFirst) {
         const std::uint64_t moved = done > m_reportedBytes ? done - m_reportedBytes : 0;
-        const auto rate = static_cast<std::uint64_t>(static_cast<double>(moved) /
-                                                     std::chrono::duration<double>(elapsed).count());
+        const auto rate = static_cast<std::uint64_t>(
+            static_cast<double>(moved) / std::chrono::duration<double>(elapsed).count());
         // Smoothed, so that what is left does not jump.
         m_rate = m_rate == 0 ? rate : (3 * m_rate + rate) / 4;
     }

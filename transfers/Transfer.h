@@ -25,8 +25,8 @@ public:
 
     /// Any thread, without a lock.
     TransferProgress GetProgress() const noexcept;
-    /// Waits until the state is final and the listener has been told so, or a sign-in is needed; false
-    /// when the time was up before.
+    /// Waits until the state is final and the listener has been told so, or a sign-in is needed;
+    /// false when the time was up before.
     bool Wait(std::chrono::milliseconds time) const;
     /// Null until the state is final. Does not change any more then, but for Finish.
     const TransferOutcome* GetOutcome() const;

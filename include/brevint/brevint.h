@@ -69,3 +69,4 @@
 #include "brevint/WebRequestFactory.h"
 #include "brevint/WebRequestType.h"
 #include "brevint/XmlDocPtr.h"
+#include "brevint/c.h"
