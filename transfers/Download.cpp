@@ -97,10 +97,21 @@ bool Download::OpenPart() {
     if (m_isOpen) {
         return true;
     }
-    // Not under the lock: a pipe waits for its reader, and a cancel does not wait for that.
+    std::unique_lock lock(m_fileMutex);
+    if (m_isGivenUp) {
+        return false;
+    }
+    // A pipe waits for its reader, and a cancel must not wait for that.
+    std::error_code unknown;
+    const bool mayWait = std::filesystem::is_fifo(m_request.destination, unknown);
+    if (mayWait) {
+        lock.unlock();
+    }
     const std::error_code reason =
         m_file.Open(m_request.destination, LocalFileWriter::Part::Resumable);
-    const std::scoped_lock lock(m_fileMutex);
+    if (mayWait) {
+        lock.lock();
+    }
     if (m_isGivenUp) {
         m_file.Abandon();
         return false;

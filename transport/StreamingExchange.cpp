@@ -110,18 +110,18 @@ ExchangeFailure StreamingExchange::SendBody(const std::wstring& headers, IBodySo
         const std::size_t wanted =
             static_cast<std::size_t>(std::min<std::uint64_t>(rest, part.size()));
         const std::size_t count = body.Read(part.data(), wanted);
-        if (m_cancelled) {
-            return ExchangeFailure::Cancelled;
-        }
-        if (count == 0 || count > rest) {
-            // The server cannot be told, but it sees that the connection ends too early.
-            CloseRequest();
-            return ExchangeFailure::SourceFailed;
+        if (m_cancelled || count == 0 || count > rest) {
+            BreakOff();
+            return m_cancelled ? ExchangeFailure::Cancelled : ExchangeFailure::SourceFailed;
         }
         DWORD written = 0;
         writing =
             InternetWriteFile(m_request, part.data(), static_cast<DWORD>(count), &written) != FALSE;
         rest -= count;
+    }
+    if (m_cancelled) {
+        BreakOff();
+        return ExchangeFailure::Cancelled;
     }
     const ExchangeFailure writeFailure = writing ? ExchangeFailure::None : LastFailure();
     // After a failed write too: a server that answers early ends the connection for it.
@@ -129,6 +129,13 @@ ExchangeFailure StreamingExchange::SendBody(const std::wstring& headers, IBodySo
         return ExchangeFailure::None;
     }
     return writeFailure != ExchangeFailure::None ? writeFailure : LastFailure();
+}
+
+void StreamingExchange::BreakOff() noexcept {
+    DWORD atOnce = 1;
+    InternetSetOptionA(m_request, INTERNET_OPTION_RECEIVE_TIMEOUT, &atOnce, sizeof(atOnce));
+    HttpEndRequestW(m_request, nullptr, 0, 0);
+    CloseRequest();
 }
 
 ExchangeFailure StreamingExchange::ReadHead() {

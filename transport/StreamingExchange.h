@@ -26,6 +26,10 @@ private:
     bool OpenRequest(const IRequestInfo& info);
     void CloseRequest() noexcept;
     ExchangeFailure SendBody(const std::wstring& headers, IBodySource& body);
+    /// Ends the exchange in the midst of its body, and its connection with it. WinINet would keep a
+    /// connection that has served before, and the server would take the next request on it for the
+    /// rest of the body; one whose reply has not come in time is not kept.
+    void BreakOff() noexcept;
     ExchangeFailure ReadHead();
     std::wstring QueryText(DWORD header) const;
 

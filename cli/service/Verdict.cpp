@@ -1,9 +1,9 @@
 #include "cli/service/Verdict.h"
 
 #include "brevint/ErrorCodes.h"
+#include "brevint/ErrorDescription.h"
 #include "brevint/IResponse.h"
 #include "cli/output/Failure.h"
-#include "cli/service/ErrorText.h"
 #include "support/Utf8.h"
 
 #include <new>
@@ -19,6 +19,18 @@ constexpr unsigned long kForbidden = 403;
 /// Services send whoever is not signed in to the portal, or say so by the status alone.
 bool IsSignInStatus(unsigned long status) {
     return status == kFound || status == kUnauthorized || status == kForbidden;
+}
+
+ExitCode ExitCodeOf(double code) {
+    if (code == ErrorCode::EmptyReply) {
+        return ExitCode::NoConnection;
+    }
+    if (code == ErrorCode::AuthorizationFailed) {
+        return ExitCode::NotAuthorised;
+    }
+    const bool isLocal = code == ErrorCode::DownloadWriteFailed ||
+                         code == ErrorCode::OverwriteNoFile || code == ErrorCode::UploadNoFile;
+    return isLocal ? ExitCode::LocalFile : ExitCode::Refused;
 }
 
 std::string ServerWords(const IReadOnlyResponse& response) {
@@ -54,11 +66,11 @@ void RequireSuccess(const IReadOnlyResponse* response, const std::string& summar
     } else if (response->GetSucceeded()) {
         code = ErrorCode::MessageNotRecognised;
     }
-    const ErrorText& text = FindErrorText(code);
-    Failure failure(text.exitCode, summary, text.hint);
+    const ErrorDescription* const description = DescribeError(code);
+    Failure failure(ExitCodeOf(code), summary, description ? description->hint : "");
     failure.serverWords = words;
     failure.code = static_cast<int>(code);
-    failure.codeName = text.name;
+    failure.codeName = description ? description->name : "";
     if (silent && status / 100 != 2) {
         failure.summary += " The service answered with HTTP status " + std::to_string(status) + ".";
         if (code == ErrorCode::EmptyReply) {

@@ -245,10 +245,13 @@ TEST_F(Transfers, MayBeLetGoAtAnyMoment) {
         Listener listener = [&](brevint_transfer* transfer, const brevint_progress& progress) {
             {
                 const std::scoped_lock lock(mutex);
-                if (progress.bytes_done < stop || std::exchange(begun, true)) {
+                const bool isDue =
+                    progress.bytes_done >= stop || progress.state >= BREVINT_TRANSFER_FINISHED;
+                if (!isDue || std::exchange(begun, true)) {
                     return;
                 }
             }
+            EXPECT_NE(progress.state, BREVINT_TRANSFER_FAILED);
             (frees ? brevint_transfer_free : brevint_transfer_cancel)(transfer);
             const std::scoped_lock lock(mutex);
             done = true;
