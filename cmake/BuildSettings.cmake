@@ -18,8 +18,8 @@ if(MSVC)
   add_compile_options(/W4 /wd4250 /wd4251 /wd4275 /permissive- /utf-8 /Zc:__cplusplus)
   add_compile_definitions(_CRT_SECURE_NO_WARNINGS)
 else()
-  add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor
-                      -Wold-style-cast -Wcast-qual -Wundef -Werror)
+  add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wcast-qual -Wundef -Werror
+                      "$<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor;-Wold-style-cast>")
 endif()
 
 # Programs are compiled as libraries are, so that both can use the same precompiled headers.

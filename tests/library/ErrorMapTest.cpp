@@ -1,9 +1,14 @@
+#include "base/Ascii.h"
+#include "brevint/ErrorCodes.h"
+#include "brevint/ErrorDescription.h"
+#include "service/ServiceError.h"
 #include "tests/support/ResponseKinds.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cwctype>
+#include <exception>
 #include <set>
 #include <sstream>
 #include <string>
@@ -11,44 +16,48 @@
 namespace brevint::test {
 namespace {
 
-/// A message, and its code in each kind of response that knows it.
+/// A message as the service sends it, and its code in each kind of response that knows it. Of a
+/// message that is known by its beginning, that many characters count.
 struct Row {
+    Row(const std::exception& message, const char* known, std::size_t length = std::string::npos)
+        : codes(known), isPrefix(length != std::string::npos) {
+        const std::string lower = base::ToLower(std::string_view(message.what()).substr(0, length));
+        text.assign(lower.begin(), lower.end());
+    }
     std::wstring text;
     const char* codes;
-    bool isPrefix = false;
+    bool isPrefix;
 };
 
 const Row kRows[] = {
-    {L"authorization failed.",
+    {service::AuthorizationFailed(),
      "CheckInOut 1103 CreateFolder 1103 Delete 1103 DownloadFile 1103 GetFolderContents 1103 "
      "OverwriteFile 1103 Path 1103 PollOverwriteStatus 1103 PollUploadStatus 1103 Template 1103 "
      "UploadFile 1103"},
-    {L"requested item not found.",
+    {service::ItemNotFound(),
      "CheckInOut 1202 DownloadFile 1300 GetFolderContents 1400 OverwriteFile 1502 Path 1901 "
      "PollOverwriteStatus 1502 PollUploadStatus 1602 UploadFile 1602"},
-    {L"guid should contain 32 digits with 4 dashes (xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx).",
+    {service::MalformedGuid(),
      "CreateFolder 2000 DownloadFile 1301 GetFolderContents 1401 OverwriteFile 1501 Path 1900 "
      "PollOverwriteStatus 1501 PollUploadStatus 1601 UploadFile 1601"},
-    {L"item already checked out.", "CheckInOut 1203"},
-    {L"item already checked in.", "CheckInOut 1101"},
-    {L"cannot check-out or check-in folders.", "CheckInOut 1201"},
-    {L"item checked out to another user.",
-     "CheckInOut 1205 OverwriteFile 1504 PollOverwriteStatus 1504"},
-    {L"please specify a name that does not contain the following characters:  "
-     L"\\ / : * ? \" < > |",
-     "CreateFolder 2002"},
-    {L"requested item is not a folder.",
-     "GetFolderContents 1402 PollUploadStatus 1603 UploadFile 1603"},
-    {L"specified item is not a file.", "OverwriteFile 1503 PollOverwriteStatus 1503"},
-    {L"no files found.", "OverwriteFile 1508 UploadFile 1611"},
-    {L"there is an item with the same name already in this location.",
-     "PollUploadStatus 1600 UploadFile 1600"},
-    {L"cannot add projects to template repository.", "PollUploadStatus 1608 UploadFile 1608"},
-    {L"cannot add templates to project repository.", "PollUploadStatus 1609 UploadFile 1609"},
-    {L"error converting value", "CheckInOut 1200 Delete 2100", true},
-    {L"the destination already contains a folder named '", "CreateFolder 2001", true},
+    {service::AlreadyCheckedOut(), "CheckInOut 1203"},
+    {service::AlreadyCheckedIn(), "CheckInOut 1101"},
+    {service::CannotLockFolders(), "CheckInOut 1201"},
+    {service::CheckedOutToAnother(), "CheckInOut 1205 OverwriteFile 1504 PollOverwriteStatus 1504"},
+    {service::InvalidName(), "CreateFolder 2002"},
+    {service::NotAFolder(), "GetFolderContents 1402 PollUploadStatus 1603 UploadFile 1603"},
+    {service::NotAFile(), "OverwriteFile 1503 PollOverwriteStatus 1503"},
+    {service::NoFilesFound(), "OverwriteFile 1508 UploadFile 1611"},
+    {service::ItemExists(), "PollUploadStatus 1600 UploadFile 1600"},
+    {service::NoProjectsInTemplates(), "PollUploadStatus 1608 UploadFile 1608"},
+    {service::NoTemplatesInProjects(), "PollUploadStatus 1609 UploadFile 1609"},
+    {service::ConversionError("{}", "", ""), "CheckInOut 1200 Delete 2100",
+     std::string_view("error converting value").size()},
+    {service::FolderExists(""), "CreateFolder 2001",
+     std::string_view("the destination already contains a folder named '").size()},
     // Two more rows with the same beginning follow in both polls, and change nothing.
-    {L"the provided file ('", "PollOverwriteStatus 1505 PollUploadStatus 1605", true},
+    {service::BadProvidedFile("", ""), "PollOverwriteStatus 1505 PollUploadStatus 1605",
+     std::string_view("the provided file ('").size()},
 };
 
 /// What the table says of a message.
@@ -85,6 +94,22 @@ TEST(ErrorMap, GivesEveryMessageItsCodeInEveryLetterCase) {
             }
         }
     }
+}
+
+TEST(ErrorCodes, AreDescribedWithAHintForTheUser) {
+    const std::set<double> withoutHint = {ErrorCode::MessageNotRecognised, ErrorCode::Success};
+    for (const double code : {
+#define BREVINT_ERROR_CODE(code, name, calls, meaning, hint) ErrorCode::name,
+#include "resources/ErrorCodes.inc"
+#undef BREVINT_ERROR_CODE
+         }) {
+        SCOPED_TRACE(code);
+        const ErrorDescription* const description = DescribeError(code);
+        ASSERT_TRUE(description);
+        EXPECT_EQ(std::string_view(description->hint).ends_with('.'), !withoutHint.contains(code));
+        EXPECT_FALSE(std::string_view(description->meaning).empty());
+    }
+    EXPECT_EQ(DescribeError(1), nullptr);
 }
 
 } // namespace
