@@ -81,9 +81,7 @@ Transfer::Step Download::Run() {
         }
         const auto pause = m_attempts.NextPause(m_head.retryAfter);
         if (!pause) {
-            Fail(ErrorCode::EmptyReply, m_failure != ExchangeFailure::None
-                                            ? FailureText(m_failure)
-                                            : L"The service goes on answering that it cannot.");
+            Fail(ErrorCode::EmptyReply, NoReplyText(m_failure, m_head));
             m_failed.isTemporary = true;
             return EndAsFailed();
         }
@@ -127,7 +125,9 @@ bool Download::OpenPart() {
     m_size = m_file.Size();
     m_record = PartRecord::Parse(m_file.ReadRecord());
     const bool fits =
-        m_record && m_record->url == m_url && m_size >= m_record->kept && m_size <= m_record->total;
+        m_record && m_record->url == m_url && m_size >= m_record->kept &&
+        m_size <= m_record->total &&
+        (m_request.listedSize == kUnknownSize || m_request.listedSize == m_record->total);
     if (fits) {
         Report(m_size);
     } else {

@@ -24,6 +24,12 @@ std::wstring FailureText(ExchangeFailure failure) {
     return L"The exchange failed: out of memory, or the address is none.";
 }
 
+std::wstring NoReplyText(ExchangeFailure failure, const StreamHead& head) {
+    return failure != ExchangeFailure::None
+               ? FailureText(failure)
+               : L"The service answered with HTTP status " + std::to_wstring(head.status) + L'.';
+}
+
 std::wstring FileFailureText(const std::wstring& what, const std::error_code& reason) {
     return what + L": " + Utf8::ToWide(reason.message()) + L'.';
 }
@@ -34,8 +40,7 @@ Refusal DescribeRefusal(const StreamHead& head, const CBaseResponse& response) {
     }
     const ErrorDescription* const description = DescribeError(response.GetErrorCode());
     if (response.GetServerErrorMessage().empty() || !description) {
-        return {ErrorCode::MessageNotRecognised,
-                L"The service answered with HTTP status " + std::to_wstring(head.status) + L'.'};
+        return {ErrorCode::MessageNotRecognised, NoReplyText(ExchangeFailure::None, head)};
     }
     return {response.GetErrorCode(),
             L"The service refuses it: " + Utf8::ToWide(description->meaning) + L'.'};

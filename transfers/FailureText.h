@@ -12,6 +12,9 @@ namespace transfers {
 /// What a failed exchange means for a user: a sentence.
 std::wstring FailureText(ExchangeFailure failure);
 
+/// Why there is no reply that is of use: the failure or, without one, the status.
+std::wstring NoReplyText(ExchangeFailure failure, const StreamHead& head);
+
 /// A sentence about a local file, with the system's reason.
 std::wstring FileFailureText(const std::wstring& what, const std::error_code& reason);
 

@@ -58,17 +58,21 @@ void TransferQueue::OnSignedIn() {
 }
 
 void TransferQueue::GiveUp(const Transfer& transfer) {
+    std::unique_lock lock(m_mutex);
+    // Its thread may remain for a while, inside a call of the platform, and does not count.
+    std::erase_if(m_running, [&](const TransferPtr& other) { return other.get() == &transfer; });
+    Forget(transfer);
+    StartDue(lock);
+}
+
+void TransferQueue::Forget(const Transfer& transfer) {
     const auto isIt = [&](const TransferPtr& other) {
         return other.get() == &transfer;
     };
-    std::unique_lock lock(m_mutex);
-    // Its thread may remain for a while, inside a call of the platform, and does not count.
-    std::erase_if(m_running, isIt);
     std::erase_if(m_waiting, isIt);
     std::erase_if(m_needSignIn, isIt);
     std::erase_if(m_processing, [&](const Processing& p) { return isIt(p.transfer); });
     m_changed.notify_all();
-    StartDue(lock);
 }
 
 void TransferQueue::CancelAll() {
@@ -133,30 +137,29 @@ void TransferQueue::Sort(const TransferPtr& transfer, Transfer::Step step,
     if (step == Transfer::Step::Ended) {
         return;
     }
+    // It has its place first: the listener may be the one that signs in, or cancels.
     const bool polls = step == Transfer::Step::Poll;
-    if (transfer->m_state != TransferState::Processing || !polls) {
+    if (polls) {
+        m_processing.push_back({transfer, Clock::now() + pause, pause});
+        m_changed.notify_all();
+    } else {
+        m_needSignIn.push_back(transfer);
+    }
+    const TransferState state = polls ? TransferState::Processing : TransferState::NeedsSignIn;
+    if (transfer->m_state != state) {
         lock.unlock();
-        const bool goesOn =
-            transfer->ChangeState(polls ? TransferState::Processing : TransferState::NeedsSignIn);
+        const bool goesOn = transfer->ChangeState(state);
         lock.lock();
         if (!goesOn) {
-            return;
+            Forget(*transfer);
         }
     }
-    if (IsFinal(transfer->m_state)) {
+    if (m_processing.empty() || m_polls) {
         return;
     }
-    if (!polls) {
-        m_needSignIn.push_back(transfer);
-        return;
-    }
-    m_processing.push_back({transfer, Clock::now() + pause, pause});
-    m_changed.notify_all();
+    m_polls = TryStartThread([self = shared_from_this()] { self->PollJobs(); });
     if (!m_polls) {
-        m_polls = TryStartThread([self = shared_from_this()] { self->PollJobs(); });
-    }
-    if (!m_polls) {
-        m_processing.pop_back();
+        Forget(*transfer);
         lock.unlock();
         TransferOutcome outcome = OutOfThreads();
         outcome.jobGoesOn = true;
@@ -173,11 +176,12 @@ void TransferQueue::PollJobs() {
             m_changed.wait_until(lock, due);
             continue;
         }
-        const Processing processing = std::move(*next);
-        m_processing.erase(next);
+        next->due = Clock::time_point::max(); // it is being asked for
+        const Processing processing = *next;
         lock.unlock();
         const Transfer::Step step = processing.transfer->PollGuarded();
         lock.lock();
+        Forget(*processing.transfer);
         Sort(processing.transfer, step,
              std::min(processing.pause + processing.pause / 2, m_settings.longestPoll), lock);
     }

@@ -42,6 +42,9 @@ private:
     /// Starts what has a place. Called, like all with this argument, while the mutex is held.
     void StartDue(std::unique_lock<std::mutex>& lock);
     void Work(TransferPtr transfer);
+    /// Takes it off the lists of those that wait, while the mutex is held.
+    void Forget(const Transfer& transfer);
+    /// Puts a transfer where its last step says.
     void Sort(const TransferPtr& transfer, Transfer::Step step, std::chrono::milliseconds pause,
               std::unique_lock<std::mutex>& lock);
     void PollJobs();

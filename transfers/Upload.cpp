@@ -80,14 +80,12 @@ Transfer::Step Upload::Run() {
         }
         if (m_source.IsUsedUp()) {
             Fail(ErrorCode::EmptyReply,
-                 FailureText(m_failure) + L" Whether the service has the file is unknown.");
+                 NoReplyText(m_failure, m_head) + L" Whether the service has the file is unknown.");
             return EndAsFailed();
         }
         const auto pause = m_attempts.NextPause(m_head.retryAfter);
         if (!pause) {
-            Fail(ErrorCode::EmptyReply, m_failure != ExchangeFailure::None
-                                            ? FailureText(m_failure)
-                                            : L"The service goes on answering that it cannot.");
+            Fail(ErrorCode::EmptyReply, NoReplyText(m_failure, m_head));
             m_failed.isTemporary = true;
             return EndAsFailed();
         }
@@ -200,7 +198,7 @@ Transfer::Step Upload::PollAgain() {
         return Step::Poll; // the queue knows when
     }
     Fail(ErrorCode::EmptyReply,
-         L"The service cannot be asked how its job stands. " + FailureText(m_failure));
+         L"The service cannot be asked how its job stands. " + NoReplyText(m_failure, m_head));
     return EndAsFailed();
 }
 
