@@ -2,6 +2,7 @@
 
 #include "bench/Documents.h"
 #include "bench/Task.h"
+#include "bench/Transfers.h"
 
 #include <brevint/brevint.h>
 
@@ -116,6 +117,11 @@ constexpr Task kTasks[] = {
     {"listing", Listing},  {"error-reply", ErrorReply},      {"small-calls", SmallCalls},
     {"sign-ins", SignIns}, {"download", DownloadWithLength}, {"download-chunked", DownloadInChunks},
     {"upload", Upload},
+    {"transfer-down", TransferDown},
+    {"transfer-down-chunked", TransferDownInChunks},
+    {"transfer-down-durable", TransferDownDurably},
+    {"transfer-up", TransferUp},
+    {"cancel", CancelSilent},
 };
 
 } // namespace

@@ -53,6 +53,9 @@ HttpReply Answer(const HttpRequest& request) {
     if (name == "Files") {
         return XmlReply("<ResponseData><JobId>1</JobId></ResponseData>");
     }
+    if (request.path.find("/Jobs/") != std::string::npos) {
+        return XmlReply("<ResponseData><Status>2</Status><Details>1</Details></ResponseData>");
+    }
     if (name.empty()) {
         return RedirectReply(url + "portal?request=sign-in&mode=DB");
     }
@@ -68,13 +71,25 @@ HttpReply Answer(const HttpRequest& request) {
     return FileReply(name);
 }
 
+/// A file called "…-silent" stops in its midst, with the connection open.
+Misbehaviour HowToBehave(const HttpRequest& head) {
+    constexpr std::uint64_t kSilentAfter = 1024 * 1024;
+    if (!head.path.ends_with("-silent")) {
+        return {};
+    }
+    return {.breakOff = Misbehaviour::Break::Silence, .breakAfter = kSilentAfter};
+}
+
 } // namespace
 
 int main() {
     try {
         StopSignal stop;
-        HttpServer server({}, [](const HttpRequest&) {
-            return Admission{.receive = [](std::string_view) {}, .answer = Answer, .trusted = true};
+        HttpServer server({}, [](const HttpRequest& head) {
+            return Admission{.receive = [](std::string_view) {},
+                             .answer = Answer,
+                             .trusted = true,
+                             .misbehaviour = HowToBehave(head)};
         });
         server.Start();
         std::cout << "Listening on http://127.0.0.1:" << server.Port() << "/\n" << std::flush;

@@ -5,12 +5,16 @@
 /// The time that a task counts. What happens while it stands still is preparation.
 class Stopwatch {
 public:
+    using Clock = std::chrono::steady_clock;
+    using Duration = Clock::duration;
+
     void Start() { m_since = Clock::now(); }
-    void Stop() { m_elapsed += Clock::now() - m_since; }
+    void Stop() { Add(Clock::now() - m_since); }
+    void Add(Duration time) { m_elapsed += time; }
+    Duration Elapsed() const { return m_elapsed; }
     double Seconds() const { return std::chrono::duration<double>(m_elapsed).count(); }
 
 private:
-    using Clock = std::chrono::steady_clock;
     Clock::time_point m_since;
-    Clock::duration m_elapsed{};
+    Duration m_elapsed{};
 };

@@ -22,6 +22,9 @@ TaskArguments ReadArguments(int argc, char** argv) {
     if (argc > 5) {
         arguments.file = argv[5];
     }
+    if (argc > 6) {
+        arguments.atOnce = std::stoull(argv[6]);
+    }
     return arguments;
 }
 
@@ -43,7 +46,7 @@ int RunTask(std::span<const Task> tasks, int argc, char** argv) {
             return 1;
         }
     }
-    std::fprintf(stderr, "usage: %s TASK [SIZE [COUNT [URL [FILE]]]]\nTasks:", argv[0]);
+    std::fprintf(stderr, "usage: %s TASK [SIZE [COUNT [URL [FILE [AT-ONCE]]]]]\nTasks:", argv[0]);
     for (const Task& task : tasks) {
         std::fprintf(stderr, " %s", task.name);
     }

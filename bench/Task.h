@@ -15,6 +15,7 @@ struct TaskArguments {
     std::size_t count = 1; ///< how often the work is done, or how many at once
     std::string url;       ///< of the bench service, with a slash at its end
     std::string file;      ///< to be sent, or to be written; several get a number each
+    std::size_t atOnce = 1; ///< how many of `count` files at a time
 };
 
 /// A piece of work that one side of a comparison does. It throws when anything goes wrong: a time

@@ -4,6 +4,7 @@
 #include "base/Hex.h"
 #include "support/PartFileRules.h"
 
+#include <atomic>
 #include <random>
 
 namespace {
@@ -24,8 +25,12 @@ std::error_code NotOpen() {
 } // namespace
 
 std::string PartFileRules::UniqueStem() {
-    std::random_device random;
-    return Stem((std::uint64_t{random()} << 32) | random());
+    // Counted up from one random number: to ask for another takes longer than to make the file.
+    static std::atomic<std::uint64_t> next = [] {
+        std::random_device random;
+        return (std::uint64_t{random()} << 32) | random();
+    }();
+    return Stem(next++);
 }
 
 std::string PartFileRules::StemFor(std::string_view destination) {

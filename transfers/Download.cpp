@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <memory>
 #include <string_view>
 #include <utility>
 
@@ -251,15 +252,15 @@ Download::Result Download::RefuseReply(IStreamingExchange& exchange) {
 }
 
 Download::Result Download::ReadContent(IStreamingExchange& exchange) {
-    m_block.resize(kBlockSize);
+    const auto block = std::make_unique_for_overwrite<char[]>(kBlockSize);
     for (;;) {
         std::size_t count = 0;
-        m_failure = exchange.Read(m_block.data(), m_block.size(), count);
+        m_failure = exchange.Read(block.get(), kBlockSize, count);
         if (m_failure == ExchangeFailure::Cancelled) {
             return Result::Cancelled;
         }
         if (count > 0) {
-            if (const Result written = Write(count); written != Result::Content) {
+            if (const Result written = Write({block.get(), count}); written != Result::Content) {
                 return written;
             }
         }
@@ -277,8 +278,8 @@ Download::Result Download::ReadContent(IStreamingExchange& exchange) {
     return Result::Complete;
 }
 
-Download::Result Download::Write(std::size_t count) {
-    if (count > m_expected - m_size) {
+Download::Result Download::Write(std::string_view bytes) {
+    if (bytes.size() > m_expected - m_size) {
         return Fail(ErrorCode::EmptyReply, L"The file is longer than announced.");
     }
     {
@@ -286,11 +287,11 @@ Download::Result Download::Write(std::size_t count) {
         if (m_isGivenUp) {
             return Result::Cancelled;
         }
-        if (const std::error_code reason = m_file.Write({m_block.data(), count})) {
+        if (const std::error_code reason = m_file.Write(bytes)) {
             return Fail(ErrorCode::DownloadWriteFailed,
                         FileFailureText(L"The file cannot be written", reason));
         }
-        m_size += count;
+        m_size += bytes.size();
     }
     m_attempts.Restart();
     Report(m_size);

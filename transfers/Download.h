@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <vector>
+#include <string_view>
 
 namespace transfers {
 
@@ -56,7 +56,7 @@ private:
     Result RefuseReply(IStreamingExchange& exchange);
     Result ReadContent(IStreamingExchange& exchange);
     /// Writes the first bytes of the block. Content: more may follow.
-    Result Write(std::size_t count);
+    Result Write(std::string_view bytes);
     Step PutInPlace();
     Step EndAsFailed();
 
@@ -74,7 +74,6 @@ private:
     std::uint64_t m_expected = kUnknownSize;
     std::wstring m_serverMessage;
     TransferOutcome m_failed;
-    std::vector<char> m_block;
 
     /// The file is written on the transfer's thread, and given up on whichever cancels.
     std::mutex m_fileMutex; ///< For what follows.

@@ -5,6 +5,7 @@
 
 #include <curl/curl.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <vector>
@@ -105,34 +106,51 @@ void SignIns(const TaskArguments& arguments, Stopwatch& watch) {
     watch.Stop();
 }
 
-/// All downloads at once, through one multi handle.
+/// One of the downloads under way.
+struct Slot {
+    Easy easy = NewEasy();
+    File file;
+};
+
+/// Through one multi handle; each handle of a download serves many, one after another.
 void Download(const TaskArguments& arguments, Stopwatch& watch, const std::string& suffix) {
     const std::string url =
         arguments.url + "Repository/Files/" + std::to_string(arguments.size) + suffix;
     watch.Start();
-    std::vector<File> files;
-    std::vector<Easy> downloads;
     const Multi multi(curl_multi_init());
-    for (std::size_t i = 0; i < arguments.count; ++i) {
-        files.push_back(OpenFile(arguments.file + std::to_string(i), "w+b"));
-        downloads.push_back(NewEasy());
-        CURL* easy = downloads.back().get();
+    std::vector<Slot> slots(std::min(arguments.count, arguments.atOnce));
+    std::size_t begun = 0;
+    const auto begin = [&](Slot& slot) {
+        slot.file = OpenFile(arguments.file + std::to_string(begun++), "w+b");
+        CURL* easy = slot.easy.get();
         curl_easy_setopt(easy, CURLOPT_URL, url.c_str());
+        curl_easy_setopt(easy, CURLOPT_PRIVATE, &slot);
         curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, WriteBlock);
-        curl_easy_setopt(easy, CURLOPT_WRITEDATA, files.back().get());
+        curl_easy_setopt(easy, CURLOPT_WRITEDATA, slot.file.get());
         curl_multi_add_handle(multi.get(), easy);
+    };
+    for (Slot& slot : slots) {
+        begin(slot);
     }
-    int running = 0;
-    curl_multi_perform(multi.get(), &running);
-    while (running > 0) {
-        curl_multi_poll(multi.get(), nullptr, 0, 1000, nullptr);
-        curl_multi_perform(multi.get(), &running);
-    }
-    for (std::size_t i = 0; i < arguments.count; ++i) {
-        curl_multi_remove_handle(multi.get(), downloads[i].get());
-        Require(std::ftell(files[i].get()) == static_cast<long>(arguments.size),
-                "the download failed");
-        files[i].reset();
+    for (std::size_t done = 0; done < arguments.count;) {
+        int count = 0;
+        curl_multi_perform(multi.get(), &count);
+        while (const CURLMsg* message = curl_multi_info_read(multi.get(), &count)) {
+            Require(message->data.result == CURLE_OK, "the exchange failed");
+            Slot* slot = nullptr;
+            curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &slot);
+            curl_multi_remove_handle(multi.get(), slot->easy.get());
+            Require(std::ftell(slot->file.get()) == static_cast<long>(arguments.size),
+                    "the download failed");
+            slot->file.reset();
+            ++done;
+            if (begun < arguments.count) {
+                begin(*slot);
+            }
+        }
+        if (done < arguments.count) {
+            curl_multi_poll(multi.get(), nullptr, 0, 1000, nullptr);
+        }
     }
     watch.Stop();
 }

@@ -9,7 +9,7 @@ void ByteQueue::Append(const char* data, std::size_t size) {
 }
 
 std::size_t ByteQueue::Pop(char* target, std::size_t size) noexcept {
-    const std::size_t taken = std::min(size, m_bytes.size() - m_first);
+    const std::size_t taken = std::min(size, Size());
     std::copy_n(m_bytes.data() + m_first, taken, target);
     m_first += taken;
     if (Empty()) {

@@ -11,7 +11,8 @@ public:
     void Append(const char* data, std::size_t size); // throws std::bad_alloc
     // Moves up to that many bytes out and returns how many there were.
     std::size_t Pop(char* target, std::size_t size) noexcept;
-    bool Empty() const noexcept { return m_first == m_bytes.size(); }
+    std::size_t Size() const noexcept { return m_bytes.size() - m_first; }
+    bool Empty() const noexcept { return Size() == 0; }
 
 private:
     std::vector<char> m_bytes;

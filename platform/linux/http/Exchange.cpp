@@ -26,6 +26,8 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 constexpr long kBufferSize = 256 * 1024;
+// libcurl may hand out megabytes at a time. Beyond this it keeps them until somebody reads on.
+constexpr std::size_t kMostWaiting = 64 * 1024;
 // A body that nobody wants is read up to here for the sake of its connection.
 constexpr curl_off_t kDiscardLimit = 64 * 1024;
 
@@ -86,6 +88,7 @@ Exchange::~Exchange() {
     }
     if (m_headDone) {
         m_discarding = true;
+        Resume();
         const curl_off_t limit = m_received + kDiscardLimit;
         for (curl_off_t before = -1; !m_ended && m_received > before && m_received < limit;) {
             before = m_received;
@@ -195,6 +198,9 @@ DWORD Exchange::Read(char* target, std::size_t size, std::size_t& read) {
     m_target = target + taken;
     m_wanted = size - taken;
     if (m_wanted > 0 && !m_ended) {
+        Resume();
+    }
+    if (m_wanted > 0 && !m_ended) {
         DriveUntil([this] { return m_wanted == 0; });
     }
     read = size - m_wanted;
@@ -231,6 +237,7 @@ void Exchange::StartHop(Connect connect) {
     m_overtaken = false;
     m_received = 0;
     m_discarding = false;
+    m_isPaused = false;
     m_sourceWanted = false;
     ReleaseChannel();
     m_channel = ChannelPool::Instance().Acquire(Origin(m_request.url));
@@ -327,8 +334,7 @@ std::size_t Exchange::OnHeader(char* data, std::size_t, std::size_t size, void* 
 }
 
 std::size_t Exchange::OnBody(char* data, std::size_t, std::size_t size, void* self) noexcept try {
-    static_cast<Exchange*>(self)->AddBody(data, size);
-    return size;
+    return static_cast<Exchange*>(self)->AddBody(data, size) ? size : CURL_WRITEFUNC_PAUSE;
 } catch (const std::bad_alloc&) {
     return 0;
 }
@@ -368,10 +374,14 @@ bool Exchange::AddHeaderLine(std::string_view line) {
     return true;
 }
 
-void Exchange::AddBody(const char* data, std::size_t size) {
+bool Exchange::AddBody(const char* data, std::size_t size) {
+    m_isPaused = !m_discarding && m_waiting.Size() >= kMostWaiting;
+    if (m_isPaused) {
+        return false;
+    }
     m_received += static_cast<curl_off_t>(size);
     if (m_discarding) {
-        return;
+        return true;
     }
     const std::size_t direct = std::min(size, m_wanted);
     if (direct > 0) {
@@ -380,6 +390,17 @@ void Exchange::AddBody(const char* data, std::size_t size) {
         m_wanted -= direct;
     }
     m_waiting.Append(data + direct, size - direct);
+    return true;
+}
+
+void Exchange::Resume() {
+    if (m_isPaused) {
+        m_isPaused = false;
+        const CURLcode outcome = curl_easy_pause(m_channel->Easy(), CURLPAUSE_CONT);
+        if (outcome != CURLE_OK) {
+            End(Failure(outcome)); // what it held is lost
+        }
+    }
 }
 
 // Reads a redirect's body, so that the next hop can use the connection; without a known end it is
@@ -387,6 +408,7 @@ void Exchange::AddBody(const char* data, std::size_t size) {
 void Exchange::DiscardBody() {
     m_waiting = {};
     m_discarding = true;
+    Resume();
     if (!m_ended && (m_reply.contentLength || m_reply.hasTransferEncoding)) {
         DriveUntil([this, limit = m_received + kDiscardLimit] { return m_received > limit; });
     }

@@ -54,7 +54,8 @@ private:
     static std::size_t OnSourceWanted(char* target, std::size_t, std::size_t size,
                                       void* self) noexcept;
     bool AddHeaderLine(std::string_view line); // false: there are too many
-    void AddBody(const char* data, std::size_t size);
+    bool AddBody(const char* data, std::size_t size); // false: not now
+    void Resume();
 
     // Sends the request and waits for its reply's head, or until a part of the body is wanted. Once
     // more, on a connection of its own, where the server ended a kept one before it had all of the
@@ -93,6 +94,7 @@ private:
     bool m_sourceWanted = false; // libcurl waits for more of the body
 
     ByteQueue m_waiting;
+    bool m_isPaused = false; // because enough is waiting
     char* m_target = nullptr; // where the rest of the read under way goes
     std::size_t m_wanted = 0;
 };
