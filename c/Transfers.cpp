@@ -39,7 +39,7 @@ std::string Narrow(const std::filesystem::path& path) {
 /// their defaults.
 template <class Struct>
 Struct Complete(const Struct* given, void (*init)(Struct*)) {
-    Struct complete;
+    Struct complete = {};
     init(&complete);
     if (given) {
         std::memcpy(&complete, given, std::min(given->size, sizeof(Struct)));

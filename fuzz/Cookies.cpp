@@ -10,7 +10,7 @@ using namespace platform;
 /// An address and, on the next lines, cookies for it.
 void Fuzz(std::string_view input) {
     const std::string address(TakeLine(input));
-    const std::wstring url = Utf8::ToWide(address).c_str();
+    const std::wstring url = Utf8::ToWide(address.substr(0, address.find('\0')));
     CInternetCache cache;
     cache.SetCookie(url.c_str(), Utf8::ToWide(input).c_str());
     cache.DeleteCookie(url.c_str());

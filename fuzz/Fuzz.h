@@ -9,12 +9,6 @@
 /// What a fuzzer does with an input. Each source of this folder has its own, and is a program.
 void Fuzz(std::string_view input);
 
-/// What libFuzzer calls.
-extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
-    Fuzz({reinterpret_cast<const char*>(data), size});
-    return 0;
-}
-
 /// Ends the run when a property that must hold for every input does not.
 inline void Require(bool holds) {
     if (!holds) {

@@ -7,7 +7,8 @@ void Fuzz(std::string_view input) {
     platform::HeaderList headers;
     headers.SetBlock(Utf8::ToWide(input));
     for (const auto& [name, value] : headers) {
-        Require(!name.empty() && name.find(':') == name.npos && headers.Find(name)->value == value);
+        Require(!name.empty() && name.find(':') == std::string::npos &&
+                headers.Find(name)->value == value);
         Require(!base::HasControls(name) && platform::IsFieldValue(value));
     }
 }

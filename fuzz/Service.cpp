@@ -7,11 +7,13 @@
 
 using namespace brevint::service;
 
-// Reads the body as one kind of it. Refusals are of one type.
+// Reads the body as one kind of it.
 template <class Reader>
 static void Read(Reader reader) try {
     reader();
-} catch (const ServiceError&) {}
+} catch (const ServiceError&) {
+    // Nothing to do: all refusals are of this type.
+}
 
 // A media type and, on the next lines, a body.
 void Fuzz(std::string_view input) {

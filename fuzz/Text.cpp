@@ -20,7 +20,7 @@ void Fuzz(std::string_view input) {
 
     const auto escaped = HttpEscape(input.data(), static_cast<unsigned>(input.size()));
     Require(brevint::service::ReadQuery(escaped + "=1").Single(input) == "1" || input.empty());
-    const std::wstring text = wide.c_str();
+    const std::wstring text = wide.substr(0, wide.find(L'\0'));
     Require(HtmlUnescape(text.c_str()).size() <= text.size());
     const std::string html = brevint::service::HtmlEscape(Utf8::ToNarrow(text));
     Require(HtmlUnescape(Utf8::ToWide(html).c_str()) == text);

@@ -19,7 +19,7 @@ static void Redirect(const std::string& url, std::string_view location) {
     reply.status = 302;
     reply.location = location;
     if (const auto target = RedirectTarget(request, reply)) {
-        Require(!base::HasControls(*target) && target->find_first_of(" #") == target->npos);
+        Require(!base::HasControls(*target) && target->find_first_of(" #") == std::string::npos);
         const bool refused = FollowRedirect(request, *target, reply.status) != ERROR_SUCCESS;
         Require(refused == (url.starts_with("https:") && target->starts_with("http:")));
         Require(refused || target->starts_with("http://") || target->starts_with("https://"));
@@ -37,7 +37,7 @@ void Fuzz(std::string_view input) {
         const std::string host = Utf8::ToNarrow(parts.host);
         const std::string target = RequestTarget(parts.path);
         Require(target.starts_with('/') && !base::HasControls(target) &&
-                target.find(' ') == target.npos);
+                target.find(' ') == std::string::npos);
         // What is connected to is what was cracked, in libcurl's eyes too, but for addresses.
         const std::string whole = ConnectionHandle({}, 0, host, parts.port).Url(true, target);
         if (Url seen; seen.Resolve(whole)) {

@@ -24,8 +24,9 @@ HttpReply TellIdentity(const Call& call) {
 HttpReply TellVersions(const Call&) {
     XmlWriter xml;
     xml.Open("ResponseData").Element("Version", kServiceVersion).Open("Client");
-    for (const char* version : kDesktopVersions)
+    for (const char* version : kDesktopVersions) {
         xml.Element("Version", version);
+    }
     xml.Close().Close();
     return XmlReply(xml.Document());
 }

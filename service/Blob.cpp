@@ -48,8 +48,9 @@ public:
         // The pattern begins again after 64 KiB.
         static const std::string period = [] {
             std::string bytes;
-            for (unsigned i = 0; i < 256 * 256; ++i)
+            for (unsigned i = 0; i < 256 * 256; ++i) {
                 bytes += static_cast<char>(static_cast<unsigned char>(i * 31 + i / 256));
+            }
             return bytes;
         }();
         while (count > 0) {

@@ -46,24 +46,28 @@ Admission Misbehave(const Call& call, ServiceState& state) {
         admission.refusal->headers.emplace_back("Retry-After",
                                                 std::to_string(*misbehaviour.retryAfter));
     }
-    if (misbehaviour.endsSession)
+    if (misbehaviour.endsSession) {
         state.sessions.End(ReadSessionCookies(call.request));
-    if (misbehaviour.changesFile && call.request.method == "GET")
+    }
+    if (misbehaviour.changesFile && call.request.method == "GET") {
         state.repository.Renew(call.Guid());
+    }
     return admission;
 }
 
 HttpReply Download(const Call& call, const ServiceState& state) {
     const Item item = state.repository.Find(call.Guid());
-    if (item.IsFolder())
+    if (item.IsFolder()) {
         throw NotAFile();
+    }
     const std::string tag = "\"" + item.version + "\"";
     const std::string date = FormatHttpDate(item.modified);
     const std::string size = std::to_string(item.content->Size());
     const std::string condition = call.request.Header("If-Range");
     HttpReply reply;
-    if (condition.empty() || condition == tag || condition == date)
+    if (condition.empty() || condition == tag || condition == date) {
         reply.range = ReadRange(call.request.Header("Range"), item.content->Size());
+    }
     if (reply.range && reply.range->length == 0) {
         HttpReply refusal = ErrorReply(416, "The range begins after the end of the file.");
         refusal.headers.emplace_back("Content-Range", "bytes */" + size);

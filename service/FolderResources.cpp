@@ -16,12 +16,15 @@ constexpr int kFolderType = 0;
 // The numbers that stand in ItemType, with their descriptions.
 std::pair<int, const char*> TypeOf(const Item& item) {
     const std::string name = base::ToLower(item.name);
-    if (item.IsFolder())
+    if (item.IsFolder()) {
         return {kFolderType, "Folder"};
-    if (name.ends_with(".project"))
+    }
+    if (name.ends_with(".project")) {
         return {2, "Project"};
-    if (name.ends_with(".template"))
+    }
+    if (name.ends_with(".template")) {
         return {3, "Template"};
+    }
     return {1, "File"};
 }
 
@@ -35,8 +38,9 @@ void WriteItem(XmlWriter& xml, const Item& item) {
         .Element("Description", item.description)
         .Element("DateCreated", FormatUtc(item.created))
         .Element("DateModified", FormatUtc(item.modified));
-    if (!item.IsFolder())
+    if (!item.IsFolder()) {
         xml.Open("Data").Element("Size", std::to_string(item.content->Size())).Close();
+    }
     xml.Flag("Locked", !item.lockedBy.empty())
         .Element("LockedBy", item.lockedBy)
         .Flag("IsPublic", item.isPublic)
@@ -48,8 +52,9 @@ void WriteItem(XmlWriter& xml, const Item& item) {
 HttpReply ListFolder(const Call& call, const Repository& repository) {
     XmlWriter xml;
     xml.Open("ResponseData");
-    for (const Item& item : repository.Children(call.Guid()))
+    for (const Item& item : repository.Children(call.Guid())) {
         WriteItem(xml, item);
+    }
     xml.Close();
     return XmlReply(xml.Document());
 }
@@ -58,8 +63,9 @@ HttpReply CreateFolder(const Call& call, Repository& repository) {
     const std::string parentId = call.Guid();
     const JsonReader body(call.request.Header("Content-Type"), call.request.body,
                           {"ItemType", "Name"});
-    if (body.Integer("ItemType") != kFolderType)
+    if (body.Integer("ItemType") != kFolderType) {
         throw BadRequest("Only folders can be created here.");
+    }
     const std::string id = repository.AddFolder(parentId, body.String("Name"), *call.user);
     XmlWriter xml;
     xml.Open("ResponseData").Element("UniqueId", id).Close();

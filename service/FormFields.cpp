@@ -14,8 +14,9 @@ std::string Decode(std::string_view text) {
     std::string blanks(text);
     std::ranges::replace(blanks, '+', ' ');
     std::optional<std::string> decoded = base::PercentDecode(blanks);
-    if (!decoded)
+    if (!decoded) {
         throw BadRequest("A percent escape is malformed.");
+    }
     return *std::move(decoded);
 }
 
@@ -32,10 +33,12 @@ void FormFields::Add(std::string name, std::string value) {
 std::optional<std::string> FormFields::Single(std::string_view name) const {
     const std::string* value = nullptr;
     for (const auto& [key, text] : m_fields) {
-        if (key != name)
+        if (key != name) {
             continue;
-        if (value)
+        }
+        if (value) {
             return std::nullopt;
+        }
         value = &text;
     }
     return value ? std::optional(*value) : std::nullopt;
@@ -45,29 +48,34 @@ FormFields ReadQuery(std::string_view query) {
     FormFields fields;
     for (std::string_view piece : Split(query, '&')) {
         const auto equals = std::min(piece.find('='), piece.size());
-        if (!piece.empty())
+        if (!piece.empty()) {
             fields.Add(Decode(piece.substr(0, equals)),
                        equals < piece.size() ? Decode(piece.substr(equals + 1)) : std::string());
+        }
     }
     return fields;
 }
 
 FormFields ReadForm(std::string_view contentType, std::string_view body) {
     const std::string_view mediaType = base::Trim(contentType.substr(0, contentType.find(';')));
-    if (!base::EqualsIgnoreCase(mediaType, "application/x-www-form-urlencoded"))
+    if (!base::EqualsIgnoreCase(mediaType, "application/x-www-form-urlencoded")) {
         throw ServiceError(415, "The body must be application/x-www-form-urlencoded.");
-    if (body.ends_with('&'))
+    }
+    if (body.ends_with('&')) {
         body.remove_suffix(1);
+    }
     FormFields fields;
     for (std::string_view piece : Split(body, '&')) {
         const auto equals = piece.find('=');
-        if (equals == std::string_view::npos)
+        if (equals == std::string_view::npos) {
             throw BadRequest("A form field lacks its \"=\".");
+        }
         const std::string_view name = piece.substr(0, equals);
         const std::string_view value = piece.substr(equals + 1);
         if (!std::ranges::all_of(name, IsFormCharacter) ||
-            !std::ranges::all_of(value, IsFormCharacter))
+            !std::ranges::all_of(value, IsFormCharacter)) {
             throw BadRequest("A form field holds a character that must be escaped.");
+        }
         fields.Add(Decode(name), Decode(value));
     }
     return fields;

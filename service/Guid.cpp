@@ -13,12 +13,14 @@ constexpr std::string_view kForm = "xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
 } // namespace
 
 std::optional<std::string> ParseGuid(std::string_view text) {
-    if (text.size() != kForm.size())
+    if (text.size() != kForm.size()) {
         return std::nullopt;
+    }
     std::string guid = base::ToLower(text);
     for (std::size_t i = 0; i < kForm.size(); ++i) {
-        if (kForm[i] == '-' ? guid[i] != '-' : base::HexValue(guid[i]) < 0)
+        if (kForm[i] == '-' ? guid[i] != '-' : base::HexValue(guid[i]) < 0) {
             return std::nullopt;
+        }
     }
     return guid;
 }

@@ -11,10 +11,12 @@ std::string HttpRequest::Header(std::string_view name) const {
     std::string value;
     bool found = false;
     for (const auto& [key, text] : headers) {
-        if (!base::EqualsIgnoreCase(key, name))
+        if (!base::EqualsIgnoreCase(key, name)) {
             continue;
-        if (found)
+        }
+        if (found) {
             value += ", ";
+        }
         value += text;
         found = true;
     }
@@ -23,12 +25,15 @@ std::string HttpRequest::Header(std::string_view name) const {
 
 std::optional<std::string> HttpRequest::Cookie(std::string_view name) const {
     for (const auto& [key, text] : headers) {
-        if (!base::EqualsIgnoreCase(key, "Cookie"))
+        if (!base::EqualsIgnoreCase(key, "Cookie")) {
             continue;
+        }
         for (std::string_view piece : Split(text, ';')) {
             piece = base::Trim(piece);
-            if (piece.size() > name.size() && piece.starts_with(name) && piece[name.size()] == '=')
+            if (piece.size() > name.size() && piece.starts_with(name) &&
+                piece[name.size()] == '=') {
                 return std::string(piece.substr(name.size() + 1));
+            }
         }
     }
     return std::nullopt;

@@ -61,10 +61,12 @@ HttpRequest ReadHead(const http::request<http::buffer_body>& message) {
     const std::string target = ToString(message.target());
     const auto mark = target.find('?');
     request.path = target.substr(0, mark);
-    if (mark != std::string::npos)
+    if (mark != std::string::npos) {
         request.query = target.substr(mark + 1);
-    for (const auto& field : message)
+    }
+    for (const auto& field : message) {
         request.headers.emplace_back(ToString(field.name_string()), ToString(field.value()));
+    }
     return request;
 }
 
@@ -75,16 +77,19 @@ ByteRange SentRange(const HttpReply& reply) {
 std::string HeaderText(const HttpReply& reply, bool keepAlive) {
     const auto reason = http::obsolete_reason(static_cast<http::status>(reply.status));
     std::string text = "HTTP/1.1 " + std::to_string(reply.status) + ' ' + ToString(reason) + "\r\n";
-    for (const auto& [name, value] : reply.headers)
+    for (const auto& [name, value] : reply.headers) {
         text.append(name).append(": ").append(value).append("\r\n");
+    }
     text += "Server: brevint-service\r\nCache-Control: no-store\r\n";
-    if (!keepAlive)
+    if (!keepAlive) {
         text += "Connection: close\r\n";
-    if (reply.file && reply.chunked)
+    }
+    if (reply.file && reply.chunked) {
         text += "Transfer-Encoding: chunked\r\n";
-    else
+    } else {
         text += "Content-Length: " +
                 std::to_string(reply.file ? SentRange(reply).length : reply.body.size()) + "\r\n";
+    }
     return text + "\r\n";
 }
 
@@ -100,9 +105,10 @@ asio::awaitable<void> Write(Stream& stream, const Buffers& buffers) {
 asio::awaitable<void> WaitForTheClientsEnd(Stream& stream) {
     std::vector<char> block(kBlockSize);
     error_code error;
-    while (!error)
+    while (!error) {
         co_await stream.async_read_some(asio::buffer(block),
                                         asio::redirect_error(asio::use_awaitable, error));
+    }
 }
 
 // Ends our side and waits for the client's end: closing with unread bytes would reset the
@@ -122,11 +128,13 @@ public:
     // How many of `wanted` bytes may pass as one block. Breaks off once enough have passed.
     asio::awaitable<std::size_t> Next(std::uint64_t wanted) {
         wanted = std::min<std::uint64_t>(wanted, kBlockSize);
-        if (m_misbehaviour.bytesPerSecond > 0)
+        if (m_misbehaviour.bytesPerSecond > 0) {
             wanted = std::min(wanted, m_misbehaviour.bytesPerSecond / 16 + 1);
+        }
         if (m_misbehaviour.breakOff != Misbehaviour::Break::None) {
-            if (m_passed >= m_misbehaviour.breakAfter)
+            if (m_passed >= m_misbehaviour.breakAfter) {
                 co_await BreakOff();
+            }
             wanted = std::min(wanted, m_misbehaviour.breakAfter - m_passed);
         }
         co_return static_cast<std::size_t>(wanted);
@@ -135,8 +143,9 @@ public:
     // Counts what has passed, and waits for as long as so many bytes are to take.
     asio::awaitable<void> Note(std::size_t count) {
         m_passed += count;
-        if (m_misbehaviour.bytesPerSecond == 0)
+        if (m_misbehaviour.bytesPerSecond == 0) {
             co_return;
+        }
         const std::chrono::duration<double> time(
             static_cast<double>(count) / static_cast<double>(m_misbehaviour.bytesPerSecond));
         asio::steady_timer pause(m_stream.get_executor(),
@@ -146,8 +155,9 @@ public:
 
     // To be called before the reply to an upload: where it is to break off, here at the latest.
     asio::awaitable<void> EndUpload() {
-        if (m_misbehaviour.breakOff != Misbehaviour::Break::None)
+        if (m_misbehaviour.breakOff != Misbehaviour::Break::None) {
             co_await BreakOff();
+        }
     }
 
 private:
@@ -177,8 +187,9 @@ asio::awaitable<void> WriteFile(Stream& stream, const HttpReply& reply, Flow& fl
         const std::size_t count = co_await flow.Next(remaining);
         reply.file->Read(offset, block.data(), count);
         char length[20] = "";
-        if (reply.chunked)
+        if (reply.chunked) {
             std::snprintf(length, sizeof length, "%zx\r\n", count);
+        }
         const std::array<asio::const_buffer, 3> message = {
             asio::buffer(length, std::strlen(length)), asio::buffer(block.data(), count),
             asio::buffer(lineEnd)};
@@ -187,8 +198,9 @@ asio::awaitable<void> WriteFile(Stream& stream, const HttpReply& reply, Flow& fl
         offset += count;
         remaining -= count;
     }
-    if (reply.chunked)
+    if (reply.chunked) {
         co_await Write(stream, asio::buffer("0\r\n\r\n", 5));
+    }
 }
 
 asio::awaitable<void> WriteReply(Stream& stream, const HttpReply& reply, bool keepAlive,
@@ -209,14 +221,17 @@ asio::awaitable<void> WriteReply(Stream& stream, const HttpReply& reply, bool ke
 // is the connection that has failed.
 HttpReply Refusal(const std::exception& failure) {
     const auto* const report = dynamic_cast<const boost::system::system_error*>(&failure);
-    if (!report)
+    if (!report) {
         return ErrorReply(failure);
+    }
     const error_code error = report->code();
-    if (error == http::error::body_limit)
+    if (error == http::error::body_limit) {
         return ErrorReply(413, "The request is too large.");
+    }
     if (error.category() != make_error_code(http::error{}).category() ||
-        error == http::error::end_of_stream || error == http::error::partial_message)
+        error == http::error::end_of_stream || error == http::error::partial_message) {
         throw *report;
+    }
     return ErrorReply(400, "The request is not valid HTTP.");
 }
 
@@ -253,8 +268,9 @@ asio::awaitable<void> ReadChunkedBody(Stream& stream, flat_buffer& buffer, Parse
         error_code error;
         co_await http::async_read(stream, buffer, parser,
                                   asio::redirect_error(asio::use_awaitable, error));
-        if (error && error != http::error::need_buffer)
+        if (error && error != http::error::need_buffer) {
             throw boost::system::system_error(error);
+        }
         const std::size_t count = size - body.size;
         receive({block.data(), count});
         co_await flow.Note(count);
@@ -274,8 +290,9 @@ public:
             : m_list(list), m_stream(std::move(stream)) {
             const std::lock_guard lock(m_list.m_mutex);
             m_place = m_list.m_waiting.insert(m_list.m_waiting.end(), this);
-            if (++m_list.m_count > m_list.m_limit)
+            if (++m_list.m_count > m_list.m_limit) {
                 m_list.CloseOne();
+            }
         }
 
         Entry(const Entry&) = delete;
@@ -310,8 +327,9 @@ public:
         // True when it was waiting. To be called with the mutex held.
         bool Leave() {
             const bool waits = m_place != m_list.m_waiting.end();
-            if (waits)
+            if (waits) {
                 m_list.m_waiting.erase(m_place);
+            }
             m_place = m_list.m_waiting.end();
             return waits;
         }
@@ -329,8 +347,9 @@ public:
 private:
     // To be called with the mutex held, which keeps the entry alive.
     void CloseOne() {
-        if (m_waiting.empty())
+        if (m_waiting.empty()) {
             return;
+        }
         Entry& entry = *m_waiting.front();
         entry.Leave();
         asio::post(entry.m_stream->get_executor(), [stream = entry.m_stream] { stream->close(); });
@@ -353,8 +372,9 @@ public:
           m_acceptor(m_context,
                      tcp::endpoint(asio::ip::address_v4::loopback(), server.m_options.port)) {
         asio::co_spawn(m_context, Accept(), asio::detached);
-        for (std::size_t i = 0; i < kThreadCount; ++i)
+        for (std::size_t i = 0; i < kThreadCount; ++i) {
             m_threads.emplace_back([this] { m_context.run(); });
+        }
     }
 
     Engine(const Engine&) = delete;
@@ -362,8 +382,9 @@ public:
 
     ~Engine() {
         m_context.stop();
-        for (std::thread& thread : m_threads)
+        for (std::thread& thread : m_threads) {
             thread.join();
+        }
     }
 
     std::uint16_t Port() const { return m_acceptor.local_endpoint().port(); }
@@ -395,7 +416,7 @@ private:
             entry.Wait(m_server.m_options.patience);
             co_await Finish(*stream);
         } catch (const std::exception&) {
-            // The client went away; the socket closes with this coroutine.
+            // Nothing to do: the client went away, and the socket closes with this coroutine.
         }
     }
 
@@ -414,8 +435,9 @@ private:
             co_await http::async_read_header(stream, buffer, parser, asio::use_awaitable);
             HttpRequest request = ReadHead(parser.get());
             admission = m_server.m_gate(request);
-            if (admission.trusted && !entry.Work())
+            if (admission.trusted && !entry.Work()) {
                 co_return false;
+            }
             const bool hasBody = !parser.is_done();
             keepAlive = parser.keep_alive() && parser.get().version() >= 11;
             if (admission.refusal) {
@@ -423,18 +445,21 @@ private:
                 // After a body that nobody has read no next request is found.
                 keepAlive = keepAlive && !hasBody;
             } else {
-                if (hasBody)
+                if (hasBody) {
                     co_await Read(stream, buffer, parser, admission, request, flow);
+                }
                 reply = admission.answer(std::move(request));
-                if (hasBody)
+                if (hasBody) {
                     co_await flow.EndUpload();
+                }
             }
         } catch (const std::exception& failure) {
             reply = Refusal(failure);
             keepAlive = false;
         }
-        if (parser.get().version() < 11)
+        if (parser.get().version() < 11) {
             reply.chunked = false;
+        }
         co_await WriteReply(stream, reply, keepAlive, flow);
         co_return keepAlive;
     }
@@ -451,15 +476,18 @@ private:
                 request.body += piece;
             };
         const auto length = parser.content_length();
-        if (length.value_or(0) > limit)
+        if (length.value_or(0) > limit) {
             throw boost::system::system_error(http::error::body_limit);
-        if (boost::beast::iequals(parser.get()[http::field::expect], "100-continue"))
+        }
+        if (boost::beast::iequals(parser.get()[http::field::expect], "100-continue")) {
             co_await Write(stream, asio::buffer("HTTP/1.1 100 Continue\r\n\r\n", 25));
+        }
         parser.body_limit(limit);
-        if (length)
+        if (length) {
             co_await ReadBody(stream, buffer, *length, receive, flow);
-        else
+        } else {
             co_await ReadChunkedBody(stream, buffer, parser, receive, flow);
+        }
     }
 
     const HttpServer& m_server;
@@ -470,7 +498,7 @@ private:
 };
 
 HttpServer::HttpServer(HttpServerOptions options, Gate gate)
-    : m_options(std::move(options)), m_gate(std::move(gate)) {}
+    : m_options(options), m_gate(std::move(gate)) {}
 
 HttpServer::~HttpServer() = default;
 

@@ -25,20 +25,23 @@ HttpReply SetLocked(const Call& call, Repository& repository) {
     const JsonReader body(call.request.Header("Content-Type"), call.request.body,
                           {"ItemId", "Locked"});
     const std::string id = body.Guid("ItemId");
-    if (id != call.Guid())
+    if (id != call.Guid()) {
         throw BadRequest("The body names another item than the address.");
-    if (body.Boolean("Locked"))
+    }
+    if (body.Boolean("Locked")) {
         repository.CheckOut(id, *call.user);
-    else
+    } else {
         repository.CheckIn(id, *call.user);
+    }
     return Done();
 }
 
 HttpReply DeleteItems(const Call& call, Repository& repository) {
     const JsonReader body(call.request.Header("Content-Type"), call.request.body, {"ItemIds"});
     const std::vector<std::string> ids = body.Guids("ItemIds");
-    if (ids.empty())
+    if (ids.empty()) {
         throw BadRequest("The body names no item.");
+    }
     repository.Remove(ids, *call.user);
     return Done();
 }

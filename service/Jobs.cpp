@@ -15,22 +15,25 @@ std::string Jobs::Add(const User& owner, Work work) {
     Job& job = m_jobs[id];
     job.ownerId = owner.id;
     job.work = std::move(work);
-    if (m_unfinishedPolls == 0)
+    if (m_unfinishedPolls == 0) {
         Finish(job);
+    }
     return id;
 }
 
 JobReport Jobs::Poll(const std::string& id, const User& user) {
     const std::lock_guard lock(m_mutex);
     const auto entry = m_jobs.find(id);
-    if (entry == m_jobs.end() || entry->second.ownerId != user.id)
+    if (entry == m_jobs.end() || entry->second.ownerId != user.id) {
         throw ItemNotFound();
+    }
     Job& job = entry->second;
     if (job.work) {
-        if (job.polls == m_unfinishedPolls)
+        if (job.polls == m_unfinishedPolls) {
             Finish(job);
-        else
+        } else {
             job.report.state = job.polls++ == 0 ? JobState::Queued : JobState::Running;
+        }
     }
     return job.report;
 }

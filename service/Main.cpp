@@ -15,13 +15,15 @@ using namespace brevint::service;
 std::string Footer() {
     std::ostringstream text;
     text << "How to misbehave:\n";
-    for (const MisbehaviourRow& row : AllMisbehaviours())
+    for (const MisbehaviourRow& row : AllMisbehaviours()) {
         text << "  " << row.name << (row.value.empty() ? "" : "=") << row.value << "\n      "
              << row.meaning << "\n";
+    }
     text << "\nUsers (name / password):\n";
-    for (const User& user : kUsers)
+    for (const User& user : kUsers) {
         text << "  " << user.name << " / " << user.password
              << (user.role == Role::Administrator ? "  (administrator)\n" : "\n");
+    }
     text << "Root folders:\n  projects  " << Repository::kProjectRootId << "\n  templates "
          << Repository::kTemplateRootId << "\n";
     return text.str();
@@ -35,8 +37,9 @@ void AddOption(CLI::App& app, const OptionRow& row, ServiceOptions& options) {
     }
     const auto set = [&](const std::vector<std::string>& values) {
         try {
-            for (const std::string& value : values)
+            for (const std::string& value : values) {
                 row.set(options, value);
+            }
         } catch (const std::invalid_argument& failure) {
             throw CLI::ValidationError(row.name, failure.what());
         }
@@ -44,8 +47,9 @@ void AddOption(CLI::App& app, const OptionRow& row, ServiceOptions& options) {
     CLI::Option* const option =
         app.add_option_function<std::vector<std::string>>(row.name, set, row.meaning);
     option->type_name(row.value)->allow_extra_args(false);
-    if (!row.repeated)
+    if (!row.repeated) {
         option->expected(1);
+    }
 }
 
 int Run(int argc, char** argv) {
@@ -54,8 +58,9 @@ int Run(int argc, char** argv) {
                  "brevint-service");
     app.footer(Footer());
     app.set_version_flag("--version", "brevint-service " BREVINT_VERSION);
-    for (const OptionRow& row : AllOptions())
+    for (const OptionRow& row : AllOptions()) {
         AddOption(app, row, options);
+    }
     // For those who write the document; not shown.
     std::string table;
     app.add_option("--write-table", table)->group("");

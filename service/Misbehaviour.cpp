@@ -58,8 +58,9 @@ void ReadMisbehaviour(std::string_view text, Misbehaviour& misbehaviour) {
     const auto equals = text.find('=');
     const bool hasValue = equals != std::string_view::npos;
     const auto row = std::ranges::find(kRows, text.substr(0, equals), &MisbehaviourRow::name);
-    if (row == std::end(kRows) || row->value.empty() == hasValue)
+    if (row == std::end(kRows) || row->value.empty() == hasValue) {
         throw std::invalid_argument("there is no misbehaviour \"" + std::string(text) + "\"");
+    }
     row->set(misbehaviour, hasValue ? ReadNumber(text.substr(equals + 1)) : 0);
 }
 
@@ -70,8 +71,9 @@ void Conduct::Set(const Misbehaviour& misbehaviour) {
 
 Misbehaviour Conduct::Next() {
     const std::lock_guard lock(m_mutex);
-    if (m_misbehaviour.requests == 0)
+    if (m_misbehaviour.requests == 0) {
         return {};
+    }
     --m_misbehaviour.requests;
     return m_misbehaviour;
 }

@@ -19,8 +19,9 @@ ServiceError Malformed(const std::string& what) {
 
 // Takes `prefix` off the front of `text`; false when it does not stand there.
 bool Consume(std::string_view& text, std::string_view prefix) {
-    if (!text.starts_with(prefix))
+    if (!text.starts_with(prefix)) {
         return false;
+    }
     text.remove_prefix(prefix.size());
     return true;
 }
@@ -28,28 +29,35 @@ bool Consume(std::string_view& text, std::string_view prefix) {
 std::string ReadBoundary(std::string_view contentType) {
     const auto semicolon = contentType.find(';');
     if (!base::EqualsIgnoreCase(base::Trim(contentType.substr(0, semicolon)),
-                                "multipart/form-data"))
+                                "multipart/form-data")) {
         throw ServiceError(415, "The body must be multipart/form-data.");
+    }
     std::string_view parameter;
-    if (semicolon != std::string_view::npos)
+    if (semicolon != std::string_view::npos) {
         parameter = base::Trim(contentType.substr(semicolon + 1));
+    }
     std::string boundary;
-    if (Consume(parameter, "boundary="))
+    if (Consume(parameter, "boundary=")) {
         boundary = parameter;
-    if (boundary.size() >= 2 && boundary.front() == '"' && boundary.back() == '"')
+    }
+    if (boundary.size() >= 2 && boundary.front() == '"' && boundary.back() == '"') {
         boundary = boundary.substr(1, boundary.size() - 2);
+    }
     if (boundary.empty() || boundary.size() > 70 ||
-        boundary.find_first_of("\"; \t,") != std::string::npos)
+        boundary.find_first_of("\"; \t,") != std::string::npos) {
         throw Malformed("the header declares no proper boundary.");
+    }
     return boundary;
 }
 
 std::string ReadFileName(std::string_view disposition) {
-    if (!Consume(disposition, "form-data; name=\"file\"; filename=\""))
+    if (!Consume(disposition, "form-data; name=\"file\"; filename=\"")) {
         throw Malformed("the part is not a file named \"file\".");
+    }
     const auto quote = disposition.find('"');
-    if (quote == std::string_view::npos || quote + 1 != disposition.size())
+    if (quote == std::string_view::npos || quote + 1 != disposition.size()) {
         throw Malformed("the file name is not closed by a quote.");
+    }
     return std::string(disposition.substr(0, quote));
 }
 
@@ -59,33 +67,41 @@ std::string_view PartHeader(std::string_view block, std::string_view name) {
     bool found = false;
     while (!block.empty()) {
         const auto end = block.find(kLineEnd);
-        if (end == std::string_view::npos)
+        if (end == std::string_view::npos) {
             throw Malformed("a header line does not end.");
+        }
         const std::string_view line = block.substr(0, end);
         block.remove_prefix(end + kLineEnd.size());
         const auto colon = line.find(':');
-        if (colon == std::string_view::npos)
+        if (colon == std::string_view::npos) {
             throw Malformed("a header line has no colon.");
-        if (!base::EqualsIgnoreCase(line.substr(0, colon), name))
+        }
+        if (!base::EqualsIgnoreCase(line.substr(0, colon), name)) {
             continue;
-        if (found)
+        }
+        if (found) {
             throw Malformed("header " + std::string(name) + " is doubled.");
+        }
         value = base::Trim(line.substr(colon + 1));
         found = true;
     }
-    if (!found)
+    if (!found) {
         throw Malformed("header " + std::string(name) + " is missing.");
+    }
     return value;
 }
 
 // The file's name from the body's `head`, which ends with the part's last header line.
 std::string ReadHead(std::string_view head, std::string_view delimiter) {
-    if (!Consume(head, delimiter))
+    if (!Consume(head, delimiter)) {
         throw Malformed("it does not begin with its boundary.");
-    if (!Consume(head, kLineEnd))
+    }
+    if (!Consume(head, kLineEnd)) {
         throw Malformed("the first boundary does not end its line.");
-    if (!base::EqualsIgnoreCase(PartHeader(head, "Content-Type"), "application/octet-stream"))
+    }
+    if (!base::EqualsIgnoreCase(PartHeader(head, "Content-Type"), "application/octet-stream")) {
         throw Malformed("the part is not application/octet-stream.");
+    }
     return ReadFileName(PartHeader(head, "Content-Disposition"));
 }
 
@@ -98,10 +114,12 @@ void MultipartReader::Take(std::string_view piece) {
     if (!m_headIsRead) {
         m_head += piece;
         const auto blankLine = m_head.find("\r\n\r\n");
-        if (blankLine == std::string::npos && m_head.size() > kHeadLimit)
+        if (blankLine == std::string::npos && m_head.size() > kHeadLimit) {
             throw Malformed("the part's headers do not end.");
-        if (blankLine == std::string::npos)
+        }
+        if (blankLine == std::string::npos) {
             return;
+        }
         const auto end = blankLine + kLineEnd.size();
         m_file.name = ReadHead(std::string_view(m_head).substr(0, end), m_delimiter);
         m_headIsRead = true;
@@ -117,15 +135,18 @@ void MultipartReader::Take(std::string_view piece) {
 
 MultipartFile MultipartReader::End() {
     if (!m_headIsRead) {
-        if (m_head.empty() || m_head == m_delimiter + "--" || m_head == m_delimiter + "--\r\n")
+        if (m_head.empty() || m_head == m_delimiter + "--" || m_head == m_delimiter + "--\r\n") {
             throw NoFilesFound();
+        }
         throw Malformed("the part's headers do not end.");
     }
     std::string closing = "\r\n" + m_delimiter + "--";
-    if (m_tail.ends_with(kLineEnd))
+    if (m_tail.ends_with(kLineEnd)) {
         closing += kLineEnd;
-    if (!m_tail.ends_with(closing))
+    }
+    if (!m_tail.ends_with(closing)) {
         throw Malformed("the last boundary is missing.");
+    }
     m_file.size -= closing.size();
     return std::move(m_file);
 }

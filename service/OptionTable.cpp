@@ -11,8 +11,9 @@ namespace {
 
 void AddPatternFile(ServiceOptions& options, const std::string& text) {
     const auto equals = text.rfind('=');
-    if (equals == 0 || equals == std::string::npos)
+    if (equals == 0 || equals == std::string::npos) {
         throw std::invalid_argument("expected NAME=BYTES");
+    }
     options.patternFiles.emplace_back(text.substr(0, equals), ReadNumber(text.substr(equals + 1)));
 }
 
@@ -79,10 +80,12 @@ std::span<const OptionRow> AllOptions() {
 }
 
 std::string DocumentedTable(const std::string& name) {
-    if (name == "options")
+    if (name == "options") {
         return DocumentedOptions();
-    if (name == "misbehaviour")
+    }
+    if (name == "misbehaviour") {
         return DocumentedMisbehaviour();
+    }
     throw std::invalid_argument("there is no such table");
 }
 

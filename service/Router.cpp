@@ -19,14 +19,16 @@ constexpr std::string_view kIdSegment = "{id}";
 // does not fit.
 std::optional<std::string> Match(const std::vector<std::string>& pattern,
                                  const std::vector<std::string_view>& path) {
-    if (pattern.size() != path.size())
+    if (pattern.size() != path.size()) {
         return std::nullopt;
+    }
     std::string id;
     for (std::size_t i = 0; i < path.size(); ++i) {
-        if (pattern[i] == kIdSegment)
+        if (pattern[i] == kIdSegment) {
             id = path[i];
-        else if (!base::EqualsIgnoreCase(pattern[i], path[i]))
+        } else if (!base::EqualsIgnoreCase(pattern[i], path[i])) {
             return std::nullopt;
+        }
     }
     return id;
 }
@@ -36,8 +38,9 @@ bool IsThisMachine(std::string_view host) {
     if (!host.ends_with(']')) {
         const std::size_t colon = std::min(host.rfind(':'), host.size());
         const std::string_view port = host.substr(std::min(colon + 1, host.size()));
-        if (port.find_first_not_of("0123456789") != std::string_view::npos)
+        if (port.find_first_not_of("0123456789") != std::string_view::npos) {
             return false;
+        }
         host = host.substr(0, colon);
     }
     const bool isV4 =
@@ -49,19 +52,22 @@ bool IsThisMachine(std::string_view host) {
 // that leads to this machine for once, or under a name of this machine, but from that page.
 void CheckOrigin(const HttpRequest& head) {
     const std::string host = base::ToLower(head.Header("Host"));
-    if (!IsThisMachine(host))
+    if (!IsThisMachine(host)) {
         throw ServiceError(421, "The host must be localhost, 127.x.x.x or [::1].");
+    }
     const std::string origin = base::ToLower(head.Header("Origin"));
-    if (!origin.empty() && origin != "http://" + host)
+    if (!origin.empty() && origin != "http://" + host) {
         throw ServiceError(403, "Another web site sent this request.");
+    }
 }
 
 } // namespace
 
 std::string Call::Guid() const {
     const auto guid = ParseGuid(id);
-    if (!guid)
+    if (!guid) {
         throw MalformedGuid();
+    }
     return *guid;
 }
 
@@ -77,35 +83,40 @@ void Router::Add(std::string method, std::string_view pattern, Access access,
 
 void Router::AddOpened(std::string method, std::string_view pattern, Access access, Opener opener) {
     Route route{std::move(method), {}, access, std::move(opener)};
-    for (std::string_view segment : Split(pattern, '/'))
+    for (std::string_view segment : Split(pattern, '/')) {
         route.segments.emplace_back(segment);
+    }
     m_routes.push_back(std::move(route));
 }
 
 Admission Router::Admit(const HttpRequest& head) const {
     CheckOrigin(head);
-    if (!head.path.starts_with('/'))
+    if (!head.path.starts_with('/')) {
         throw BadRequest("The request names no path.");
+    }
     const auto segments = Split(std::string_view(head.path).substr(1), '/');
     std::string methods;
     for (const Route& route : m_routes) {
         const auto id = Match(route.segments, segments);
-        if (!id)
+        if (!id) {
             continue;
+        }
         if (route.method != head.method) {
             methods += (methods.empty() ? "" : ", ") + route.method;
             continue;
         }
         const Call call{head, *id, m_sessions.Find(ReadSessionCookies(head)),
                         "http://" + head.Header("Host") + "/"};
-        if (!call.user && route.access == Access::SignedIn)
+        if (!call.user && route.access == Access::SignedIn) {
             throw AuthorizationFailed();
+        }
         Admission admission = route.opener(call);
         admission.trusted = call.user != nullptr;
         return admission;
     }
-    if (methods.empty())
+    if (methods.empty()) {
         throw ServiceError(404, "There is no such resource.");
+    }
     HttpReply reply = ErrorReply(405, "The resource does not know this method.");
     reply.headers.emplace_back("Allow", methods);
     return {.refusal = std::move(reply)};

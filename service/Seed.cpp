@@ -71,12 +71,14 @@ void SeedRepository(Repository& repository, const ServiceOptions& options) {
     const std::string plans = plant.Folder(templates, "Plans");
     plant.File(plans, "Inspection.template", "inspection\n", "Yearly inspection");
 
-    for (const auto& [name, size] : options.patternFiles)
+    for (const auto& [name, size] : options.patternFiles) {
         plant.File(projects, name, MakePatternBlob(size));
+    }
     if (options.manyFiles > 0) {
         const std::string many = plant.Folder(projects, "Many");
-        for (std::size_t i = 1; i <= options.manyFiles; ++i)
+        for (std::size_t i = 1; i <= options.manyFiles; ++i) {
             plant.File(many, "File " + std::to_string(i) + ".txt", "number " + std::to_string(i));
+        }
     }
 }
 

@@ -21,8 +21,9 @@ void SetSessionCookies(HttpReply& reply, const SessionCookies& cookies) {
 }
 
 void ExpireSessionCookies(HttpReply& reply) {
-    for (const std::string name : {"FedAuth", "FedAuth1"})
+    for (const std::string name : {"FedAuth", "FedAuth1"}) {
         SetCookie(reply, name + "=; Path=/; Expires=Thu, 01 Jan 1970 00:00:00 GMT; Max-Age=0");
+    }
 }
 
 } // namespace brevint::service

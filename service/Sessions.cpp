@@ -15,9 +15,11 @@ constexpr std::chrono::hours kSessionLifetime(8);
 } // namespace
 
 const User* Sessions::CheckPassword(std::string_view name, std::string_view password) const {
-    for (const User& user : kUsers)
-        if (user.name == name)
+    for (const User& user : kUsers) {
+        if (user.name == name) {
             return user.password == password ? &user : nullptr;
+        }
+    }
     return nullptr;
 }
 
@@ -41,8 +43,9 @@ std::optional<SessionCookies> Sessions::Redeem(const std::string& token,
                                                const std::string& context) {
     const std::lock_guard lock(m_mutex);
     const auto node = m_tokens.extract(token);
-    if (!node || node.mapped().expiry <= Clock::now() || node.mapped().context != context)
+    if (!node || node.mapped().expiry <= Clock::now() || node.mapped().context != context) {
         return std::nullopt;
+    }
     SessionCookies cookies{RandomToken(), RandomToken()};
     std::erase_if(m_sessions,
                   [](const auto& entry) { return entry.second.expiry <= Clock::now(); });

@@ -31,9 +31,10 @@ std::string Hidden(const std::string& name, const std::string& value) {
 // are how clients tell the page of a successful sign-in.
 std::string CredentialPage(const std::string& failure) {
     std::string content;
-    if (!failure.empty())
+    if (!failure.empty()) {
         content +=
             "<p role=\"alert\"><failureMessage>" + HtmlEscape(failure) + "</failureMessage></p>\n";
+    }
     content += "<form method=\"post\">\n"
                "<p><label>User name <input type=\"text\" name=\"userName\" autofocus></label></p>\n"
                "<p><label>Password <input type=\"password\" name=\"password\"></label></p>\n"
@@ -69,8 +70,9 @@ std::string CheckPortalQuery(const Call& call) {
     const FormFields query = ReadQuery(call.request.query);
     const auto mode = query.Single("mode");
     const auto context = query.Single("context");
-    if (query.Single("request") != kSignInRequest || !context || (mode != "DB" && mode != "VX"))
+    if (query.Single("request") != kSignInRequest || !context || (mode != "DB" && mode != "VX")) {
         throw BadRequest("The portal's address lacks its parameters.");
+    }
     return *context;
 }
 
@@ -79,11 +81,13 @@ HttpReply TakeCredentials(const Call& call, Sessions& sessions) {
     const FormFields form = ReadForm(call.request.Header("Content-Type"), call.request.body);
     const auto name = form.Single("userName");
     const auto password = form.Single("password");
-    if (!name || !password || form.Size() != 2)
+    if (!name || !password || form.Size() != 2) {
         throw BadRequest("The form must hold userName and password.");
+    }
     const User* user = sessions.CheckPassword(*name, *password);
-    if (!user)
+    if (!user) {
         return HtmlReply(200, CredentialPage("The user name or password is incorrect."));
+    }
     return HtmlReply(200, TokenPage(call.serviceUrl + kFederationPath,
                                     sessions.IssueToken(*user, context), context));
 }
@@ -92,13 +96,15 @@ HttpReply TakeToken(const Call& call, Sessions& sessions) {
     const FormFields form = ReadForm(call.request.Header("Content-Type"), call.request.body);
     const auto token = form.Single("token");
     const auto context = form.Single("context");
-    if (form.Single("request") != kSignInRequest || !token || !context || form.Size() != 3)
+    if (form.Single("request") != kSignInRequest || !token || !context || form.Size() != 3) {
         throw BadRequest("The form must hold request, token and context.");
+    }
     const auto cookies = sessions.Redeem(*token, *context);
-    if (!cookies)
+    if (!cookies) {
         return HtmlReply(403, Page("Sign-in failed",
                                    "<p>The sign-in token is not valid. <a href=\"" +
                                        HtmlEscape(call.serviceUrl) + "\">Sign in again</a></p>\n"));
+    }
     HttpReply reply = RedirectReply(call.serviceUrl);
     SetSessionCookies(reply, *cookies);
     return reply;

@@ -14,14 +14,16 @@ namespace {
 HttpReply ListTemplates(const Call& call, const Repository& repository) {
     const FormFields query = ReadQuery(call.request.query);
     const auto key = query.Single("key");
-    if (query.Single("source") != "templates" || !key)
+    if (query.Single("source") != "templates" || !key) {
         throw BadRequest("The query must hold source=templates and a key.");
+    }
 
     XmlWriter xml;
     xml.Open("ResponseData");
     for (const auto& [item, category] : repository.Templates()) {
-        if (!key->empty() && !base::EqualsIgnoreCase(category, *key))
+        if (!key->empty() && !base::EqualsIgnoreCase(category, *key)) {
             continue;
+        }
         // Texts that users wrote are HTML in this listing.
         xml.Open("Item")
             .Element("UniqueId", item.id)

@@ -40,8 +40,9 @@ std::vector<std::string_view> Split(std::string_view text, char separator) {
     for (;;) {
         const auto end = text.find(separator);
         pieces.push_back(text.substr(0, end));
-        if (end == std::string_view::npos)
+        if (end == std::string_view::npos) {
             return pieces;
+        }
         text.remove_prefix(end + 1);
     }
 }
@@ -66,8 +67,9 @@ std::string RandomToken() {
     std::string token;
     while (token.size() < 64) {
         unsigned bits = source();
-        for (int digit = 0; digit < 8; ++digit, bits >>= 4)
+        for (int digit = 0; digit < 8; ++digit, bits >>= 4) {
             token += base::kHexDigits[bits & 15];
+        }
     }
     return token;
 }
@@ -84,9 +86,10 @@ std::uint64_t ReadNumber(std::string_view text, std::uint64_t largest) {
     std::uint64_t number = 0;
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, number);
-    if (stop != end || error != std::errc() || number > largest)
+    if (stop != end || error != std::errc() || number > largest) {
         throw std::invalid_argument("expected a number up to " + std::to_string(largest) +
                                     ", not \"" + std::string(text) + "\"");
+    }
     return number;
 }
 

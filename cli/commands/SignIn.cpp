@@ -63,7 +63,8 @@ struct Attempt {
     Failure failure(ExitCode::NotAuthorised, summary, "Check the user name and the password.");
     // Where the page gives no reason, or its form would leave https, the words are the library's.
     // A portal can imitate them, so they are nobody's here.
-    if (words == "Failed to find expected error" || words.find("(" + url + ")") != words.npos) {
+    if (words == "Failed to find expected error" ||
+        words.find("(" + url + ")") != std::string::npos) {
         failure.summary += " The portal's answer cannot be used.";
     } else {
         failure.serverWords = words;

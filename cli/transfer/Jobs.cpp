@@ -68,10 +68,11 @@ std::string AwaitJob(Context& context, JobKind kind, const std::wstring& jobId,
                              (kind == JobKind::Overwrite ? " --of replace." : ".");
     Interrupt interrupt;
     Progress progress(name + ": sent, being processed,");
-    std::optional<std::string> itemId;
+    std::string itemId;
     const auto poll = [&] {
-        itemId = Poll(context, kind, jobId, {}, summary);
-        return itemId.has_value();
+        const std::optional<std::string> known = Poll(context, kind, jobId, {}, summary);
+        itemId = known.value_or("");
+        return known.has_value();
     };
     try {
         WaitUntil(poll, {100ms, 5s, context.Timeout()}, interrupt, progress,
@@ -83,7 +84,7 @@ std::string AwaitJob(Context& context, JobKind kind, const std::wstring& jobId,
         }
         throw;
     }
-    return *itemId;
+    return itemId;
 }
 
 Outcome SendFile(Context& context, JobKind kind, const std::wstring& target,

@@ -27,8 +27,9 @@ int Number(std::intptr_t file) {
 TemporaryFile::TemporaryFile() {
     std::string path = std::filesystem::temp_directory_path() / "brevint-service-XXXXXX";
     m_file = mkostemp(path.data(), O_CLOEXEC);
-    if (m_file < 0)
+    if (m_file < 0) {
         Fail(errno);
+    }
     unlink(path.c_str());
 }
 
@@ -39,8 +40,9 @@ TemporaryFile::~TemporaryFile() {
 void TemporaryFile::Append(std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t count = write(Number(m_file), bytes.data(), bytes.size());
-        if (count < 0 && errno != EINTR)
+        if (count < 0 && errno != EINTR) {
             Fail(errno);
+        }
         bytes.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
     }
 }
@@ -48,8 +50,9 @@ void TemporaryFile::Append(std::string_view bytes) {
 void TemporaryFile::Read(std::uint64_t offset, char* target, std::size_t count) const {
     while (count > 0) {
         const ssize_t part = pread(Number(m_file), target, count, static_cast<off_t>(offset));
-        if (part == 0 || (part < 0 && errno != EINTR))
+        if (part == 0 || (part < 0 && errno != EINTR)) {
             Fail(part == 0 ? EIO : errno);
+        }
         const auto step = static_cast<std::size_t>(std::max<ssize_t>(part, 0));
         offset += step;
         target += step;

@@ -26,8 +26,9 @@ TemporaryFile::TemporaryFile() {
     const HANDLE file =
         CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_DELETE, nullptr,
                     CREATE_NEW, FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
-    if (file == INVALID_HANDLE_VALUE)
+    if (file == INVALID_HANDLE_VALUE) {
         Fail(GetLastError());
+    }
     m_file = reinterpret_cast<std::intptr_t>(file);
 }
 
@@ -38,10 +39,13 @@ TemporaryFile::~TemporaryFile() {
 void TemporaryFile::Append(std::string_view bytes) {
     // A piece has far fewer bytes than a DWORD can tell, and a file takes all of it or fails.
     DWORD count = 0;
-    if (!WriteFile(Handle(m_file), bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr))
+    if (!WriteFile(Handle(m_file), bytes.data(), static_cast<DWORD>(bytes.size()), &count,
+                   nullptr)) {
         Fail(GetLastError());
-    if (count != bytes.size())
+    }
+    if (count != bytes.size()) {
         Fail(ERROR_DISK_FULL);
+    }
 }
 
 void TemporaryFile::Read(std::uint64_t offset, char* target, std::size_t count) const {
@@ -49,10 +53,12 @@ void TemporaryFile::Read(std::uint64_t offset, char* target, std::size_t count) 
     place.Offset = static_cast<DWORD>(offset);
     place.OffsetHigh = static_cast<DWORD>(offset >> 32);
     DWORD got = 0;
-    if (!ReadFile(Handle(m_file), target, static_cast<DWORD>(count), &got, &place))
+    if (!ReadFile(Handle(m_file), target, static_cast<DWORD>(count), &got, &place)) {
         Fail(GetLastError());
-    if (got != count)
+    }
+    if (got != count) {
         Fail(ERROR_HANDLE_EOF);
+    }
 }
 
 } // namespace brevint::service

@@ -22,7 +22,8 @@ void ExpectDocumented(const nlohmann::json& document, const std::string& names) 
     }
     for (const auto& [name, value] : document.items()) {
         if (name != "error") {
-            EXPECT_TRUE(document.is_array() || names.find("`" + name + "`") != names.npos) << name;
+            EXPECT_TRUE(document.is_array() || names.find("`" + name + "`") != std::string::npos)
+                << name;
             ExpectDocumented(value, names);
         }
     }

@@ -82,6 +82,7 @@ TEST_F(ClientTest, ReadsTheSessionWhole) {
     for (int i = 0; i < 100; ++i) {
         EXPECT_EQ(cookies, cli::LoadSession().value().cookies);
     }
+    writer.wait();
 }
 
 TEST_F(ClientTest, WithoutAServiceSaysSo) {

@@ -57,14 +57,14 @@ inline std::string Repeat(int count, const std::string& text) {
 inline std::string Numbered(int count, const std::string& text, const std::string& after = {}) {
     std::string all;
     for (int i = 0; i < count; ++i) {
-        all += text + std::to_string(i) + after;
+        all.append(text).append(std::to_string(i)).append(after);
     }
     return all;
 }
 
 /// The text with something else in the place of a part, wherever that stands.
 inline std::string Replace(std::string text, std::string_view part, std::string_view by) {
-    for (std::size_t at = 0; (at = text.find(part, at)) != text.npos; at += by.size()) {
+    for (std::size_t at = 0; (at = text.find(part, at)) != std::string::npos; at += by.size()) {
         text.replace(at, part.size(), by);
     }
     return text;

@@ -67,16 +67,19 @@ service::Admission Admit(const service::HttpRequest& head) {
     const auto answer = [](const service::HttpRequest& request) {
         ++gAnswers;
         service::HttpReply reply;
-        if (request.path == "/huge")
+        if (request.path == "/huge") {
             reply.file = service::MakePatternBlob(std::uint64_t{1} << 40);
+        }
         reply.chunked = request.path == "/chunked";
-        if (reply.chunked)
+        if (reply.chunked) {
             reply.file = service::MakeBlob(std::string(300'000, 'x'));
+        }
         reply.body = request.method + " " + request.path + " " + request.body;
         return reply;
     };
-    if (head.path == "/refused")
+    if (head.path == "/refused") {
         return {.refusal = service::HtmlReply(403, "no")};
+    }
     return {.answer = answer, .trusted = head.path != "/stranger"};
 }
 
@@ -126,8 +129,9 @@ TEST(HttpServer, StopsWhateverItsConnectionsAreDoing) {
     EXPECT_EQ(stuck.ReceiveBytes(100'000).size(), 100'000u);
 
     server.Stop();
-    for (HttpClient* client : {&untouched, &idle, server.working.get()})
+    for (HttpClient* client : {&untouched, &idle, server.working.get()}) {
         EXPECT_EQ(client->ReceiveBytes(1), "");
+    }
 }
 
 // Where the two below would fail, they wait for ever.
@@ -136,8 +140,9 @@ TEST(HttpServer, ClosesConnectionsThatKeepItWaiting) {
     HttpClient untouched(server.Port()), halfHead(server.Port()), stranger(server.Port());
     halfHead.Send("GET / HTTP/1.1\r\nHo");
     stranger.Send("POST /stranger HTTP/1.1\r\nContent-Length: 8\r\n\r\nhalf");
-    for (HttpClient* client : {&untouched, &halfHead, &stranger})
+    for (HttpClient* client : {&untouched, &halfHead, &stranger}) {
         EXPECT_EQ(client->ReceiveBytes(1), "");
+    }
     server.ExpectThatItGoesOn();
 }
 
@@ -174,8 +179,9 @@ TEST(HttpServer, MisbehavesAsItIsTold) {
         const auto start = std::chrono::steady_clock::now();
         HttpClient client(server.Port());
         client.Send(request);
-        if (how.breakOff == Silence)
+        if (how.breakOff == Silence) {
             client.EndSending(); // without which it would never end
+        }
         const std::string reply = client.ReceiveBytes(1'000'000);
         EXPECT_EQ(std::ranges::count(reply, 'x'), content);
         EXPECT_EQ(reply.empty(), content == 0);

@@ -37,8 +37,9 @@ struct Case {
 // The text that stands between `open` and the next `close`; "" when there is none.
 std::string Between(std::string_view text, std::string_view open, std::string_view close) {
     const auto start = text.find(open);
-    if (start == std::string_view::npos)
+    if (start == std::string_view::npos) {
         return {};
+    }
     text.remove_prefix(start + open.size());
     return std::string(text.substr(0, text.find(close)));
 }
@@ -93,16 +94,19 @@ protected:
         HttpRequest message{request.method, Between(request.target, "", "?"),
                             Between(request.target, "?", "#"), request.headers, ""};
         message.headers.emplace_back("Cookie", cookies);
-        if (message.Header("Host").empty())
+        if (message.Header("Host").empty()) {
             message.headers.emplace_back("Host", "localhost");
+        }
         try {
             const service::Admission admission = m_service.Admit(message);
-            if (admission.refusal)
+            if (admission.refusal) {
                 return *admission.refusal;
+            }
             message.body = request.body;
             const std::string_view body = request.body;
-            for (std::size_t i = 0; admission.receive && i < body.size(); i += 70)
+            for (std::size_t i = 0; admission.receive && i < body.size(); i += 70) {
                 admission.receive(body.substr(i, 70));
+            }
             HttpReply reply = admission.answer(message);
             if (reply.file) {
                 const auto [offset, length] =
@@ -138,8 +142,9 @@ protected:
             std::string value = Between(page, "name=\"" + field + "\" value=\"", "\"");
             // "&amp;" last, so that what it yields is not unescaped again.
             for (const auto& [entity, character] :
-                 {std::pair("&lt;", "<"), {"&gt;", ">"}, {"&quot;", "\""}, {"&amp;", "&"}})
+                 {std::pair("&lt;", "<"), {"&gt;", ">"}, {"&quot;", "\""}, {"&amp;", "&"}}) {
                 boost::replace_all(value, entity, character);
+            }
             form += "&" + field + "=" + base::PercentEncode(value);
         }
         return {"POST", "/federation", form, kFormType};
@@ -184,20 +189,23 @@ TEST_F(Service, SignInTakesThePasswordAndThenATokenOnce) {
     const HttpReply back = Exchange(token);
     EXPECT_EQ(back.status, 302);
     EXPECT_EQ(back.headers.at(0), std::pair("Location"s, "http://localhost/"s));
-    for (std::size_t i = 1; i <= 2; ++i)
+    for (std::size_t i = 1; i <= 2; ++i) {
         EXPECT_TRUE(back.headers.at(i).second.ends_with("; Path=/; SameSite=Strict"));
+    }
     EXPECT_EQ(Exchange(token).status, 403) << "a token is good once";
 
     for (const char* wrong :
-         {"userName=ada&password=ben-secret", "userName=ADA&password=ada-secret"})
+         {"userName=ada&password=ben-secret", "userName=ADA&password=ada-secret"}) {
         EXPECT_EQ(Between(Exchange(CredentialPost(wrong)).body, "<failureMessage>", "<"),
                   "The user name or password is incorrect.");
+    }
     Request forged = spare, elsewhere = spare;
     char& digit = forged.body[forged.body.find("%3C%2FValue") - 1];
     digit = digit == '0' ? '1' : '0';
     elsewhere.body += "0";
-    for (const Request& wrong : {forged, elsewhere})
+    for (const Request& wrong : {forged, elsewhere}) {
         EXPECT_EQ(Exchange(wrong).status, 403);
+    }
     EXPECT_EQ(Exchange(spare).status, 403) << "spent by the attempt with another context";
 }
 
@@ -205,8 +213,9 @@ TEST_F(Service, EveryCallNeedsBothCookiesOfALivingSession) {
     const auto fedAuth = Between(m_ada, "", ";"), fedAuth1 = m_ada.substr(fedAuth.size() + 1);
     const std::string mixed = fedAuth + m_ben.substr(m_ben.find(';'));
     const Request identity{"GET", "/application/identity"};
-    for (const std::string& cookies : {fedAuth, fedAuth1, mixed, m_ada + "0"})
+    for (const std::string& cookies : {fedAuth, fedAuth1, mixed, m_ada + "0"}) {
         Check(cookies, {{identity, 403, kDenied}});
+    }
     Check("theme=dark;" + fedAuth1 + ";" + fedAuth + "; x", {{identity, 200, ""}});
     Check(m_ada, {{{"GET", "/SignOut"}, 200, ""}});
     for (const std::string call :
@@ -214,8 +223,9 @@ TEST_F(Service, EveryCallNeedsBothCookiesOfALivingSession) {
           "GET /SignOut", "GET /Repository/Items/1/Items", "POST /Repository/Items/1/Items",
           "GET /Repository/Items/1/Path", "PUT /Repository/Items/1/Locked",
           "POST /Repository/Items/1/Files", "DELETE /Repository/Items", "GET /Repository/Files/1",
-          "PUT /Repository/Files/1", "GET /Repository/Jobs/1"})
+          "PUT /Repository/Files/1", "GET /Repository/Jobs/1"}) {
         Check(m_ada, {{{Between(call, "", " "), Between(call, " ", "\n")}, 403, kDenied}});
+    }
     const HttpRequest upload{"PUT", "/Repository/Files/1", {}, {{"Host", "localhost"}}, {}};
     EXPECT_THROW(m_service.Admit(upload), service::ServiceError) << "before its body is read";
 }
@@ -266,8 +276,9 @@ TEST_F(Service, RefusalsHaveTheirStatusAndText) {
                   {SetLocked(m_notes, "true"), 409, "Item already checked out."},
                   {Create(templates, "New"), 403, kDenied},
                   {Delete(Find(templates, "Reports")), 403, kDenied}});
-    for (const Request& call : {SetLocked(m_notes, "false"), Delete(m_bridge)})
+    for (const Request& call : {SetLocked(m_notes, "false"), Delete(m_bridge)}) {
         Check(m_ada, {{call, 409, "Item checked out to another user."}});
+    }
     Check(m_ben, {{Delete(m_bridge), 200, ""}, {Download(m_notes), 404, kNotFound}});
 }
 
@@ -307,17 +318,20 @@ TEST_F(Service, DownloadsAnswerRanges) {
     EXPECT_EQ(get(huge, "bytes=1099511627775-", ""),
               "206 bytes 1099511627775-1099511627775/1099511627776|\xE0");
     for (const char* other :
-         {"bytes=-4", "bytes=0-1,3-4", "bytes=3-2", "bytes=0-18446744073709551616"})
+         {"bytes=-4", "bytes=0-1,3-4", "bytes=3-2", "bytes=0-18446744073709551616"}) {
         EXPECT_EQ(get(m_notes, other, ""), "200 |" + text);
+    }
     Finish(Begin(Overwrite(m_notes, "N.txt", "second")));
-    for (const std::string& old : {tag, date})
+    for (const std::string& old : {tag, date}) {
         EXPECT_EQ(get(m_notes, "bytes=0-3", old), "200 |second");
+    }
 }
 
 TEST_F(Service, MisbehavesAsItIsTold) {
     service::Misbehaviour misbehaviour;
-    for (const char* text : {"unavailable=7", "requests=1"})
+    for (const char* text : {"unavailable=7", "requests=1"}) {
         service::ReadMisbehaviour(text, misbehaviour);
+    }
     m_service.Misbehave(misbehaviour);
     Check(m_ada, {{List(m_bridge), 200, ""}});
     const HttpReply busy = Exchange(Upload(m_bridge, "a.txt", "x"), m_ada);
@@ -333,8 +347,10 @@ TEST_F(Service, MisbehavesAsItIsTold) {
                            .headers = {{"Host", "localhost"}, {"Cookie", m_ada}}};
     EXPECT_EQ(m_service.Admit(head).misbehaviour.breakAfter, 5u);
     Check(m_ada, {{List(m_bridge), 403, kDenied}});
-    for (const char* wrong : {"", "cut", "cut=", "cut=-1", "cut=18446744073709551616", "changed=1"})
+    for (const char* wrong :
+         {"", "cut", "cut=", "cut=-1", "cut=18446744073709551616", "changed=1"}) {
         EXPECT_THROW(service::ReadMisbehaviour(wrong, misbehaviour), std::invalid_argument);
+    }
 }
 
 TEST(TemporaryFile, GoesWithItsObject) {

@@ -19,21 +19,7 @@ namespace {
 /// line and then lets the client go on.
 class TerminalRun {
 public:
-    explicit TerminalRun(const std::string& url) {
-        const std::string program =
-            std::filesystem::read_symlink("/proc/self/exe").parent_path() / "brevint";
-        const std::string script = "ulimit -c 0; " + program + " sign-in --user ada --url " + url +
-                                   "; echo \"<$?>\"; read line && fg; echo \"<$?>\"";
-        m_shell = forkpty(&m_terminal, nullptr, nullptr, nullptr);
-        if (m_shell == 0) {
-            // Ctrl-C and its like are ignored in what a shell runs in the background.
-            for (const int signal : {SIGINT, SIGQUIT, SIGTSTP}) {
-                std::signal(signal, SIG_DFL);
-            }
-            execl("/bin/sh", "sh", "-mc", script.c_str(), nullptr);
-            _exit(99);
-        }
-    }
+    explicit TerminalRun(const std::string& url) : m_shell(Start(Script(url), m_terminal)) {}
     TerminalRun(const TerminalRun&) = delete;
     TerminalRun& operator=(const TerminalRun&) = delete;
     ~TerminalRun() {
@@ -72,8 +58,28 @@ public:
     const std::string& Output() const { return m_output; }
 
 private:
+    static std::string Script(const std::string& url) {
+        const std::string program =
+            std::filesystem::read_symlink("/proc/self/exe").parent_path() / "brevint";
+        return "ulimit -c 0; " + program + " sign-in --user ada --url " + url +
+               R"(; echo "<$?>"; read line && fg; echo "<$?>")";
+    }
+
+    static pid_t Start(const std::string& script, int& terminal) {
+        const pid_t shell = forkpty(&terminal, nullptr, nullptr, nullptr);
+        if (shell == 0) {
+            // Ctrl-C and its like are ignored in what a shell runs in the background.
+            for (const int signal : {SIGINT, SIGQUIT, SIGTSTP}) {
+                std::signal(signal, SIG_DFL);
+            }
+            execl("/bin/sh", "sh", "-mc", script.c_str(), nullptr);
+            _exit(99);
+        }
+        return shell;
+    }
+
     int m_terminal = -1;
-    pid_t m_shell = -1;
+    pid_t m_shell;
     std::string m_output;
     std::size_t m_seen = 0;
 };
