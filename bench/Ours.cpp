@@ -114,8 +114,12 @@ void Upload(const TaskArguments& arguments, Stopwatch& watch) {
 }
 
 constexpr Task kTasks[] = {
-    {"listing", Listing},  {"error-reply", ErrorReply},      {"small-calls", SmallCalls},
-    {"sign-ins", SignIns}, {"download", DownloadWithLength}, {"download-chunked", DownloadInChunks},
+    {"listing", Listing},
+    {"error-reply", ErrorReply},
+    {"small-calls", SmallCalls},
+    {"sign-ins", SignIns},
+    {"download", DownloadWithLength},
+    {"download-chunked", DownloadInChunks},
     {"upload", Upload},
     {"transfer-down", TransferDown},
     {"transfer-down-chunked", TransferDownInChunks},

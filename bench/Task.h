@@ -11,10 +11,10 @@
 /// What follows a task's name on the command line, in this order. What a task does not need may be
 /// absent.
 struct TaskArguments {
-    std::size_t size = 0;  ///< items of a listing, bytes of a file
-    std::size_t count = 1; ///< how often the work is done, or how many at once
-    std::string url;       ///< of the bench service, with a slash at its end
-    std::string file;      ///< to be sent, or to be written; several get a number each
+    std::size_t size = 0;   ///< items of a listing, bytes of a file
+    std::size_t count = 1;  ///< how often the work is done, or how many at once
+    std::string url;        ///< of the bench service, with a slash at its end
+    std::string file;       ///< to be sent, or to be written; several get a number each
     std::size_t atOnce = 1; ///< how many of `count` files at a time
 };
 

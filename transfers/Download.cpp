@@ -56,6 +56,8 @@ Download::Download(std::shared_ptr<const Service> service, DownloadRequest reque
     : Transfer(std::move(service), std::move(listener)), m_request(std::move(request)),
       m_url(CDownloadFileRequestInfo(TheService().Url(), m_request.itemId).GetRequestUrl()),
       m_attempts(TheService().Settings()) {
+    m_result.localPath = m_request.destination;
+    m_result.itemId = m_request.itemId;
     SetTotal(m_request.listedSize);
 }
 
@@ -82,8 +84,8 @@ Transfer::Step Download::Run() {
         }
         const auto pause = m_attempts.NextPause(m_head.retryAfter);
         if (!pause) {
-            Fail(ErrorCode::EmptyReply, NoReplyText(m_failure, m_head));
-            m_failed.isTemporary = true;
+            Fail(ErrorCode::EmptyReply, NoReplyText(m_result.failure, m_head));
+            m_result.isTemporary = true;
             return EndAsFailed();
         }
         if (!Stop().Pause(*pause)) {
@@ -151,16 +153,19 @@ Download::Result Download::Attempt() {
         }
     }
     m_head = {};
-    m_failure = exchange->Send(CDownloadFileRequestInfo(TheService().Url(), m_request.itemId),
-                               headers, nullptr);
-    switch (m_failure) {
+    m_result.status = 0;
+    m_result.serverMessage.clear();
+    m_result.failure = exchange->Send(
+        CDownloadFileRequestInfo(TheService().Url(), m_request.itemId), headers, nullptr);
+    switch (m_result.failure) {
     case ExchangeFailure::None: break;
     case ExchangeFailure::Cancelled: return Result::Cancelled;
     case ExchangeFailure::CertificateNotTrusted:
-        return Fail(ErrorCode::EmptyReply, FailureText(m_failure));
+        return Fail(ErrorCode::EmptyReply, FailureText(m_result.failure));
     default: return Result::Later;
     }
     m_head = exchange->Head();
+    m_result.status = m_head.status;
     const Result accepted = AcceptHead(*exchange);
     return accepted == Result::Content ? ReadContent(*exchange) : accepted;
 }
@@ -235,13 +240,13 @@ Download::Result Download::BeginAnew(std::optional<PartRecord> record) {
 
 Download::Result Download::RefuseReply(IStreamingExchange& exchange) {
     std::vector<char> body;
-    m_failure = TheService().ReadAll(exchange, body);
-    if (m_failure == ExchangeFailure::Cancelled) {
+    m_result.failure = TheService().ReadAll(exchange, body);
+    if (m_result.failure == ExchangeFailure::Cancelled) {
         return Result::Cancelled;
     }
     CDownloadFileResponse response;
     response.SetServerResponse(body, m_head.status);
-    m_serverMessage = response.GetServerErrorMessage();
+    m_result.serverMessage = response.GetServerErrorMessage();
     switch (TheService().Judge(m_head, response, Stop())) {
     case Verdict::TryAgain: return Result::Later;
     case Verdict::SignIn: return Result::SignIn;
@@ -255,8 +260,8 @@ Download::Result Download::ReadContent(IStreamingExchange& exchange) {
     const auto block = std::make_unique_for_overwrite<char[]>(kBlockSize);
     for (;;) {
         std::size_t count = 0;
-        m_failure = exchange.Read(block.get(), kBlockSize, count);
-        if (m_failure == ExchangeFailure::Cancelled) {
+        m_result.failure = exchange.Read(block.get(), kBlockSize, count);
+        if (m_result.failure == ExchangeFailure::Cancelled) {
             return Result::Cancelled;
         }
         if (count > 0) {
@@ -264,7 +269,7 @@ Download::Result Download::ReadContent(IStreamingExchange& exchange) {
                 return written;
             }
         }
-        if (m_failure != ExchangeFailure::None) {
+        if (m_result.failure != ExchangeFailure::None) {
             return Result::Later;
         }
         if (count == 0) {
@@ -272,7 +277,7 @@ Download::Result Download::ReadContent(IStreamingExchange& exchange) {
         }
     }
     if (m_expected != kUnknownSize && m_size < m_expected) {
-        m_failure = ExchangeFailure::BrokenOff;
+        m_result.failure = ExchangeFailure::BrokenOff;
         return Result::Later;
     }
     return Result::Complete;
@@ -299,9 +304,8 @@ Download::Result Download::Write(std::string_view bytes) {
 }
 
 Transfer::Step Download::PutInPlace() {
-    TransferOutcome outcome = MakeOutcome();
-    outcome.code = ErrorCode::Success;
-    outcome.verified = m_expected != kUnknownSize;
+    m_result.code = ErrorCode::Success;
+    m_result.verified = m_expected != kUnknownSize;
     SetTotal(m_size);
     Report(m_size);
     std::error_code reason;
@@ -316,11 +320,11 @@ Transfer::Step Download::PutInPlace() {
         WriteRecord(m_size);
     }
     if (reason) {
-        outcome.code = ErrorCode::DownloadWriteFailed;
-        outcome.keptBeside = m_isKeptBeside;
-        outcome.text = FileFailureText(L"The file has arrived, but cannot take its place", reason);
+        m_result.code = ErrorCode::DownloadWriteFailed;
+        m_result.keptBeside = m_isKeptBeside;
+        m_result.text = FileFailureText(L"The file has arrived, but cannot take its place", reason);
     }
-    End(reason ? TransferState::Failed : TransferState::Finished, std::move(outcome));
+    End(reason ? TransferState::Failed : TransferState::Finished, std::move(m_result));
     return Step::Ended;
 }
 
@@ -331,13 +335,13 @@ Transfer::Step Download::EndAsFailed() {
             return Step::Ended;
         }
         m_isComplete = true;
-        if (m_failed.isTemporary && m_size != 0 && WriteRecord(m_size)) {
+        if (m_result.isTemporary && m_size != 0 && WriteRecord(m_size)) {
             m_file.Keep();
         } else {
             m_file.Abandon();
         }
     }
-    End(TransferState::Failed, std::move(m_failed));
+    End(TransferState::Failed, std::move(m_result));
     return Step::Ended;
 }
 
@@ -379,20 +383,9 @@ bool Download::WriteRecord(std::uint64_t kept) {
 }
 
 Download::Result Download::Fail(double code, std::wstring text) {
-    m_failed = MakeOutcome();
-    m_failed.code = code;
-    m_failed.text = std::move(text);
+    m_result.code = code;
+    m_result.text = std::move(text);
     return Result::Failed;
-}
-
-TransferOutcome Download::MakeOutcome() const {
-    TransferOutcome outcome;
-    outcome.status = m_head.status;
-    outcome.failure = m_failure;
-    outcome.serverMessage = m_serverMessage;
-    outcome.localPath = m_request.destination;
-    outcome.itemId = m_request.itemId;
-    return outcome;
 }
 
 } // namespace transfers

@@ -42,7 +42,7 @@ private:
         Later,    ///< After a pause.
         SignIn,
         Cancelled,
-        Failed, ///< m_failed says how.
+        Failed, ///< m_result says how.
     };
 
     Step Run() override;
@@ -64,16 +64,13 @@ private:
     Result BeginAnew(std::optional<PartRecord> record);
     bool WriteRecord(std::uint64_t kept);
     Result Fail(double code, std::wstring text);
-    TransferOutcome MakeOutcome() const;
 
     const DownloadRequest m_request;
     const std::wstring m_url;
     Attempts m_attempts;
     StreamHead m_head; ///< Of the last reply.
-    ExchangeFailure m_failure = ExchangeFailure::None;
     std::uint64_t m_expected = kUnknownSize;
-    std::wstring m_serverMessage;
-    TransferOutcome m_failed;
+    TransferOutcome m_result; ///< As far as is known.
 
     /// The file is written on the transfer's thread, and given up on whichever cancels.
     std::mutex m_fileMutex; ///< For what follows.

@@ -59,6 +59,7 @@ Upload::Upload(std::shared_ptr<const Service> service, UploadRequest request,
                TransferListener listener)
     : Transfer(std::move(service), std::move(listener)), m_request(std::move(request)),
       m_attempts(TheService().Settings()), m_source(m_request.path) {
+    m_result.localPath = m_request.path;
     m_source.SetOnProgress([this](std::uint64_t done) { Report(done); });
 }
 
@@ -79,14 +80,14 @@ Transfer::Step Upload::Run() {
         case Result::Later: break;
         }
         if (m_source.IsUsedUp()) {
-            Fail(ErrorCode::EmptyReply,
-                 NoReplyText(m_failure, m_head) + L" Whether the service has the file is unknown.");
+            Fail(ErrorCode::EmptyReply, NoReplyText(m_result.failure, m_head) +
+                                            L" Whether the service has the file is unknown.");
             return EndAsFailed();
         }
         const auto pause = m_attempts.NextPause(m_head.retryAfter);
         if (!pause) {
-            Fail(ErrorCode::EmptyReply, NoReplyText(m_failure, m_head));
-            m_failed.isTemporary = true;
+            Fail(ErrorCode::EmptyReply, NoReplyText(m_result.failure, m_head));
+            m_result.isTemporary = true;
             return EndAsFailed();
         }
         if (!Stop().Pause(*pause)) {
@@ -106,35 +107,40 @@ Upload::Result Upload::Attempt() {
     const auto exchange = TheService().MakeExchange({settings.stallLimit, settings.replyLimit});
     const StopSignal::Guard guard(Stop(), *exchange);
     m_head = {};
-    m_failure = exchange->Send(*Describe(TheService().Url(), m_request), {}, &m_source);
-    switch (m_failure) {
+    m_result.status = 0;
+    m_result.serverMessage.clear();
+    m_result.failure = exchange->Send(*Describe(TheService().Url(), m_request), {}, &m_source);
+    switch (m_result.failure) {
     case ExchangeFailure::None: break;
     case ExchangeFailure::Cancelled: return Result::Cancelled;
     case ExchangeFailure::CertificateNotTrusted:
-        return Fail(ErrorCode::EmptyReply, FailureText(m_failure));
+        return Fail(ErrorCode::EmptyReply, FailureText(m_result.failure));
     case ExchangeFailure::SourceFailed:
-        return Fail(ErrorCode::UploadNoFile, FailureText(m_failure));
+        return Fail(ErrorCode::UploadNoFile, FailureText(m_result.failure));
     default: return Result::Later;
     }
     m_head = exchange->Head();
+    m_result.status = m_head.status;
     return AcceptReply(*exchange);
 }
 
 Upload::Result Upload::AcceptReply(IStreamingExchange& exchange) {
     std::vector<char> body;
-    m_failure = TheService().ReadAll(exchange, body);
-    if (m_failure == ExchangeFailure::Cancelled) {
+    m_result.failure = TheService().ReadAll(exchange, body);
+    if (m_result.failure == ExchangeFailure::Cancelled) {
         return Result::Cancelled;
     }
     const std::unique_ptr<CJobResponse> response = MakeResponse(m_request.kind);
     response->SetServerResponse(body, m_head.status);
-    m_serverMessage = response->GetServerErrorMessage();
+    m_result.serverMessage = response->GetServerErrorMessage();
     if (m_head.status / 100 == 2 && response->GetSucceeded()) {
         const std::scoped_lock lock(m_jobMutex);
         m_jobId = response->GetJobId();
+        m_result.jobId = m_jobId;
+        m_result.jobGoesOn = true;
         return Result::Accepted;
     }
-    if (m_failure != ExchangeFailure::None) {
+    if (m_result.failure != ExchangeFailure::None) {
         return Result::Later;
     }
     switch (TheService().Judge(m_head, *response, Stop())) {
@@ -150,17 +156,18 @@ Transfer::Step Upload::Poll() {
     const ServiceReply reply =
         TheService().Call(CPollFileStatusRequestInfo(TheService().Url(), m_jobId), Stop());
     m_head = reply.head;
-    m_failure = reply.failure;
-    if (m_failure == ExchangeFailure::Cancelled) {
+    m_result.status = m_head.status;
+    m_result.failure = reply.failure;
+    if (m_result.failure == ExchangeFailure::Cancelled) {
         return Step::Ended;
     }
     const std::unique_ptr<CPollStatusResponse> response = MakePollResponse(m_request.kind);
     response->SetServerResponse(reply.body, reply.head.status);
-    m_serverMessage = response->GetServerErrorMessage();
-    const bool isAnswer = reply.head.status == 200 && m_failure == ExchangeFailure::None &&
-                          (response->GetSucceeded() || !m_serverMessage.empty());
+    m_result.serverMessage = response->GetServerErrorMessage();
+    const bool isAnswer = reply.head.status == 200 && m_result.failure == ExchangeFailure::None &&
+                          (response->GetSucceeded() || !m_result.serverMessage.empty());
     if (!isAnswer) {
-        if (m_failure == ExchangeFailure::None) {
+        if (m_result.failure == ExchangeFailure::None) {
             const Verdict verdict = TheService().Judge(reply.head, *response, Stop());
             if (verdict == Verdict::SignIn) {
                 return Step::SignIn;
@@ -177,17 +184,17 @@ Transfer::Step Upload::Poll() {
     switch (response->GetStatus()) {
     case JobStatus::Unfinished: return Step::Poll;
     case JobStatus::Finished: {
-        TransferOutcome outcome = MakeOutcome();
-        outcome.code = ErrorCode::Success;
-        outcome.itemId = response->GetItemId();
-        outcome.verified = true;
-        End(TransferState::Finished, std::move(outcome));
+        m_result.code = ErrorCode::Success;
+        m_result.itemId = response->GetItemId();
+        m_result.verified = true;
+        m_result.jobGoesOn = false;
+        End(TransferState::Finished, std::move(m_result));
         return Step::Ended;
     }
     default: {
         const Refusal refusal = DescribeRefusal(reply.head, *response);
         Fail(refusal.code, refusal.text);
-        m_failed.jobGoesOn = false;
+        m_result.jobGoesOn = false;
         return EndAsFailed();
     }
     }
@@ -197,8 +204,8 @@ Transfer::Step Upload::PollAgain() {
     if (m_attempts.NextPause(m_head.retryAfter)) {
         return Step::Poll; // the queue knows when
     }
-    Fail(ErrorCode::EmptyReply,
-         L"The service cannot be asked how its job stands. " + NoReplyText(m_failure, m_head));
+    Fail(ErrorCode::EmptyReply, L"The service cannot be asked how its job stands. " +
+                                    NoReplyText(m_result.failure, m_head));
     return EndAsFailed();
 }
 
@@ -214,26 +221,14 @@ bool Upload::OnCancel(TransferOutcome& outcome) noexcept {
 }
 
 Upload::Result Upload::Fail(double code, std::wstring text) {
-    m_failed = MakeOutcome();
-    m_failed.code = code;
-    m_failed.text = std::move(text);
-    m_failed.jobGoesOn = !m_jobId.empty();
+    m_result.code = code;
+    m_result.text = std::move(text);
     return Result::Failed;
 }
 
 Transfer::Step Upload::EndAsFailed() {
-    End(TransferState::Failed, std::move(m_failed));
+    End(TransferState::Failed, std::move(m_result));
     return Step::Ended;
-}
-
-TransferOutcome Upload::MakeOutcome() const {
-    TransferOutcome outcome;
-    outcome.status = m_head.status;
-    outcome.failure = m_failure;
-    outcome.serverMessage = m_serverMessage;
-    outcome.localPath = m_request.path;
-    outcome.jobId = m_jobId;
-    return outcome;
 }
 
 } // namespace transfers

@@ -43,15 +43,12 @@ private:
     Step PollAgain();
     Result Fail(double code, std::wstring text);
     Step EndAsFailed();
-    TransferOutcome MakeOutcome() const;
 
     const UploadRequest m_request;
     Attempts m_attempts;
     FormSource m_source;
     StreamHead m_head;
-    ExchangeFailure m_failure = ExchangeFailure::None;
-    std::wstring m_serverMessage;
-    TransferOutcome m_failed;
+    TransferOutcome m_result; ///< As far as is known.
 
     std::mutex m_jobMutex;
     std::wstring m_jobId; ///< Set once the service has the file. Under the mutex.

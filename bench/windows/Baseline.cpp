@@ -84,8 +84,8 @@ void Get(const std::string& url) {
 
 void Download(const TaskArguments& arguments, Stopwatch& watch) {
     watch.Start();
-    const Request request(L"GET", arguments.url + "Repository/Files/" +
-                                      std::to_string(arguments.size));
+    const Request request(L"GET",
+                          arguments.url + "Repository/Files/" + std::to_string(arguments.size));
     Require(HttpSendRequestW(request.Handle(), nullptr, 0, nullptr, 0), "the exchange failed");
     File file = OpenFile(arguments.file + '0', "wb");
     std::vector<char> block(kBlockSize);
@@ -144,8 +144,7 @@ void SmallCalls(const TaskArguments& arguments, Stopwatch& watch) {
     watch.Stop();
 }
 
-constexpr Task kTasks[] = {
-    {"small-calls", SmallCalls}, {"download", Download}, {"upload", Upload}};
+constexpr Task kTasks[] = {{"small-calls", SmallCalls}, {"download", Download}, {"upload", Upload}};
 
 } // namespace
 

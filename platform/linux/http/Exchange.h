@@ -53,7 +53,7 @@ private:
     static std::size_t OnBody(char* data, std::size_t, std::size_t size, void* self) noexcept;
     static std::size_t OnSourceWanted(char* target, std::size_t, std::size_t size,
                                       void* self) noexcept;
-    bool AddHeaderLine(std::string_view line); // false: there are too many
+    bool AddHeaderLine(std::string_view line);        // false: there are too many
     bool AddBody(const char* data, std::size_t size); // false: not now
     void Resume();
 
@@ -94,7 +94,7 @@ private:
     bool m_sourceWanted = false; // libcurl waits for more of the body
 
     ByteQueue m_waiting;
-    bool m_isPaused = false; // because enough is waiting
+    bool m_isPaused = false;  // because enough is waiting
     char* m_target = nullptr; // where the rest of the read under way goes
     std::size_t m_wanted = 0;
 };
