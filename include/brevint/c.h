@@ -87,12 +87,12 @@ typedef struct brevint_outcome {
     int32_t connection;         /**< A brevint_connection. */
     const char* text;           /**< What went wrong, for a user; empty after a success. */
     const char* server_message; /**< The service's own words; often empty. */
-    const char* local_path;
-    const char* item_id; /**< Of the item fetched, or made by the service. */
-    const char* job_id;  /**< Of a file that the service accepted. */
-    int32_t verified;    /**< The size was compared with what server or caller had said. */
-    int32_t job_goes_on; /**< The service goes on processing what was sent. */
-    int32_t kept_beside; /**< The content is complete, see brevint_transfer_finish. */
+    const char* local_path;     /**< Of the file written or sent. */
+    const char* item_id;        /**< Of the item fetched, or made by the service. */
+    const char* job_id;         /**< Of a file that the service accepted. */
+    int32_t verified;           /**< The size was compared with what server or caller had said. */
+    int32_t job_goes_on;        /**< The service goes on processing what was sent. */
+    int32_t kept_beside;        /**< The content is complete, see brevint_transfer_finish. */
 } brevint_outcome;
 
 /**
@@ -105,8 +105,8 @@ typedef void (*brevint_listener)(void* user, brevint_transfer* transfer,
 
 /** What is fetched, and where to. */
 typedef struct brevint_download {
-    size_t size; /**< Set by brevint_download_init. */
-    const char* item_id;
+    size_t size;             /**< Set by brevint_download_init. */
+    const char* item_id;     /**< Of the file at the service. */
     const char* destination; /**< A local path. A file there is replaced in one step at the end. */
     uint64_t listed_size;    /**< As the listing says; BREVINT_UNKNOWN_SIZE unless set. */
     int32_t durable;         /**< Not 0: flushed to the disk before it takes its place. */
@@ -117,10 +117,10 @@ typedef struct brevint_download {
 
 /** What is sent, and where to. */
 typedef struct brevint_upload {
-    size_t size;           /**< Set by brevint_upload_init. */
-    const char* folder_id; /**< A new file is made there; or null, and file_id is given. */
-    const char* file_id;   /**< The file that gets this content; or null. */
-    const char* local_path;
+    size_t size;               /**< Set by brevint_upload_init. */
+    const char* folder_id;     /**< A new file is made there; or null, and file_id is given. */
+    const char* file_id;       /**< The file that gets this content; or null. */
+    const char* local_path;    /**< Of the file to send. */
     brevint_listener listener; /**< May be null. */
     void* user;                /**< Handed to the listener. */
 } brevint_upload;

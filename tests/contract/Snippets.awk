@@ -1,11 +1,11 @@
-# Makes a source file of the C++ that a document shows: a block with a main as it stands, and of every
-# other one a function that knows what the guide says such pieces know.
+# Makes a source file of what a document shows in a language, "c" or "cpp": a block with includes as it
+# stands, and of every other one a function that knows what the guide says such pieces know.
 
-/^```cpp$/ { inside = 1; line = NR + 1; block = ""; next }
+$0 == "```" language { inside = 1; line = NR + 1; block = ""; next }
 /^```$/ && inside {
     inside = 0
     place = "#line " line " \"" FILENAME "\"\n"
-    if (block ~ /int main/)
+    if (block ~ /#include/)
         print place block
     else
         print "void Piece" ++pieces "([[maybe_unused]] const std::wstring& url, " \
