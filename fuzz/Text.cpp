@@ -4,6 +4,7 @@
 #include "support/HtmlUnescape.h"
 #include "support/HttpEscape.h"
 #include "support/Utf8.h"
+#include "transfers/PartRecord.h"
 
 #include <cstring>
 
@@ -24,4 +25,8 @@ void Fuzz(std::string_view input) {
     Require(HtmlUnescape(text.c_str()).size() <= text.size());
     const std::string html = brevint::service::HtmlEscape(Utf8::ToNarrow(text));
     Require(HtmlUnescape(Utf8::ToWide(html).c_str()) == text);
+
+    if (const auto record = transfers::PartRecord::Parse(input)) {
+        Require(transfers::PartRecord::Parse(record->Text())->Text() == record->Text());
+    }
 }

@@ -174,8 +174,14 @@ ExchangeFailure StreamingExchange::Read(char* buffer, std::size_t size, std::siz
     if (m_cancelled) {
         return ExchangeFailure::Cancelled;
     }
+    // No further than announced: Wine waits there for more when something else has come.
+    const std::uint64_t rest = m_head.length ? *m_head.length - m_read : size;
+    const DWORD wanted = static_cast<DWORD>(std::min<std::uint64_t>(size, rest));
+    if (wanted == 0) {
+        return ExchangeFailure::None;
+    }
     DWORD count = 0;
-    const BOOL succeeded = InternetReadFile(m_request, buffer, static_cast<DWORD>(size), &count);
+    const BOOL succeeded = InternetReadFile(m_request, buffer, wanted, &count);
     const ExchangeFailure failure = succeeded ? ExchangeFailure::None : LastFailure();
     read = count;
     m_read += count;

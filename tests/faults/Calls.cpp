@@ -1,6 +1,7 @@
 #include "tests/faults/Calls.h"
 
 #include "brevint/brevint.h"
+#include "brevint/c.h"
 #include "tests/library/Helpers.h"
 #include "tests/proxies/ConnectionFailure.h"
 #include "tests/support/AwaitComplete.h"
@@ -53,6 +54,14 @@ Outcome Upload(const std::wstring& service, const std::wstring& folder) {
                  L"job|");
 }
 
+/// What has become of a download's destination; `verdict` is its code.
+Outcome JudgeFile(bool succeeded, const std::wstring& destination, const std::string& verdict) {
+    const bool exists = std::filesystem::exists(FilePath(destination));
+    const bool whole = exists && ReadFile(destination) == kFile;
+    const char* disk = whole ? ", whole file" : exists ? ", wrong file" : ", no file";
+    return {succeeded, succeeded ? whole : !exists, verdict + disk};
+}
+
 Outcome Download(const std::wstring& service, const std::wstring& folder) {
     const auto destination = folder + L"/destination";
     std::filesystem::remove(FilePath(destination));
@@ -63,11 +72,34 @@ Outcome Download(const std::wstring& service, const std::wstring& folder) {
     if (!AwaitComplete(*response)) {
         return {false, false, "never complete"};
     }
-    const bool exists = std::filesystem::exists(FilePath(destination));
-    const bool whole = exists && ReadFile(destination) == kFile;
-    const char* disk = whole ? ", whole file" : exists ? ", wrong file" : ", no file";
-    return {response->GetSucceeded(), response->GetSucceeded() ? whole : !exists,
-            Verdict(*response) + disk};
+    return JudgeFile(response->GetSucceeded(), destination, Verdict(*response));
+}
+
+/// One attempt, so that what comes of it is seen, of a file whose size is known from its listing.
+Outcome Transfer(const std::wstring& service, const std::wstring& folder) {
+    const auto destination = folder + L"/destination";
+    std::filesystem::remove(FilePath(destination));
+    brevint_queue_settings settings;
+    brevint_queue_settings_init(&settings);
+    settings.attempts = 1;
+    brevint_queue* queue = brevint_queue_new(Utf8::ToNarrow(service).c_str(), &settings);
+    brevint_download request;
+    brevint_download_init(&request);
+    const std::string path = Utf8::ToNarrow(destination);
+    request.item_id = "id";
+    request.destination = path.c_str();
+    request.listed_size = kFile.size();
+    brevint_transfer* transfer = brevint_queue_download(queue, &request);
+    brevint_transfer_wait(transfer, 60'000);
+    brevint_outcome outcome;
+    brevint_outcome_init(&outcome);
+    const bool isFinal = brevint_transfer_outcome(transfer, &outcome) != 0;
+    const Outcome result =
+        JudgeFile(outcome.state == BREVINT_TRANSFER_FINISHED, destination,
+                  isFinal ? std::to_string(outcome.code) : std::string("needs sign-in"));
+    brevint_transfer_free(transfer);
+    brevint_queue_free(queue);
+    return result;
 }
 
 Outcome SignIn(const std::wstring& service, const std::wstring&) {
@@ -91,6 +123,7 @@ const Call kCalls[] = {
     {"poll", Poll, Document("<Status>2</Status><Details>item</Details>")},
     {"upload", Upload, Document("<JobId>job</JobId>")},
     {"download", Download, kFile},
+    {"transfer", Transfer, kFile},
     {"sign-in: service", SignIn, "", 0},
     {"sign-in: portal", SignIn, "", 1},
     {"sign-in: cookies", SignIn, "", 2},

@@ -136,9 +136,10 @@ asio::awaitable<void> ScriptedServer::Network::Serve(tcp::socket socket, std::si
         ParseHead(request);
         const std::size_t length =
             std::strtoull(request.Header("Content-Length").c_str(), nullptr, 10);
+        boost::system::error_code cut;
         co_await asio::async_read(socket, asio::dynamic_buffer(input),
                                   asio::transfer_exactly(length - std::min(length, input.size())),
-                                  use_awaitable);
+                                  asio::redirect_error(use_awaitable, cut));
         request.body = take(length);
         script = owner.Arrived(std::move(request));
     }

@@ -88,7 +88,8 @@ public:
     /// query, in front of which a verb may stand; "*" is every target that has no script. Several
     /// scripts for one target answer its requests in turn, and the last one stays.
     ///
-    /// A request without a script is answered with status 599.
+    /// A request without a script is answered with status 599. One whose connection ends in its
+    /// midst is noted with what came of its body.
     Script& On(std::string_view target);
     /// Starts the script for connections: what the server does to each before it reads a request.
     Script& OnConnect() { return m_greeting; }

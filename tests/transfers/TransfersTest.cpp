@@ -1,6 +1,7 @@
 #include "brevint/brevint.h"
 #include "service/ReferenceService.h"
 #include "service/Text.h"
+#include "tests/support/ScriptedServer.h"
 #include "tests/support/TempFolder.h"
 #include "tests/transfers/Queue.h"
 
@@ -120,6 +121,31 @@ TEST_F(Transfers, SendAndReplaceFiles) {
         const TransferPtr download = StartDownload(queue, id, back);
         EXPECT_EQ(Outcome(download).state, BREVINT_TRANSFER_FINISHED);
         EXPECT_EQ(Contents(back), content);
+    }
+}
+
+TEST(Upload, HasTheBodyOfTheCall) {
+    for (const std::size_t size : {0, 1, 700'001}) {
+        SCOPED_TRACE(size);
+        ScriptedServer server;
+        server.On("*").Reply(200, {},
+                             "<ResponseData><JobId>1</JobId><Status>2</Status>"
+                             "<Details>id</Details></ResponseData>");
+        const TempFolder folder;
+        const std::filesystem::path local = folder.Folder() / u8"Überblick — 概要.txt";
+        Store(local, ScriptedServer::Pattern(size));
+        WebRequestFactory requests;
+        const std::unique_ptr<CUploadFileResponse> job(CRepositoryProxy(&requests).UploadFile(
+            server.Url("/"), L"folder", folder.Path(L"Überblick — 概要.txt")));
+        const Queue queue = MakeQueue(Narrow(server.Url("/")));
+        const TransferPtr transfer = StartUpload(queue, "folder", nullptr, local);
+        EXPECT_EQ(Outcome(transfer).state, BREVINT_TRANSFER_FINISHED);
+        const auto sent = server.Requests();
+        ASSERT_EQ(sent.size(), 3U); // the call, the transfer and its poll
+        EXPECT_EQ(sent[0].target, sent[1].target);
+        EXPECT_EQ(sent[0].Header("Content-Type"), sent[1].Header("Content-Type"));
+        EXPECT_EQ(sent[1].Header("Content-Length"), std::to_string(sent[0].body.size()));
+        EXPECT_TRUE(sent[0].body == sent[1].body);
     }
 }
 
