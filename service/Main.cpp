@@ -78,7 +78,7 @@ int Run(int argc, char** argv) {
     StopSignal stop;
     ReferenceService service(std::move(options));
     service.Start();
-    std::cout << "Listening on " << service.Url() << std::endl;
+    std::cout << "Listening on " << service.Url() << '\n' << std::flush;
     stop.Wait();
     return 0;
 }

@@ -51,7 +51,7 @@ std::string ReadBoundary(std::string_view contentType) {
 }
 
 std::string ReadFileName(std::string_view disposition) {
-    if (!Consume(disposition, "form-data; name=\"file\"; filename=\"")) {
+    if (!Consume(disposition, R"(form-data; name="file"; filename=")")) {
         throw Malformed("the part is not a file named \"file\".");
     }
     const auto quote = disposition.find('"');

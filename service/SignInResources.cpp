@@ -23,7 +23,7 @@ std::string Page(const std::string& title, const std::string& content) {
 }
 
 std::string Hidden(const std::string& name, const std::string& value) {
-    return "<input type=\"hidden\" name=\"" + name + "\" value=\"" + HtmlEscape(value) + "\">\n";
+    return R"(<input type="hidden" name=")" + name + R"(" value=")" + HtmlEscape(value) + "\">\n";
 }
 
 // `failure` is shown above the form. Without an action the form posts to the address that the
@@ -46,7 +46,7 @@ std::string CredentialPage(const std::string& failure) {
 std::string TokenPage(const std::string& federationUrl, const std::string& token,
                       const std::string& context) {
     return Page("Signing in",
-                "<form method=\"post\" action=\"" + HtmlEscape(federationUrl) + "\">\n" +
+                R"(<form method="post" action=")" + HtmlEscape(federationUrl) + "\">\n" +
                     Hidden("request", kSignInRequest) + Hidden("token", token) +
                     Hidden("context", context) +
                     "<noscript><p><button type=\"submit\">Continue</button></p></noscript>\n"

@@ -15,7 +15,7 @@ public:
     TemporaryFile& operator=(const TemporaryFile&) = delete;
     ~TemporaryFile();
 
-    void Append(std::string_view bytes);
+    void Append(std::string_view bytes) const;
 
     /// Fills `target`; any thread may call it once the file is written.
     void Read(std::uint64_t offset, char* target, std::size_t count) const;

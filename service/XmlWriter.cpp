@@ -12,7 +12,7 @@ constexpr std::string_view kNonCharacterLead = "\xEF\xBF"; // U+FFFE and U+FFFF 
 
 } // namespace
 
-XmlWriter::XmlWriter() : m_text("<?xml version=\"1.0\" encoding=\"utf-8\"?>") {}
+XmlWriter::XmlWriter() : m_text(R"(<?xml version="1.0" encoding="utf-8"?>)") {}
 
 XmlWriter& XmlWriter::Open(std::string_view name) {
     m_text.append("<").append(name).append(">");

@@ -37,7 +37,7 @@ TemporaryFile::~TemporaryFile() {
     close(Number(m_file));
 }
 
-void TemporaryFile::Append(std::string_view bytes) {
+void TemporaryFile::Append(std::string_view bytes) const {
     while (!bytes.empty()) {
         const ssize_t count = write(Number(m_file), bytes.data(), bytes.size());
         if (count < 0 && errno != EINTR) {

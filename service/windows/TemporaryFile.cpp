@@ -36,7 +36,7 @@ TemporaryFile::~TemporaryFile() {
     CloseHandle(Handle(m_file));
 }
 
-void TemporaryFile::Append(std::string_view bytes) {
+void TemporaryFile::Append(std::string_view bytes) const {
     // A piece has far fewer bytes than a DWORD can tell, and a file takes all of it or fails.
     DWORD count = 0;
     if (!WriteFile(Handle(m_file), bytes.data(), static_cast<DWORD>(bytes.size()), &count,
