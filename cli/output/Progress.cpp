@@ -27,7 +27,7 @@ Progress::~Progress() {
             Terminal::Write(kStream, "\r" + std::string(m_width, ' ') + "\r");
         }
     } catch (const std::system_error&) {
-        // A terminal that is gone needs no clean line.
+        // Nothing to do: a terminal that is gone needs no clean line.
     }
 }
 

@@ -40,6 +40,7 @@ std::string Cut(const std::string& text) {
 
 Table::Table(std::vector<Column> columns) : m_columns(std::move(columns)) {
     std::vector<std::string> headings;
+    headings.reserve(m_columns.size());
     for (const Column& column : m_columns) {
         headings.push_back(column.heading);
     }

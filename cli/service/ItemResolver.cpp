@@ -32,6 +32,15 @@ bool IsEnd(std::string_view path) {
     return path.find_first_not_of('/') == std::string_view::npos;
 }
 
+Failure NotOne(bool none, const std::string& name, const std::string& folder) {
+    const std::string shown = "\"" + name + "\"";
+    const std::string where = " in the folder \"" + folder + "\"";
+    return none ? Failure(ExitCode::Refused, "There is no " + shown + where + ".",
+                          "See what is there with brevint ls.")
+                : Failure(ExitCode::Refused, "Several items" + where + " are called " + shown + ".",
+                          "Name the item by its identifier; brevint ls -l shows it.");
+}
+
 } // namespace
 
 std::wstring CheckIdentifier(const std::string& text) {
@@ -84,13 +93,7 @@ CFolderItem ItemResolver::Find(const std::string& path) {
         };
         const auto count = std::ranges::count_if(items, bearsName);
         if (count != 1) {
-            const std::string shown = "\"" + Utf8::ToNarrow(name) + "\"";
-            const std::string where = " in the folder \"" + folder + "\"";
-            throw count == 0
-                ? Failure(ExitCode::Refused, "There is no " + shown + where + ".",
-                          "See what is there with brevint ls.")
-                : Failure(ExitCode::Refused, "Several items" + where + " are called " + shown + ".",
-                          "Name the item by its identifier; brevint ls -l shows it.");
+            throw NotOne(count == 0, Utf8::ToNarrow(name), folder);
         }
         found = *std::ranges::find_if(items, bearsName);
         folder.append("/").append(Utf8::ToNarrow(name));

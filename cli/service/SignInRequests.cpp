@@ -21,7 +21,7 @@ private:
 };
 
 SignInRequests::SignInRequests(const std::string& serviceUrl, bool insecureHttp)
-    : m_service(ParseOrigin(serviceUrl).value()), m_insecureHttp(insecureHttp) {}
+    : m_service(ParseOrigin(serviceUrl).value_or(Origin())), m_insecureHttp(insecureHttp) {}
 
 IRequest* SignInRequests::Create() {
     return Create(nullptr, WebRequestTypeGet);
