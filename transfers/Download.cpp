@@ -177,7 +177,7 @@ Download::Result Download::AcceptHead(IStreamingExchange& exchange) {
     switch (m_head.status) {
     case kOk: return AcceptWhole();
     case kPartial:
-    case kRangeNotSatisfiable: return m_record ? AcceptRest() : RefuseReply(exchange);
+    case kRangeNotSatisfiable: return m_record ? AcceptRest(*m_record) : RefuseReply(exchange);
     default: return RefuseReply(exchange);
     }
 }
@@ -201,19 +201,19 @@ Download::Result Download::AcceptWhole() {
     return BeginAnew(std::move(record));
 }
 
-Download::Result Download::AcceptRest() {
+Download::Result Download::AcceptRest(const PartRecord& record) {
     const ContentRange range = ParseContentRange(m_head.contentRange);
     const std::wstring validator = Validator(m_head);
-    const bool isSame = validator.empty() || validator == m_record->validator;
-    const bool isNothing = range.first == kUnknownSize && m_size == m_record->total;
+    const bool isSame = validator.empty() || validator == record.validator;
+    const bool isNothing = range.first == kUnknownSize && m_size == record.total;
     const bool follows = range.first == m_size || isNothing;
     const bool fits = isSame && follows &&
-                      (range.total == kUnknownSize ? !isNothing : range.total == m_record->total);
+                      (range.total == kUnknownSize ? !isNothing : range.total == record.total);
     if (!fits) {
         const Result begun = BeginAnew({});
         return begun == Result::Content ? Result::Again : begun;
     }
-    m_expected = m_record->total;
+    m_expected = record.total;
     SetTotal(m_expected);
     return isNothing ? Result::Complete : Result::Content;
 }

@@ -52,7 +52,7 @@ private:
     Result Attempt();
     Result AcceptHead(IStreamingExchange& exchange);
     Result AcceptWhole();
-    Result AcceptRest();
+    Result AcceptRest(const PartRecord& record);
     Result RefuseReply(IStreamingExchange& exchange);
     Result ReadContent(IStreamingExchange& exchange);
     /// Writes the first bytes of the block. Content: more may follow.

@@ -3,7 +3,6 @@
 #include "transfers/WidePath.h"
 
 #include <algorithm>
-#include <cstring>
 #include <system_error>
 
 namespace transfers {
@@ -28,7 +27,7 @@ std::size_t FormSource::Read(char* buffer, std::size_t size) {
     const std::uint64_t fileEnd = m_frame.prefix.size() + m_fileSize;
     const auto copy = [&](const std::string& text, std::uint64_t offset) {
         const std::size_t count = std::min(size, text.size() - static_cast<std::size_t>(offset));
-        std::memcpy(buffer, text.data() + offset, count);
+        std::copy_n(text.data() + offset, count, buffer);
         m_offset += count;
         return count;
     };
