@@ -110,7 +110,8 @@ TEST_F(ClientRepositoryTest, ChangesItems) {
     EXPECT_EQ(0, Run({"checkin", file}).exitCode);
     EXPECT_EQ(false, Record(folder, "a.txt")["locked"]);
     EXPECT_EQ("second", Run({"get", file, "-o", "-"}).output);
-    EXPECT_EQ(file, RunJson({"path", Record(folder, "a.txt")["id"]})["results"][0]["path"]);
+    EXPECT_EQ(file,
+              RunJson({"path", Record(folder, "a.txt")["id"]})["results"][0].value("path", ""));
     RunJson({"rm", folder});
     EXPECT_EQ(nullptr, Record("/Projects", "Übersicht"));
 }

@@ -37,7 +37,7 @@ std::map<std::string, std::string> Documented(const std::string& call) {
     std::ifstream file(BREVINT_OUTCOMES);
     for (std::string line; std::getline(file, line);) {
         std::vector<std::string> cells;
-        for (std::size_t at = 2, end; (end = line.find(" |", at)) != std::string::npos;
+        for (std::size_t at = 2, end = 0; (end = line.find(" |", at)) != std::string::npos;
              at = end + 3) {
             cells.push_back(line.substr(at, end - at));
         }

@@ -85,7 +85,7 @@ TEST(ErrorMap, GivesEveryMessageItsCodeInEveryLetterCase) {
     for (const ResponseKind& kind : kResponseKinds) {
         for (const std::wstring& message : messages) {
             std::wstring capitals = message;
-            std::transform(message.begin(), message.end(), capitals.begin(), std::towupper);
+            std::ranges::transform(message, capitals.begin(), std::towupper);
             for (const std::wstring& spelled : {message, capitals}) {
                 SCOPED_TRACE(testing::Message() << kind.name << ' ' << spelled);
                 const auto response = kind.make();

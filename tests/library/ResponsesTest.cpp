@@ -36,7 +36,7 @@ void Check(std::string_view kind, std::span<const Case> cases) {
         Fill(*response, "<", test.status);
         EXPECT_EQ(response->GetErrorCode(), 1104);
         EXPECT_TRUE((kind != "GetFolderContents" && kind != "Template") ||
-                    detail(*response) == L"");
+                    detail(*response).empty());
     }
 }
 

@@ -20,7 +20,7 @@ std::wstring CookiesOf(const std::wstring& url) {
     }
     std::wstring cookies(size, L'\0');
     EXPECT_TRUE(InternetGetCookieW(url.c_str(), nullptr, cookies.data(), &size));
-    return std::wstring(cookies.c_str());
+    return cookies.substr(0, cookies.find(L'\0'));
 }
 
 /// What the Cookie header of a request for this URL says.
@@ -99,21 +99,21 @@ TEST(Cookie, SizeIsInBytesWithoutABufferAndInCharactersWithOne) {
     EXPECT_EQ(size, 77u);
 
     ASSERT_TRUE(InternetSetCookieW(url, L"name", L"value"));
-    constexpr DWORD characters = sizeof "name=value";
-    constexpr DWORD bytes = characters * sizeof(wchar_t);
+    constexpr DWORD kCharacters = sizeof "name=value";
+    constexpr DWORD kBytes = kCharacters * sizeof(wchar_t);
     EXPECT_TRUE(InternetGetCookieW(url, nullptr, nullptr, &size));
-    EXPECT_EQ(size, bytes);
+    EXPECT_EQ(size, kBytes);
 
     wchar_t buffer[64] = L"untouched";
-    size = characters - 1;
+    size = kCharacters - 1;
     EXPECT_FALSE(InternetGetCookieW(url, nullptr, buffer, &size));
     EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
-    EXPECT_EQ(size, bytes);
+    EXPECT_EQ(size, kBytes);
     EXPECT_EQ(buffer, std::wstring(L"untouched"));
 
-    size = characters;
+    size = kCharacters;
     EXPECT_TRUE(InternetGetCookieW(url, nullptr, buffer, &size));
-    EXPECT_EQ(size, characters);
+    EXPECT_EQ(size, kCharacters);
     EXPECT_EQ(buffer, std::wstring(L"name=value"));
 }
 

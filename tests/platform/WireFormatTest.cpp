@@ -19,7 +19,7 @@ ScriptedServer::Request Sent(ScriptedServer& server, const std::string& target,
     EXPECT_TRUE(exchange.Send());
     auto sent = server.Requests().back();
     std::erase_if(sent.headers, [](const auto& header) { return header.first == "Cookie"; });
-    std::sort(sent.headers.begin(), sent.headers.end());
+    std::ranges::sort(sent.headers);
     return sent;
 }
 
@@ -60,9 +60,9 @@ TEST(WireFormat, VerbBodyAndHeaderBlockMakeTheHeaders) {
         EXPECT_EQ(sent.head.substr(0, line.size()), line);
         EXPECT_EQ(sent.body, test.setup.body);
         auto headers = test.headers;
-        headers.push_back({"Host", "127.0.0.1:" + std::to_string(server.Port())});
-        headers.push_back({"User-Agent", "Tester"});
-        std::sort(headers.begin(), headers.end());
+        headers.emplace_back("Host", "127.0.0.1:" + std::to_string(server.Port()));
+        headers.emplace_back("User-Agent", "Tester");
+        std::ranges::sort(headers);
         EXPECT_EQ(sent.headers, headers);
     }
 }

@@ -28,7 +28,7 @@ struct RedirectingRequests final : IRequestFactory {
     };
     IRequest* Create() override { return new Request(*this); }
     IRequest* Create(const wchar_t* url, WebRequestType) override {
-        urls.push_back(url);
+        urls.emplace_back(url);
         return Create();
     }
     unsigned long status = 0;

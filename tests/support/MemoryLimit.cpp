@@ -8,12 +8,12 @@
 namespace {
 
 constexpr std::size_t kNoLimit = std::numeric_limits<std::size_t>::max() - 1;
-std::atomic<std::size_t> g_largest = kNoLimit;
+std::atomic<std::size_t> largest = kNoLimit;
 
 } // namespace
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return size <= g_largest ? std::malloc(size + 1) : nullptr;
+    return size <= largest ? std::malloc(size + 1) : nullptr;
 }
 void* operator new(std::size_t size) {
     void* const memory = operator new(size, std::nothrow);
@@ -29,11 +29,11 @@ void operator delete(void* memory, std::size_t) noexcept {
 namespace brevint::test {
 
 MemoryLimit::MemoryLimit(std::size_t largestAllocation) {
-    g_largest = largestAllocation;
+    largest = largestAllocation;
 }
 
 MemoryLimit::~MemoryLimit() {
-    g_largest = kNoLimit;
+    largest = kNoLimit;
 }
 
 } // namespace brevint::test

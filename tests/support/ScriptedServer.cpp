@@ -119,13 +119,13 @@ asio::awaitable<void> ScriptedServer::Network::Serve(tcp::socket socket, std::si
             }
             case Script::Kind::Close:
                 // Reads on after the FIN, because closing with unread bytes would send an RST.
-                socket.shutdown(tcp::socket::shutdown_send, ignored);
+                static_cast<void>(socket.shutdown(tcp::socket::shutdown_send, ignored));
                 for (;;) {
                     input.resize(64 * 1024);
                     co_await socket.async_read_some(asio::buffer(input), use_awaitable);
                 }
             case Script::Kind::Reset:
-                socket.set_option(asio::socket_base::linger(true, 0), ignored);
+                static_cast<void>(socket.set_option(asio::socket_base::linger(true, 0), ignored));
                 co_return;
             }
         }

@@ -49,10 +49,10 @@ void ScriptReply(ScriptedServer::Script& script, Phase phase, bool chunked,
 
 /// The response, the proxy with its request, and the factory.
 TEST(Lifetime, DownloadMayBeGivenUpInAnyOrder) {
-    constexpr int rounds = 672; // 16 of each phase, each kind of reply and each order
+    constexpr int kRounds = 672; // 16 of each phase, each kind of reply and each order
     const TempFolder folder;
     ScriptedServer server;
-    for (int round = 0; round < rounds; ++round) {
+    for (int round = 0; round < kRounds; ++round) {
         const auto phase = static_cast<Phase>(round % 7);
         const auto name = std::to_string(round);
         const std::wstring id(name.begin(), name.end());

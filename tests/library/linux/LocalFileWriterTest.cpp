@@ -60,7 +60,7 @@ TEST_F(LinuxFileWriter, KeepsPermissions) {
 
 // Without the list, what its mask allows would be what the group may do.
 TEST_F(LinuxFileWriter, KeepsTheAccessList) {
-    constexpr const char* name = "system.posix_acl_access";
+    constexpr const char* kName = "system.posix_acl_access";
     // The kernel's form: user::rw-, user:1:rw-, group::---, mask::rw-, other::---.
     const std::array<std::uint16_t, 22> list = {2,    0,                 //
                                                 0x01, 6, 0xFFFF, 0xFFFF, //
@@ -68,10 +68,10 @@ TEST_F(LinuxFileWriter, KeepsTheAccessList) {
                                                 0x04, 0, 0xFFFF, 0xFFFF, //
                                                 0x10, 6, 0xFFFF, 0xFFFF, //
                                                 0x20, 0, 0xFFFF, 0xFFFF};
-    ASSERT_EQ(setxattr(At("target").c_str(), name, list.data(), sizeof list, 0), 0);
+    ASSERT_EQ(setxattr(At("target").c_str(), kName, list.data(), sizeof list, 0), 0);
     ASSERT_FALSE(WriteTo(At("target")));
     std::array<std::uint16_t, 22> kept{};
-    EXPECT_EQ(getxattr(At("target").c_str(), name, kept.data(), sizeof kept), sizeof kept);
+    EXPECT_EQ(getxattr(At("target").c_str(), kName, kept.data(), sizeof kept), sizeof kept);
     EXPECT_EQ(kept, list);
 }
 

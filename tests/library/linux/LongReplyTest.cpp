@@ -4,11 +4,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <string_view>
 
 #include <sys/mman.h>
+
+using namespace std::string_view_literals;
 
 namespace brevint::test {
 namespace {
@@ -19,20 +22,20 @@ bool IsRead(std::string_view reply) {
 
 // The same element again and again, each as long as libxml2 lets a text be.
 TEST(LongReply, IsReadUpToTheLimitOnly) {
-    constexpr std::size_t page = 4096;
-    constexpr std::size_t size = page + Limits::kLongestReply + page;
+    constexpr std::size_t kPage = 4096;
+    constexpr std::size_t kSize = kPage + Limits::kLongestReply + kPage;
     const std::string element = "<y>" + std::string((1 << 23) - 7, ' ') + "</y>";
     EXPECT_TRUE(IsRead("<r>" + element + element + "</r>"));
     void* const memory =
-        mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        mmap(nullptr, kSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     ASSERT_NE(memory, MAP_FAILED);
     auto* const reply = static_cast<char*>(memory);
-    std::memset(reply, ' ', page);
-    std::memcpy(reply, "<r>", 3);
-    FillWithRepeatedPages(reply + page, Limits::kLongestReply, element);
-    std::memcpy(reply + size - page, "</r>", 4);
-    EXPECT_FALSE(IsRead({reply, size - page + 4}));
-    munmap(memory, size);
+    std::memset(reply, ' ', kPage);
+    std::ranges::copy("<r>"sv, reply);
+    FillWithRepeatedPages(reply + kPage, Limits::kLongestReply, element);
+    std::ranges::copy("</r>"sv, reply + kSize - kPage);
+    EXPECT_FALSE(IsRead({reply, kSize - kPage + 4}));
+    munmap(memory, kSize);
 }
 
 } // namespace

@@ -20,13 +20,14 @@ std::atomic<int> sendsToReset = 0; // how many calls of send the connection has 
 } // namespace
 
 // libcurl sends by this; the scripted server does not.
-extern "C" __attribute__((visibility("default"))) ssize_t send(int socket, const void* data,
-                                                               std::size_t size, int flags) {
-    if (sendsToReset > 0 && --sendsToReset == 0) {
+extern "C" __attribute__((visibility("default"))) ssize_t send(int fd, const void* buf,
+                                                               std::size_t n, int flags) {
+    const int left = sendsToReset > 0 ? sendsToReset-- : 0;
+    if (left == 1) {
         errno = ECONNRESET;
         return -1;
     }
-    return sendto(socket, data, size, flags, nullptr, 0);
+    return sendto(fd, buf, n, flags, nullptr, 0);
 }
 
 namespace brevint::test {

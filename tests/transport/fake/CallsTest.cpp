@@ -29,7 +29,7 @@ struct Exchange : FakeInternet {
         reads = {Pends("reply")};
     }
 
-    void Send() { request->SendRequestAsync(response.get()); }
+    void Send() const { request->SendRequestAsync(response.get()); }
 
     /// Ends, one after the other, whatever is pending; what else is told meanwhile changes nothing.
     void Run() {

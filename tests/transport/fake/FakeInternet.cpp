@@ -7,10 +7,10 @@
 namespace brevint::test {
 namespace {
 
-thread_local DWORD t_lastError = 0;
+thread_local DWORD lastError = 0;
 
 // Handles are the addresses of their names.
-char g_session[] = "session ", g_connection[] = "connection ", g_request[] = "request ";
+char session[] = "session ", connection[] = "connection ", request[] = "request ";
 
 BOOL Failure(DWORD error) {
     SetLastError(error);
@@ -59,7 +59,7 @@ void FakeInternet::End() {
 
 void FakeInternet::Notify(DWORD_PTR itsContext, DWORD statusCode, bool succeeded) const {
     INTERNET_ASYNC_RESULT result{succeeded, succeeded ? 0u : ERROR_GEN_FAILURE};
-    callback(g_request, itsContext, statusCode, &result, sizeof(result));
+    callback(request, itsContext, statusCode, &result, sizeof(result));
 }
 
 } // namespace brevint::test
@@ -67,14 +67,14 @@ void FakeInternet::Notify(DWORD_PTR itsContext, DWORD statusCode, bool succeeded
 using namespace brevint::test;
 
 DWORD GetLastError() noexcept {
-    return t_lastError;
+    return lastError;
 }
 void SetLastError(DWORD error) noexcept {
-    t_lastError = error;
+    lastError = error;
 }
 
 HINTERNET InternetOpenW(LPCWSTR, DWORD, LPCWSTR, LPCWSTR, DWORD) noexcept {
-    return g_session;
+    return session;
 }
 
 BOOL InternetSetOptionA(HINTERNET, DWORD option, LPVOID buffer, DWORD) noexcept {
@@ -87,25 +87,25 @@ INTERNET_STATUS_CALLBACK InternetSetStatusCallback(HINTERNET,
     return std::exchange(FakeInternet::current->callback, callback);
 }
 
-BOOL InternetCrackUrlW(LPCWSTR, DWORD, DWORD, LPURL_COMPONENTSW parts) noexcept {
-    parts->nScheme = INTERNET_SCHEME_HTTP;
+BOOL InternetCrackUrlW(LPCWSTR, DWORD, DWORD, LPURL_COMPONENTSW components) noexcept {
+    components->nScheme = INTERNET_SCHEME_HTTP;
     return TRUE;
 }
 
 HINTERNET InternetConnectW(HINTERNET, LPCWSTR, INTERNET_PORT, LPCWSTR, LPCWSTR, DWORD, DWORD,
                            DWORD_PTR) noexcept {
-    return g_connection;
+    return connection;
 }
 
 HINTERNET HttpOpenRequestW(HINTERNET, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR*, DWORD,
                            DWORD_PTR context) noexcept {
     FakeInternet::current->context = context;
-    return g_request;
+    return request;
 }
 
-BOOL HttpSendRequestW(HINTERNET, LPCWSTR, DWORD, LPVOID body, DWORD size) noexcept {
+BOOL HttpSendRequestW(HINTERNET, LPCWSTR, DWORD, LPVOID body, DWORD bodyLength) noexcept {
     auto& fake = *FakeInternet::current;
-    fake.bodies.emplace_back(static_cast<char*>(body), size);
+    fake.bodies.emplace_back(static_cast<char*>(body), bodyLength);
     return fake.Begin(fake.send, nullptr, nullptr);
 }
 
@@ -134,7 +134,7 @@ BOOL HttpQueryInfoA(HINTERNET, DWORD, LPVOID, LPDWORD, LPDWORD) noexcept {
 BOOL InternetCloseHandle(HINTERNET handle) noexcept {
     auto& fake = *FakeInternet::current;
     fake.closed += static_cast<char*>(handle);
-    if (handle == g_request && fake.context && fake.closingTellsAtOnce) {
+    if (handle == request && fake.context && fake.closingTellsAtOnce) {
         fake.Notify(fake.context, INTERNET_STATUS_HANDLE_CLOSING);
     }
     return TRUE;

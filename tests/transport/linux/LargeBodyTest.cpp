@@ -9,13 +9,13 @@ namespace brevint::test {
 namespace {
 
 TEST(LargeBody, ThatThePlatformCannotCarryIsNotSentAtAll) {
-    constexpr std::size_t length = (std::size_t{1} << 32) + 3;
-    constexpr std::size_t page = 4096;
+    constexpr std::size_t kLength = (std::size_t{1} << 32) + 3;
+    constexpr std::size_t kPage = 4096;
     std::vector<char> body;
-    body.reserve(length + page);
-    auto* const start = body.data() + page - reinterpret_cast<std::uintptr_t>(body.data()) % page;
-    FillWithRepeatedPages(start, length - page, std::string(1 << 26, '\0'));
-    body.resize(length);
+    body.reserve(kLength + kPage);
+    auto* const start = body.data() + kPage - reinterpret_cast<std::uintptr_t>(body.data()) % kPage;
+    FillWithRepeatedPages(start, kLength - kPage, std::string(1 << 26, '\0'));
+    body.resize(kLength);
     ScriptedServer server;
     server.On("/").Reply(200);
     WebRequest request(server.Url("/").c_str(), WebRequestTypePost);
