@@ -57,9 +57,12 @@ TEST(Streaming, BodyOfSeveralPartsArrivesWholeWithItsLength) {
         bool ownHeader; ///< The length stands in a header and not in the platform's count.
     };
     const Case cases[] = {
-        {"counted", body.size(), 0, false},         {"first part with the head", body.size(), 1000, false},
-        {"all with the head", 1000, 1000, false},   {"own header", body.size(), 0, true},
-        {"own header, first part", 5000, 10, true}, {"nothing", 0, 0, true},
+        {"counted", body.size(), 0, false},
+        {"first part with the head", body.size(), 1000, false},
+        {"all with the head", 1000, 1000, false},
+        {"own header", body.size(), 0, true},
+        {"own header, first part", 5000, 10, true},
+        {"nothing", 0, 0, true},
     };
     for (const Case& test : cases) {
         SCOPED_TRACE(test.name);
