@@ -125,7 +125,8 @@ TEST_F(Transfers, SendAndReplaceFiles) {
 }
 
 TEST(Upload, HasTheBodyOfTheCall) {
-    for (const std::size_t size : {0, 1, 700'001}) {
+    constexpr std::size_t kSizes[] = {0, 1, 700'001};
+    for (const std::size_t size : kSizes) {
         SCOPED_TRACE(size);
         ScriptedServer server;
         server.On("*").Reply(200, {},
