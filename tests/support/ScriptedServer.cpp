@@ -32,6 +32,12 @@ using tcp = asio::ip::tcp;
 
 namespace {
 
+/// Guards the steps of all scripts.
+std::mutex& StepsMutex() {
+    static std::mutex mutex;
+    return mutex;
+}
+
 /// Fills in everything that the request's head tells.
 void ParseHead(ScriptedServer::Request& request) {
     std::istringstream lines(request.head);
@@ -103,7 +109,7 @@ asio::awaitable<void> ScriptedServer::Network::Serve(tcp::socket socket, std::si
         return bytes;
     };
     for (const Script* script = &owner.m_greeting;;) {
-        for (const auto& [kind, text] : script->m_steps) {
+        for (const auto& [kind, text] : script->Steps()) {
             boost::system::error_code ignored;
             switch (kind) {
             case Script::Kind::Send:
@@ -172,8 +178,14 @@ std::size_t ScriptedServer::Request::HeaderCount(std::string_view name) const {
 }
 
 ScriptedServer::Script& ScriptedServer::Script::Add(Kind kind, std::string_view text) {
+    const std::lock_guard lock(StepsMutex());
     m_steps.emplace_back(kind, text);
     return *this;
+}
+
+ScriptedServer::Script::StepList ScriptedServer::Script::Steps() const {
+    const std::lock_guard lock(StepsMutex());
+    return m_steps;
 }
 
 ScriptedServer::Script& ScriptedServer::Script::Reply(int status, Headers headers,
@@ -181,7 +193,9 @@ ScriptedServer::Script& ScriptedServer::Script::Reply(int status, Headers header
     if (std::ranges::none_of(headers, Named("Content-Length"))) {
         headers.emplace_back("Content-Length", std::to_string(body.size()));
     }
-    Head(status, headers).m_steps.back().second += body;
+    Head(status, headers);
+    const std::lock_guard lock(StepsMutex());
+    m_steps.back().second += body;
     return *this;
 }
 

@@ -75,8 +75,10 @@ public:
     private:
         friend class ScriptedServer;
         enum class Kind { Send, Wait, Close, Reset };
+        using StepList = std::vector<std::pair<Kind, std::string>>;
         Script& Add(Kind kind, std::string_view text = {});
-        std::vector<std::pair<Kind, std::string>> m_steps;
+        StepList Steps() const;
+        StepList m_steps; ///< Written by the test and read by the server's thread.
     };
 
     ScriptedServer();
