@@ -96,8 +96,10 @@ std::string HeaderText(const HttpReply& reply, bool keepAlive) {
 // Sends all of the buffers, in as few calls of the system as it allows.
 template <class Buffers>
 asio::awaitable<void> Write(Stream& stream, const Buffers& buffers) {
+    // Not in larger ones: Wine then often loses the end of a part that a closed connection leaves
+    // unsent, and the server waits for it when it stops.
     const auto inLargeParts = [](const error_code& error, std::size_t) {
-        return error ? 0 : kBlockSize;
+        return error ? 0 : std::size_t{64 * 1024};
     };
     co_await asio::async_write(stream, buffers, inLargeParts, asio::use_awaitable);
 }
