@@ -31,6 +31,7 @@
 #include <limits>
 #include <list>
 #include <mutex>
+#include <set>
 #include <thread>
 #include <vector>
 
@@ -96,10 +97,8 @@ std::string HeaderText(const HttpReply& reply, bool keepAlive) {
 // Sends all of the buffers, in as few calls of the system as it allows.
 template <class Buffers>
 asio::awaitable<void> Write(Stream& stream, const Buffers& buffers) {
-    // Not in larger ones: Wine then often loses the end of a part that a closed connection leaves
-    // unsent, and the server waits for it when it stops.
     const auto inLargeParts = [](const error_code& error, std::size_t) {
-        return error ? 0 : std::size_t{64 * 1024};
+        return error ? 0 : kBlockSize;
     };
     co_await asio::async_write(stream, buffers, inLargeParts, asio::use_awaitable);
 }
@@ -292,7 +291,10 @@ public:
             : m_list(list), m_stream(std::move(stream)) {
             const std::lock_guard lock(m_list.m_mutex);
             m_place = m_list.m_waiting.insert(m_list.m_waiting.end(), this);
-            if (++m_list.m_count > m_list.m_limit) {
+            m_list.m_entries.insert(this);
+            if (m_list.m_isClosed) {
+                Close();
+            } else if (m_list.m_entries.size() > m_list.m_limit) {
                 m_list.CloseOne();
             }
         }
@@ -302,7 +304,7 @@ public:
 
         ~Entry() {
             const std::lock_guard lock(m_list.m_mutex);
-            --m_list.m_count;
+            m_list.m_entries.erase(this);
             Leave();
         }
 
@@ -326,6 +328,16 @@ public:
     private:
         friend class ConnectionList;
 
+        // What is under way on it ends, and nothing more begins. The socket closes after that: Wine
+        // sometimes loses the end of an operation whose socket is closed, and Stop waits for it.
+        void Close() {
+            asio::post(m_stream->get_executor(), [stream = m_stream] {
+                error_code ignored;
+                stream->socket().shutdown(tcp::socket::shutdown_both, ignored);
+                stream->cancel();
+            });
+        }
+
         // True when it was waiting. To be called with the mutex held.
         bool Leave() {
             const bool waits = m_place != m_list.m_waiting.end();
@@ -346,6 +358,15 @@ public:
         CloseOne();
     }
 
+    // Those that come after it too.
+    void CloseAll() {
+        const std::lock_guard lock(m_mutex);
+        m_isClosed = true;
+        for (Entry* entry : m_entries) {
+            entry->Close();
+        }
+    }
+
 private:
     // To be called with the mutex held, which keeps the entry alive.
     void CloseOne() {
@@ -354,26 +375,27 @@ private:
         }
         Entry& entry = *m_waiting.front();
         entry.Leave();
-        asio::post(entry.m_stream->get_executor(), [stream = entry.m_stream] { stream->close(); });
+        entry.Close();
     }
 
     const std::size_t m_limit;
     std::mutex m_mutex; // Guards what follows, and the entries' places.
-    std::size_t m_count = 0;
+    bool m_isClosed = false;
+    std::set<Entry*> m_entries;
     std::list<Entry*> m_waiting; // The one that has waited longest comes first.
 };
 
 } // namespace
 
-// What lives from Start to Stop. Connections are coroutines that the context owns: when it is
-// destroyed, after its threads have ended, their sockets close wherever they stand.
+// What lives from Start to Stop. Connections are coroutines: when their sockets close, they end
+// wherever they stand, and the threads with the last of them.
 class HttpServer::Engine {
 public:
     explicit Engine(const HttpServer& server)
         : m_server(server), m_connections(server.m_options.maxConnections),
-          m_acceptor(m_context,
+          m_acceptor(asio::make_strand(m_context),
                      tcp::endpoint(asio::ip::address_v4::loopback(), server.m_options.port)) {
-        asio::co_spawn(m_context, Accept(), asio::detached);
+        asio::co_spawn(m_acceptor.get_executor(), Accept(), asio::detached);
         for (std::size_t i = 0; i < kThreadCount; ++i) {
             m_threads.emplace_back([this] { m_context.run(); });
         }
@@ -383,7 +405,8 @@ public:
     Engine& operator=(const Engine&) = delete;
 
     ~Engine() {
-        m_context.stop();
+        asio::post(m_acceptor.get_executor(), [this] { m_acceptor.close(); });
+        m_connections.CloseAll();
         for (std::thread& thread : m_threads) {
             thread.join();
         }
@@ -401,6 +424,9 @@ private:
             if (!error) {
                 asio::co_spawn(stream->get_executor(), Serve(stream), asio::detached);
                 continue;
+            }
+            if (!m_acceptor.is_open()) {
+                co_return;
             }
             // Out of descriptors, most likely.
             m_connections.MakeRoom();
