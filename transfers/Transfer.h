@@ -28,7 +28,7 @@ public:
     /// Waits until the state is final and the listener has been told so, or a sign-in is needed;
     /// false when the time was up before.
     bool Wait(std::chrono::milliseconds time) const;
-    /// Null until the state is final. Does not change any more then, but for Finish.
+    /// Null until the state is final. Does not change any more then.
     const TransferOutcome* GetOutcome() const;
 
     /// Ends it, unless it has ended. Returns at once, however silent the server is; a block that is

@@ -47,6 +47,10 @@ std::unique_ptr<CPollStatusResponse> MakePollResponse(Kind kind) {
     return std::make_unique<CPollOverwriteStatusResponse>();
 }
 
+double NoFileCode(Kind kind) {
+    return kind == Kind::NewFile ? ErrorCode::UploadNoFile : ErrorCode::OverwriteNoFile;
+}
+
 /// The name goes into the form as it is, so that some characters would forge its head.
 bool IsSafeName(const std::filesystem::path& path) {
     const std::string name = Utf8::ToNarrow(WidePath(path.filename()));
@@ -68,7 +72,7 @@ Transfer::Step Upload::Run() {
         return Step::Poll; // a poll had found that the session was over
     }
     if (!IsSafeName(m_request.path)) {
-        Fail(ErrorCode::UploadNoFile, L"The file's name has a character that cannot be sent.");
+        Fail(NoFileCode(m_request.kind), L"The file's name has a character that cannot be sent.");
         return EndAsFailed();
     }
     for (;;) {
@@ -98,9 +102,7 @@ Transfer::Step Upload::Run() {
 
 Upload::Result Upload::Attempt() {
     if (!m_source.Open()) {
-        return Fail(m_request.kind == Kind::NewFile ? ErrorCode::UploadNoFile
-                                                    : ErrorCode::OverwriteNoFile,
-                    L"The local file cannot be read.");
+        return Fail(NoFileCode(m_request.kind), L"The local file cannot be read.");
     }
     SetTotal(m_source.FileSize());
     const TransferSettings& settings = TheService().Settings();
@@ -116,7 +118,7 @@ Upload::Result Upload::Attempt() {
     case ExchangeFailure::CertificateNotTrusted:
         return Fail(ErrorCode::EmptyReply, FailureText(m_result.failure));
     case ExchangeFailure::SourceFailed:
-        return Fail(ErrorCode::UploadNoFile, FailureText(m_result.failure));
+        return Fail(NoFileCode(m_request.kind), FailureText(m_result.failure));
     default: return Result::Later;
     }
     m_head = exchange->Head();

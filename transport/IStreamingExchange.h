@@ -18,7 +18,7 @@ enum class ExchangeFailure {
     CertificateNotTrusted, ///< Or no common ground for TLS.
     BrokenOff,             ///< It ended before the announced length, or in the midst of something.
     Cancelled,
-    SourceFailed, ///< The body's source ended early, or had more than it said.
+    SourceFailed, ///< The body's source ended early.
     Other,        ///< Lack of memory, an address that is none.
 };
 

@@ -110,7 +110,7 @@ ExchangeFailure StreamingExchange::SendBody(const std::wstring& headers, IBodySo
         const std::size_t wanted =
             static_cast<std::size_t>(std::min<std::uint64_t>(rest, part.size()));
         const std::size_t count = body.Read(part.data(), wanted);
-        if (m_cancelled || count == 0 || count > rest) {
+        if (m_cancelled || count == 0) {
             BreakOff();
             return m_cancelled ? ExchangeFailure::Cancelled : ExchangeFailure::SourceFailed;
         }
