@@ -1,59 +1,18 @@
-#include "brevint/c.h"
-
-#include "support/Utf8.h"
+#include "c/Common.h"
 #include "transfers/Download.h"
 #include "transfers/TransferQueue.h"
 #include "transfers/Upload.h"
 #include "transport/StreamingExchange.h"
 
-#include <algorithm>
-#include <cstring>
-#include <filesystem>
+#include <exception>
 #include <memory>
+#include <mutex>
 #include <new>
-#include <string>
 
 namespace {
 
+using namespace c;
 using transfers::Transfer;
-
-std::string_view View(const char* text) {
-    return text ? std::string_view(text) : std::string_view();
-}
-
-std::wstring Wide(const char* text) {
-    return Utf8::ToWide(View(text));
-}
-
-std::filesystem::path Path(const char* text) {
-    const std::string_view view = View(text);
-    return std::u8string(view.begin(), view.end());
-}
-
-std::string Narrow(const std::filesystem::path& path) {
-    const std::u8string text = path.u8string();
-    return {text.begin(), text.end()};
-}
-
-/// A structure of the caller's, whose size says how much of it there is: members that it lacks have
-/// their defaults.
-template <class Struct>
-Struct Complete(const Struct* given, void (*init)(Struct*)) {
-    Struct complete = {};
-    init(&complete);
-    if (given) {
-        std::memcpy(&complete, given, std::min(given->size, sizeof(Struct)));
-        complete.size = sizeof(Struct);
-    }
-    return complete;
-}
-
-/// The other way round: as much as the caller's structure has room for.
-template <class Struct>
-void Store(const Struct& filled, Struct* target) {
-    const std::size_t size = std::min(target->size, sizeof(Struct));
-    std::memcpy(&target->size + 1, &filled.size + 1, size - sizeof(size));
-}
 
 brevint_progress ToC(const transfers::TransferProgress& progress) {
     brevint_progress result;
@@ -64,12 +23,6 @@ brevint_progress ToC(const transfers::TransferProgress& progress) {
     result.bytes_per_second = progress.bytesPerSecond;
     result.seconds_left = progress.secondsLeft;
     return result;
-}
-
-template <class Struct>
-void Clear(Struct* target) {
-    std::memset(target, 0, sizeof(Struct));
-    target->size = sizeof(Struct);
 }
 
 } // namespace
@@ -152,7 +105,8 @@ void brevint_upload_init(brevint_upload* upload) {
     Clear(upload);
 }
 
-brevint_queue* brevint_queue_new(const char* service_url, const brevint_queue_settings* settings) {
+brevint_queue* brevint_queue_new(const brevint_client* client,
+                                 const brevint_queue_settings* settings) {
     const brevint_queue_settings given = Complete(settings, brevint_queue_settings_init);
     transfers::TransferSettings own;
     own.concurrent = std::max(given.concurrent, 1U);
@@ -164,7 +118,7 @@ brevint_queue* brevint_queue_new(const char* service_url, const brevint_queue_se
     try {
         auto queue = std::make_unique<brevint_queue>();
         queue->service = std::make_shared<transfers::Service>(
-            Wide(service_url), own, std::make_shared<StreamingExchangeFactory>());
+            client->service->Url(), own, std::make_shared<StreamingExchangeFactory>());
         queue->queue = std::make_shared<transfers::TransferQueue>(own);
         return queue.release();
     } catch (const std::bad_alloc&) {
@@ -247,6 +201,9 @@ int32_t brevint_transfer_outcome(const brevint_transfer* transfer, brevint_outco
     result.verified = known->verified ? 1 : 0;
     result.job_goes_on = known->jobGoesOn ? 1 : 0;
     result.kept_beside = known->keptBeside ? 1 : 0;
+    result.failure = static_cast<std::int32_t>(
+        calls::KindOf(known->code, known->status, known->failure));
+    result.hint = Hint(known->code);
     Store(result, outcome);
     return 1;
 }

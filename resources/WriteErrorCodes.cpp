@@ -17,7 +17,8 @@ struct Row {
 };
 
 constexpr Row kRows[] = {
-#define BREVINT_ERROR_CODE(code, name, calls, meaning, hint) {code, #name, calls, meaning, hint},
+#define BREVINT_ERROR_CODE(code, name, kind, calls, meaning, hint)                                 \
+    {code, #name, calls, meaning, hint},
 #include "resources/ErrorCodes.inc"
 #undef BREVINT_ERROR_CODE
 };

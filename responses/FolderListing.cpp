@@ -12,30 +12,32 @@ namespace {
 struct TextField {
     const char* path;
     void (CFolderItem::*set)(const std::wstring&);
+    std::string_view FolderItemView::*view;
 };
 
 constexpr TextField kTexts[] = {
-    {"UniqueId", &CFolderItem::SetUniqueId},
-    {"ParentId", &CFolderItem::SetParentId},
-    {"OwnerId", &CFolderItem::SetOwnerId},
-    {"Name", &CFolderItem::SetName},
-    {"Description", &CFolderItem::SetDescription},
-    {"DateCreated", &CFolderItem::SetCreated},
-    {"DateModified", &CFolderItem::SetModified},
-    {"Data/Size", &CFolderItem::SetSize},
-    {"LockedBy", &CFolderItem::SetLockedBy},
-    {"ItemType", &CFolderItem::SetItemType},
-    {"ItemTypeDescription", &CFolderItem::SetItemTypeDescription},
+    {"UniqueId", &CFolderItem::SetUniqueId, &FolderItemView::id},
+    {"ParentId", &CFolderItem::SetParentId, &FolderItemView::parentId},
+    {"OwnerId", &CFolderItem::SetOwnerId, &FolderItemView::ownerId},
+    {"Name", &CFolderItem::SetName, &FolderItemView::name},
+    {"Description", &CFolderItem::SetDescription, &FolderItemView::description},
+    {"DateCreated", &CFolderItem::SetCreated, &FolderItemView::created},
+    {"DateModified", &CFolderItem::SetModified, &FolderItemView::modified},
+    {"Data/Size", &CFolderItem::SetSize, &FolderItemView::size},
+    {"LockedBy", &CFolderItem::SetLockedBy, &FolderItemView::lockedBy},
+    {"ItemType", &CFolderItem::SetItemType, &FolderItemView::type},
+    {"ItemTypeDescription", &CFolderItem::SetItemTypeDescription, &FolderItemView::typeDescription},
 };
 
 struct Flag {
     const char* path;
     void (CFolderItem::*set)(bool);
+    bool FolderItemView::*view;
 };
 
 constexpr Flag kFlags[] = {
-    {"Locked", &CFolderItem::SetIsLocked},
-    {"IsPublic", &CFolderItem::SetIsPublic},
+    {"Locked", &CFolderItem::SetIsLocked, &FolderItemView::isLocked},
+    {"IsPublic", &CFolderItem::SetIsPublic, &FolderItemView::isPublic},
 };
 
 /// A flag is true unless its text holds an "f", so also when it is absent. That is deliberate.
@@ -59,12 +61,13 @@ std::string_view NextField(std::string_view& fields) {
 } // namespace
 
 void FolderListing::Restart(std::size_t bytes) {
-    m_count = 0;
+    m_starts = {};
     m_fields = {};
     m_fields.reserve(bytes);
 }
 
 void FolderListing::Add(_xmlNode* element) {
+    m_starts.push_back(m_fields.size());
     const auto keep = [&](const char* path) {
         AppendNodeValue(Find(element, path), m_fields);
         m_fields += '\0';
@@ -75,14 +78,31 @@ void FolderListing::Add(_xmlNode* element) {
     for (const Flag& flag : kFlags) {
         keep(flag.path);
     }
-    ++m_count;
+}
+
+FolderItemView FolderListing::At(std::size_t index) const {
+    std::string_view fields = std::string_view(m_fields).substr(m_starts[index]);
+    FolderItemView item;
+    for (const TextField& text : kTexts) {
+        item.*text.view = NextField(fields);
+    }
+    for (const Flag& flag : kFlags) {
+        item.*flag.view = IsTrue(NextField(fields));
+    }
+    return item;
+}
+
+void FolderListing::KeepOnly(std::size_t index) {
+    const std::size_t end = index + 1 < m_starts.size() ? m_starts[index + 1] : m_fields.size();
+    m_fields = m_fields.substr(m_starts[index], end - m_starts[index]);
+    m_starts = {0};
 }
 
 void FolderListing::AppendTo(std::vector<CFolderItem*>& records) const {
-    records.reserve(records.size() + m_count);
+    records.reserve(records.size() + m_starts.size());
     std::string_view fields = m_fields;
     std::wstring value;
-    for (std::size_t i = 0; i < m_count; ++i) {
+    for (std::size_t i = 0; i < m_starts.size(); ++i) {
         auto record = std::make_unique<CFolderItem>();
         for (const TextField& text : kTexts) {
             Utf8::ToWide(NextField(fields), value);

@@ -5,9 +5,18 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 class CFolderItem;
+
+/// One item of a listing.
+struct FolderItemView {
+    std::string_view id, parentId, ownerId, name, description, created, modified, size, lockedBy,
+        type, typeDescription;
+    bool isLocked = false;
+    bool isPublic = false;
+};
 
 /// The items of a folder as the service described them, in a form that takes a tenth of the memory
 /// of the elements that they were read from.
@@ -17,6 +26,12 @@ public:
     void Restart(std::size_t bytes);
     /// Adds an item. A field that its element lacks is empty.
     void Add(_xmlNode* element) override;
+    std::size_t Count() const { return m_starts.size(); }
+    /// What is known of an item. The texts are UTF-8, each followed by a zero, and live until the
+    /// listing changes.
+    FolderItemView At(std::size_t index) const;
+    /// Keeps one item alone.
+    void KeepOnly(std::size_t index);
     /// Appends a new record for every item, in order; the caller deletes them.
     void AppendTo(std::vector<CFolderItem*>& records) const;
 
@@ -24,7 +39,7 @@ public:
     static std::unique_ptr<CFolderItem> Item(_xmlNode* element);
 
 private:
-    std::size_t m_count = 0;
     /// The fields of all items in UTF-8, each ended by a zero.
     std::string m_fields;
+    std::vector<std::size_t> m_starts; ///< Where each item begins there.
 };

@@ -6,7 +6,8 @@
 namespace {
 
 constexpr ErrorDescription kDescriptions[] = {
-#define BREVINT_ERROR_CODE(code, name, calls, meaning, hint) {code, #name, calls, meaning, hint},
+#define BREVINT_ERROR_CODE(code, name, kind, calls, meaning, hint)                                 \
+    {code, #name, calls, meaning, hint},
 #include "resources/ErrorCodes.inc"
 #undef BREVINT_ERROR_CODE
 };

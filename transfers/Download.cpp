@@ -2,9 +2,9 @@
 
 #include "brevint/DownloadFileResponse.h"
 #include "brevint/ErrorCodes.h"
+#include "calls/FailureText.h"
 #include "requests/DownloadFileRequestInfo.h"
 #include "support/Utf8.h"
-#include "transfers/FailureText.h"
 
 #include <algorithm>
 #include <charconv>
@@ -13,6 +13,13 @@
 #include <utility>
 
 namespace transfers {
+
+using calls::DescribeRefusal;
+using calls::FailureText;
+using calls::FileFailureText;
+using calls::NoReplyText;
+using calls::Refusal;
+using calls::Verdict;
 
 namespace {
 
@@ -140,9 +147,8 @@ bool Download::OpenPart() {
 }
 
 Download::Result Download::Attempt() {
-    const std::chrono::milliseconds stallLimit = TheService().Settings().stallLimit;
-    const auto exchange = TheService().MakeExchange({stallLimit, stallLimit});
-    const StopSignal::Guard guard(Stop(), *exchange);
+    const auto exchange = TheService().MakeExchange(TheService().Timeouts());
+    const calls::StopSignal::Guard guard(Stop(), *exchange);
     std::wstring headers;
     if (m_record && m_size != 0) {
         headers = L"Range: bytes=" + std::to_wstring(m_size) + L"-\r\nIf-Range: " +
@@ -247,7 +253,7 @@ Download::Result Download::RefuseReply(IStreamingExchange& exchange) {
     CDownloadFileResponse response;
     response.SetServerResponse(body, m_head.status);
     m_result.serverMessage = response.GetServerErrorMessage();
-    switch (TheService().Judge(m_head, response, Stop())) {
+    switch (TheService().Judge(m_head, response, Stop(), TheService().Timeouts())) {
     case Verdict::TryAgain: return Result::Later;
     case Verdict::SignIn: return Result::SignIn;
     case Verdict::Refused: break;

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "calls/StopSignal.h"
 #include "transfers/ListenerGate.h"
 #include "transfers/Service.h"
-#include "transfers/StopSignal.h"
 #include "transfers/TransferState.h"
 
 #include <atomic>
@@ -48,7 +48,7 @@ protected:
     };
 
     const Service& TheService() const { return *m_service; }
-    StopSignal& Stop() { return m_stop; }
+    calls::StopSignal& Stop() { return m_stop; }
 
     /// The state becomes final, unless it is.
     void End(TransferState state, TransferOutcome outcome);
@@ -77,7 +77,7 @@ private:
 
     const std::shared_ptr<const Service> m_service;
     ListenerGate m_gate;
-    StopSignal m_stop;
+    calls::StopSignal m_stop;
     std::weak_ptr<TransferQueue> m_queue;
 
     std::atomic<TransferState> m_state = TransferState::Waiting;

@@ -1,29 +1,15 @@
 #include "transfers/TransferQueue.h"
 
 #include "brevint/ErrorCodes.h"
-#include "platform/Thread.h"
-#include "transport/KeepCodeLoaded.h"
+#include "transport/BackgroundThread.h"
 
 #include <algorithm>
 #include <ranges>
-#include <system_error>
 #include <utility>
 
 namespace transfers {
 
 namespace {
-
-/// False when there is none to be had.
-template <class Function>
-bool TryStartThread(Function function) {
-    try {
-        KeepCodeLoaded();
-        platform::StartThread(std::move(function));
-        return true;
-    } catch (const std::system_error&) {
-        return false;
-    }
-}
 
 TransferOutcome OutOfThreads() {
     TransferOutcome outcome;

@@ -7,17 +7,24 @@
 #include "brevint/PollOverwriteStatusResponse.h"
 #include "brevint/PollUploadStatusResponse.h"
 #include "brevint/UploadFileResponse.h"
+#include "calls/FailureText.h"
 #include "requests/OverwriteFileRequestInfo.h"
 #include "requests/PollFileStatusRequestInfo.h"
 #include "requests/UploadFileRequestInfo.h"
 #include "support/Utf8.h"
-#include "transfers/FailureText.h"
 #include "transfers/WidePath.h"
 
 #include <memory>
 #include <utility>
 
 namespace transfers {
+
+using calls::DescribeRefusal;
+using calls::FailureText;
+using calls::NoReplyText;
+using calls::Refusal;
+using calls::ServiceReply;
+using calls::Verdict;
 
 namespace {
 
@@ -107,7 +114,7 @@ Upload::Result Upload::Attempt() {
     SetTotal(m_source.FileSize());
     const TransferSettings& settings = TheService().Settings();
     const auto exchange = TheService().MakeExchange({settings.stallLimit, settings.replyLimit});
-    const StopSignal::Guard guard(Stop(), *exchange);
+    const calls::StopSignal::Guard guard(Stop(), *exchange);
     m_head = {};
     m_result.status = 0;
     m_result.serverMessage.clear();
@@ -145,7 +152,7 @@ Upload::Result Upload::AcceptReply(IStreamingExchange& exchange) {
     if (m_result.failure != ExchangeFailure::None) {
         return Result::Later;
     }
-    switch (TheService().Judge(m_head, *response, Stop())) {
+    switch (TheService().Judge(m_head, *response, Stop(), TheService().Timeouts())) {
     case Verdict::TryAgain: return Result::Later;
     case Verdict::SignIn: return Result::SignIn;
     case Verdict::Refused: break;
@@ -155,8 +162,8 @@ Upload::Result Upload::AcceptReply(IStreamingExchange& exchange) {
 }
 
 Transfer::Step Upload::Poll() {
-    const ServiceReply reply =
-        TheService().Call(CPollFileStatusRequestInfo(TheService().Url(), m_jobId), Stop());
+    const ServiceReply reply = TheService().Call(
+        CPollFileStatusRequestInfo(TheService().Url(), m_jobId), Stop(), TheService().Timeouts());
     m_head = reply.head;
     m_result.status = m_head.status;
     m_result.failure = reply.failure;
@@ -170,7 +177,8 @@ Transfer::Step Upload::Poll() {
                           (response->GetSucceeded() || !m_result.serverMessage.empty());
     if (!isAnswer) {
         if (m_result.failure == ExchangeFailure::None) {
-            const Verdict verdict = TheService().Judge(reply.head, *response, Stop());
+            const Verdict verdict =
+                TheService().Judge(reply.head, *response, Stop(), TheService().Timeouts());
             if (verdict == Verdict::SignIn) {
                 return Step::SignIn;
             }

@@ -25,6 +25,6 @@ public:
     /// and for a null node or name.
     std::wstring GetValueFromChildNode(_xmlNode* node, const char* name) const;
 
-private:
-    std::unique_ptr<FolderListing> m_listing;
+protected:
+    std::unique_ptr<FolderListing> m_listing; ///< What the reply says of each item.
 };

@@ -99,7 +99,7 @@ TEST(ErrorMap, GivesEveryMessageItsCodeInEveryLetterCase) {
 TEST(ErrorCodes, AreDescribedWithAHintForTheUser) {
     const std::set<double> withoutHint = {ErrorCode::MessageNotRecognised, ErrorCode::Success};
     for (const double code : {
-#define BREVINT_ERROR_CODE(code, name, calls, meaning, hint) ErrorCode::name,
+#define BREVINT_ERROR_CODE(code, name, kind, calls, meaning, hint) ErrorCode::name,
 #include "resources/ErrorCodes.inc"
 #undef BREVINT_ERROR_CODE
          }) {

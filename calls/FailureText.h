@@ -7,7 +7,7 @@
 
 class CBaseResponse;
 
-namespace transfers {
+namespace calls {
 
 /// What a failed exchange means for a user: a sentence.
 std::wstring FailureText(ExchangeFailure failure);
@@ -27,4 +27,4 @@ struct Refusal {
 /// `response` has read the reply's document.
 Refusal DescribeRefusal(const StreamHead& head, const CBaseResponse& response);
 
-} // namespace transfers
+} // namespace calls

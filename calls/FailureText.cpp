@@ -1,12 +1,12 @@
-#include "transfers/FailureText.h"
+#include "calls/FailureText.h"
 
 #include "brevint/BaseResponse.h"
 #include "brevint/ErrorCodes.h"
 #include "brevint/ErrorDescription.h"
+#include "calls/Service.h"
 #include "support/Utf8.h"
-#include "transfers/Service.h"
 
-namespace transfers {
+namespace calls {
 
 std::wstring FailureText(ExchangeFailure failure) {
     switch (failure) {
@@ -46,4 +46,4 @@ Refusal DescribeRefusal(const StreamHead& head, const CBaseResponse& response) {
             L"The service refuses it: " + Utf8::ToWide(description->meaning) + L'.'};
 }
 
-} // namespace transfers
+} // namespace calls

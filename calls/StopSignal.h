@@ -7,7 +7,7 @@
 #include <condition_variable>
 #include <mutex>
 
-namespace transfers {
+namespace calls {
 
 /// Stops whatever a transfer's thread is at: an exchange, or a pause.
 class StopSignal {
@@ -38,4 +38,4 @@ private:
     IStreamingExchange* m_exchange = nullptr;
 };
 
-} // namespace transfers
+} // namespace calls

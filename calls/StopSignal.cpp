@@ -1,6 +1,6 @@
-#include "transfers/StopSignal.h"
+#include "calls/StopSignal.h"
 
-namespace transfers {
+namespace calls {
 
 void StopSignal::Raise() noexcept {
     const std::scoped_lock lock(m_mutex);
@@ -29,4 +29,4 @@ StopSignal::Guard::~Guard() {
     m_signal.m_exchange = nullptr;
 }
 
-} // namespace transfers
+} // namespace calls

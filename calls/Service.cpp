@@ -1,32 +1,34 @@
-#include "transfers/Service.h"
+#include "calls/Service.h"
 
 #include "brevint/ErrorCodes.h"
 #include "brevint/IdentityResponse.h"
 #include "requests/IdentityRequestInfo.h"
+#include "support/Limits.h"
 
 #include <algorithm>
 #include <array>
 #include <utility>
 
-namespace transfers {
+namespace calls {
 
 namespace {
 
-constexpr std::size_t kLargestDocument = std::size_t{16} << 20;
+// A little more than the parser accepts, so that the one limit is Limits::kLongestReply.
+constexpr std::size_t kLargestDocument = Limits::kLongestReply + 1;
 
 } // namespace
 
-Service::Service(std::wstring url, const TransferSettings& settings,
-                 std::shared_ptr<IStreamingExchangeFactory> exchanges)
-    : m_url(std::move(url)), m_settings(settings), m_exchanges(std::move(exchanges)) {}
+Service::Service(std::wstring url, std::shared_ptr<IStreamingExchangeFactory> exchanges)
+    : m_url(std::move(url)), m_exchanges(std::move(exchanges)) {}
 
 std::unique_ptr<IStreamingExchange> Service::MakeExchange(ExchangeTimeouts timeouts) const {
     return m_exchanges->Create(timeouts);
 }
 
-ServiceReply Service::Call(const IRequestInfo& info, StopSignal& stop) const {
+ServiceReply Service::Call(const IRequestInfo& info, StopSignal& stop,
+                           ExchangeTimeouts timeouts) const {
     ServiceReply reply;
-    const auto exchange = MakeExchange({m_settings.stallLimit, m_settings.stallLimit});
+    const auto exchange = MakeExchange(timeouts);
     const StopSignal::Guard guard(stop, *exchange);
     reply.failure = exchange->Send(info, {}, nullptr);
     if (reply.failure == ExchangeFailure::None) {
@@ -51,8 +53,8 @@ ExchangeFailure Service::ReadAll(IStreamingExchange& exchange, std::vector<char>
     }
 }
 
-Verdict Service::Judge(const StreamHead& head, const CBaseResponse& response,
-                       StopSignal& stop) const {
+Verdict Service::Judge(const StreamHead& head, const CBaseResponse& response, StopSignal& stop,
+                       ExchangeTimeouts timeouts) const {
     if (IsTemporary(head.status)) {
         return Verdict::TryAgain;
     }
@@ -61,21 +63,21 @@ Verdict Service::Judge(const StreamHead& head, const CBaseResponse& response,
     if (!mayHaveEnded) {
         return Verdict::Refused;
     }
-    const std::optional<bool> signedIn = IsSignedIn(stop);
+    const std::optional<bool> signedIn = IsSignedIn(stop, timeouts);
     if (!signedIn) {
         return Verdict::TryAgain;
     }
     return *signedIn ? Verdict::Refused : Verdict::SignIn;
 }
 
-std::optional<bool> Service::IsSignedIn(StopSignal& stop) const {
-    const ServiceReply reply = Call(CIdentityRequestInfo(m_url), stop);
+std::optional<bool> Service::IsSignedIn(StopSignal& stop, ExchangeTimeouts timeouts) const {
+    const ServiceReply reply = Call(CIdentityRequestInfo(m_url), stop, timeouts);
     if (reply.failure != ExchangeFailure::None || IsTemporary(reply.head.status)) {
         return std::nullopt;
     }
     CIdentityResponse identity;
     identity.SetServerResponse(reply.body, reply.head.status);
-    return reply.head.status == 200 && identity.GetSucceeded();
+    return IsSuccess(reply.head.status) && identity.GetSucceeded();
 }
 
 bool IsTemporary(unsigned long status) {
@@ -84,7 +86,11 @@ bool IsTemporary(unsigned long status) {
 }
 
 bool IsRedirect(unsigned long status) {
-    return status >= 300 && status < 400;
+    return status / 100 == 3;
 }
 
-} // namespace transfers
+bool IsSuccess(unsigned long status) {
+    return status / 100 == 2;
+}
+
+} // namespace calls

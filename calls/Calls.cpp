@@ -1,0 +1,204 @@
+#include "calls/Calls.h"
+
+#include "brevint/CreateFolderResponse.h"
+#include "brevint/ErrorCodes.h"
+#include "brevint/GetFolderContentsResponse.h"
+#include "brevint/IRequestInfo.h"
+#include "brevint/IdentityResponse.h"
+#include "calls/Names.h"
+#include "requests/CreateFolderRequestInfo.h"
+#include "requests/GetFolderContentsRequestInfo.h"
+#include "requests/IdentityRequestInfo.h"
+#include "requests/SignOutRequestInfo.h"
+#include "responses/FolderListing.h"
+#include "support/RootElement.h"
+#include "support/Utf8.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+namespace calls {
+
+namespace {
+
+bool MeansNotSignedIn(unsigned long status) {
+    return IsRedirect(status) || status == 401 || status == 403;
+}
+
+Failure NotTheService(unsigned long status) {
+    Failure failure;
+    failure.kind = FailureKind::NotTheService;
+    failure.code = ErrorCode::ReplyNotXml;
+    failure.status = status;
+    failure.text = L"The reply is none of such a service's.";
+    return failure;
+}
+
+Failure NotSignedIn(unsigned long status) {
+    Failure failure;
+    failure.kind = FailureKind::NotSignedIn;
+    failure.code = ErrorCode::AuthorizationFailed;
+    failure.status = status;
+    failure.text = L"Nobody is signed in, or the session has ended.";
+    return failure;
+}
+
+/// Sends, and reads the reply. A failure is one of the connection.
+Failure Exchange(const CallContext& at, const IRequestInfo& info, ServiceReply& reply) {
+    reply = at.service.Call(info, at.stop, at.timeouts);
+    if (reply.failure == ExchangeFailure::None) {
+        return {};
+    }
+    Failure failure = NoReply(reply.failure);
+    const bool wasNotSent = reply.failure == ExchangeFailure::NameNotResolved ||
+                            reply.failure == ExchangeFailure::Refused ||
+                            reply.failure == ExchangeFailure::CertificateNotTrusted;
+    failure.mayHaveHappened = !wasNotSent && info.GetRequestType() != WebRequestTypeGet;
+    return failure;
+}
+
+bool IsReplyOfService(const ServiceReply& reply) {
+    return HasRootElement({reply.body.data(), reply.body.size()}, "ResponseData");
+}
+
+Failure NotOne(FailureKind kind, const wchar_t* beginning, std::string_view name,
+               const std::string& folder) {
+    Failure failure;
+    failure.kind = kind;
+    failure.text = beginning + Utf8::ToWide(name) + L"\" in the folder \"" +
+                   Utf8::ToWide(folder.empty() ? "/" : folder) + L"\".";
+    return failure;
+}
+
+/// A listing whose items can be taken as they came.
+struct ListingReply final : CGetFolderContentsResponse {
+    FolderListing Take() { return std::move(*m_listing); }
+};
+
+} // namespace
+
+Failure Ask(const CallContext& at, const IRequestInfo& info, CBaseResponse& response) {
+    ServiceReply reply;
+    if (Failure failure = Exchange(at, info, reply)) {
+        return failure;
+    }
+    response.SetServerResponse(reply.body, reply.head.status);
+    const bool isReply = IsReplyOfService(reply);
+    if (IsSuccess(reply.head.status) && response.GetSucceeded() && isReply) {
+        return {};
+    }
+    if (IsSuccess(reply.head.status) && !isReply) {
+        return NotTheService(reply.head.status);
+    }
+    Failure failure = RefusedBy(reply.head, response);
+    switch (at.service.Judge(reply.head, response, at.stop, at.timeouts)) {
+    case Verdict::SignIn: return NotSignedIn(reply.head.status);
+    case Verdict::TryAgain: failure.kind = FailureKind::Unavailable; break;
+    case Verdict::Refused: break;
+    }
+    return failure;
+}
+
+Failure InvalidIdentifier(const std::wstring& text) {
+    return Invalid(L"\"" + text + L"\" is no identifier.");
+}
+
+Failure AskIdentity(const CallContext& at, CIdentityResponse& identity) {
+    const CIdentityRequestInfo info(at.service.Url());
+    ServiceReply reply;
+    if (Failure failure = Exchange(at, info, reply)) {
+        return failure;
+    }
+    const unsigned long status = reply.head.status;
+    identity.SetServerResponse(reply.body, status);
+    if (IsSuccess(status) && identity.GetSucceeded()) {
+        return {};
+    }
+    return MeansNotSignedIn(status) ? NotSignedIn(status)
+           : IsSuccess(status)      ? NotTheService(status)
+                                    : RefusedBy(reply.head, identity);
+}
+
+Failure ListFolder(const CallContext& at, const std::wstring& folderId, FolderListing& listing) {
+    if (!IsIdentifier(folderId)) {
+        return InvalidIdentifier(folderId);
+    }
+    ListingReply response;
+    Failure failure = Ask(at, CGetFolderContentsRequestInfo(at.service.Url(), folderId), response);
+    listing = response.Take();
+    return failure;
+}
+
+Failure Find(const CallContext& at, std::wstring folderId, std::string_view path,
+             FolderListing& listing) {
+    std::string folder;
+    bool isFound = false;
+    for (;;) {
+        path.remove_prefix(std::min(path.find_first_not_of('/'), path.size()));
+        if (path.empty()) {
+            return isFound ? Failure() : Invalid(L"The path names nothing.");
+        }
+        const std::string_view name = path.substr(0, path.find('/'));
+        path.remove_prefix(name.size());
+        if (Failure failure = ListFolder(at, folderId, listing)) {
+            return failure;
+        }
+        std::optional<std::size_t> index;
+        for (std::size_t i = 0; i < listing.Count(); ++i) {
+            if (listing.At(i).name == name) {
+                if (index) {
+                    return NotOne(FailureKind::Refused, L"There are several \"", name, folder);
+                }
+                index = i;
+            }
+        }
+        if (!index) {
+            return NotOne(FailureKind::NotFound, L"There is no \"", name, folder);
+        }
+        listing.KeepOnly(*index);
+        isFound = true;
+        folderId = Utf8::ToWide(listing.At(0).id);
+        folder.append("/").append(name);
+    }
+}
+
+Failure CreateFolder(const CallContext& at, const std::wstring& parentId, const std::wstring& name,
+                     std::wstring& folderId) {
+    if (!IsIdentifier(parentId)) {
+        return InvalidIdentifier(parentId);
+    }
+    if (!IsItemName(name)) {
+        return Invalid(L"\"" + name + L"\" cannot be the name of an item.");
+    }
+    CCreateFolderResponse response;
+    Failure failure = Ask(
+        at, CCreateFolderRequestInfo(at.service.Url(), parentId, EscapeForJson(name)), response);
+    folderId = response.GetFolderId();
+    if (!failure && !IsIdentifier(folderId)) {
+        failure = NotTheService(response.GetStatusCode());
+        failure.mayHaveHappened = true;
+    }
+    return failure;
+}
+
+Failure SignOut(const CallContext& at) {
+    ServiceReply reply;
+    if (Failure failure = Exchange(at, CSignOutRequestInfo(at.service.Url()), reply)) {
+        return failure;
+    }
+    CIdentityResponse identity;
+    const Failure asked = AskIdentity(at, identity);
+    if (asked.kind == FailureKind::NotSignedIn) {
+        return {};
+    }
+    if (asked) {
+        return asked;
+    }
+    Failure failure = RefusedBy(reply.head, identity);
+    failure.kind = FailureKind::Refused;
+    failure.text = L"The service has not ended the session.";
+    return failure;
+}
+
+} // namespace calls

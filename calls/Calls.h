@@ -1,0 +1,40 @@
+#pragma once
+
+#include "calls/BoundedCall.h"
+#include "calls/Failure.h"
+
+#include <string>
+#include <string_view>
+
+class CBaseResponse;
+class CIdentityResponse;
+class FolderListing;
+class IRequestInfo;
+
+namespace calls {
+
+/// Carries a call out and reads its reply into `response`. A success is one that the response says
+/// it is, whose document is the service's, and whose HTTP status says so too.
+Failure Ask(const CallContext& at, const IRequestInfo& info, CBaseResponse& response);
+
+/// The failure of a text that is no identifier.
+Failure InvalidIdentifier(const std::wstring& text);
+
+/// Asks who is signed in.
+Failure AskIdentity(const CallContext& at, CIdentityResponse& identity);
+
+/// Lists a folder.
+Failure ListFolder(const CallContext& at, const std::wstring& folderId, FolderListing& listing);
+
+/// Finds the item with that path below a folder; `listing` has it alone.
+Failure Find(const CallContext& at, std::wstring folderId, std::string_view path,
+             FolderListing& listing);
+
+/// Makes a folder, and tells its identifier.
+Failure CreateFolder(const CallContext& at, const std::wstring& parentId, const std::wstring& name,
+                     std::wstring& folderId);
+
+/// Ends the session at the service. That it has ended is verified.
+Failure SignOut(const CallContext& at);
+
+} // namespace calls

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace calls {
+
+/// Whether a text can be an identifier: letters, digits, "-", "_", "{" and "}". It goes into
+/// addresses and documents as it is.
+bool IsIdentifier(std::wstring_view text);
+
+/// Whether an item may be called so. What is a step on a path, or ends a line, may not be a name.
+bool IsItemName(std::wstring_view text);
+
+/// A text as it stands between the quotes of a JSON string. It has no control characters.
+std::wstring EscapeForJson(std::wstring_view text);
+
+} // namespace calls

@@ -1,0 +1,7 @@
+#pragma once
+
+#include <string_view>
+
+/// Whether the first element of a document that has been parsed has that name and no namespace
+/// prefix. Nothing behind its start is looked at.
+bool HasRootElement(std::string_view document, std::string_view name);

@@ -1,0 +1,17 @@
+#include "transport/BackgroundThread.h"
+
+#include "platform/Thread.h"
+#include "transport/KeepCodeLoaded.h"
+
+#include <system_error>
+#include <utility>
+
+bool TryStartThread(std::function<void()> function) {
+    try {
+        KeepCodeLoaded();
+        platform::StartThread(std::move(function));
+        return true;
+    } catch (const std::system_error&) {
+        return false;
+    }
+}
