@@ -54,10 +54,16 @@ private:
 
     Failure Carry(const Service& service, const Work& work, std::chrono::milliseconds time) {
         try {
-            return work({service, m_stop, {time, time}});
+            return work({service, m_stop, {time, time}, [this] { return Commit(); }});
         } catch (const std::bad_alloc&) {
             return OutOfMemory();
         }
+    }
+
+    bool Commit() {
+        const std::scoped_lock lock(m_mutex);
+        m_isCommitted = !m_isCancelled && !m_isGivenUp;
+        return m_isCommitted;
     }
 
     void Finish(Failure outcome) {
@@ -68,10 +74,13 @@ private:
 
     Failure Await(std::chrono::milliseconds time, Effect effect) {
         std::unique_lock lock(m_mutex);
-        m_changed.wait_for(lock, time, [this] { return m_outcome || m_isCancelled; });
+        m_changed.wait_for(lock, time,
+                           [this] { return m_outcome || (m_isCancelled && !m_isCommitted); });
+        m_changed.wait(lock, [this] { return m_outcome || !m_isCommitted; });
         if (m_outcome && m_outcome->kind != FailureKind::Cancelled) {
             return std::move(*m_outcome);
         }
+        m_isGivenUp = true;
         const FailureKind kind = m_isCancelled ? FailureKind::Cancelled : FailureKind::TimedOut;
         lock.unlock();
         m_stop.Raise();
@@ -96,6 +105,8 @@ private:
     std::mutex m_mutex; ///< For what follows.
     std::condition_variable m_changed;
     bool m_isCancelled = false;
+    bool m_isCommitted = false;
+    bool m_isGivenUp = false;
     std::optional<Failure> m_outcome;
 };
 

@@ -1,5 +1,5 @@
 #include "fuzz/Fuzz.h"
-#include "proxies/PortalForm.h"
+#include "responses/PortalForm.h"
 
 void Fuzz(std::string_view input) {
     const std::string page(input);

@@ -3,17 +3,14 @@
 #include "brevint/IRequest.h"
 #include "brevint/IRequestFactory.h"
 #include "brevint/SignInResponse.h"
-#include "proxies/PortalForm.h"
-#include "support/HttpEscape.h"
+#include "requests/SignInForms.h"
+#include "responses/PortalForm.h"
 #include "support/ResourceString.h"
-#include "support/Text.h"
 #include "support/UnicodeConvert.h"
 #include "transport/RequestFlags.h"
 
-#include <algorithm>
 #include <memory>
 #include <new>
-#include <string_view>
 
 namespace {
 
@@ -21,45 +18,11 @@ constexpr unsigned long kStatusOk = 200;
 constexpr unsigned long kStatusFound = 302;
 /// What the platform may say in place of a status; its ERROR_HTTP_REDIRECT_NEEDS_CONFIRMATION.
 constexpr unsigned long kRedirectNeedsConfirmation = 12168;
-constexpr const wchar_t* kFormContentType = L"Content-Type: application/x-www-form-urlencoded";
-constexpr const wchar_t* kPortalMode = L"&mode=DB";
-constexpr const wchar_t* kClientMode = L"&mode=VX";
-constexpr const wchar_t* kFirstClientMode = L"?mode=VX";
-
-/// Tells the portal that a client signs in, not a browser.
-void SetClientMode(std::wstring& portalUrl) {
-    if (portalUrl.find(kPortalMode) != std::wstring::npos) {
-        BaseHlpr::StringReplace(portalUrl, kPortalMode, kClientMode);
-    } else {
-        portalUrl += portalUrl.find(L'?') != std::wstring::npos ? kClientMode : kFirstClientMode;
-    }
-}
-
-std::wstring Escape(const wchar_t* text) {
-    const std::wstring_view value = text ? text : L"";
-    return BaseHlpr::HttpEscapeW(value.data(), static_cast<unsigned>(value.size()));
-}
-
-bool HasScheme(const std::wstring& address, const wchar_t* scheme) {
-    // A platform that cracks an address passes over what is blank before it.
-    const auto start = std::ranges::find_if(address, [](wchar_t c) { return c > L' '; });
-    return BaseHlpr::ToLower(std::wstring(start, address.end()).c_str()).starts_with(scheme);
-}
-
-/// Whether the way from one address to the next gives up TLS, and with it what is sent there. What
-/// is no address at all does not: it fails where it is sent.
-bool LeavesTls(const std::wstring& from, const std::wstring& to) {
-    return HasScheme(from, L"https:") && HasScheme(to, L"http:");
-}
 
 std::wstring Refusal(const PortalPage& page) {
     std::wstring message = L"Failed to find expected error";
     page.FailureMessage(message);
     return message;
-}
-
-bool Holds(const std::wstring& text, const wchar_t* part) {
-    return text.find(part) != std::wstring::npos;
 }
 
 } // namespace
@@ -112,8 +75,7 @@ void CSignInProxy::SubmitUserDataToPortal(const wchar_t* userName, const wchar_t
         m_factory->Create(response->PortalUrl.c_str(), WebRequestTypePost));
     // XML is what the portal is asked for, although it answers with a page.
     request->AddAcceptType(AcceptTypeXml);
-    const std::wstring body = L"userName=" + Escape(userName) + L"&password=" + Escape(password);
-    request->SetUploadData(body.c_str());
+    request->SetUploadData(CredentialForm(userName, password).c_str());
     request->AddHeader(kFormContentType);
     request->SendRequest();
     if (request->GetRequestStatus() != kStatusOk) {
@@ -146,7 +108,7 @@ void CSignInProxy::GetFederatedAuthCookie(SignInResponse* response) {
     if (request->GetRequestStatus() == kStatusOk) {
         std::wstring cookies;
         request->GetCookie(cookies);
-        if (Holds(cookies, L"FedAuth") && Holds(cookies, L"FedAuth1")) {
+        if (HoldSession(cookies)) {
             response->SetCookie(cookies.c_str());
             response->SetSucceeded(true);
             return;

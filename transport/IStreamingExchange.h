@@ -52,8 +52,8 @@ public:
     virtual ~IStreamingExchange() = default;
 
     /// Sends what `info` describes, with further header lines (each with its line end), and waits
-    /// for the reply's head. A body, when there is one, is read from `body` and not from `info`.
-    /// A server may answer before it has all of it, which is no failure.
+    /// for the reply's head. The body is read from `body`; without that it is the one of `info`,
+    /// which is small. A server may answer before it has all of it, which is no failure.
     virtual ExchangeFailure Send(const IRequestInfo& info, const std::wstring& headers,
                                  IBodySource* body) = 0;
     /// After a Send that did not fail.

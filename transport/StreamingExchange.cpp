@@ -47,7 +47,12 @@ ExchangeFailure StreamingExchange::Send(const IRequestInfo& info, const std::wst
     if (body) {
         return SendBody(block, *body);
     }
-    if (!HttpSendRequestW(m_request, block.c_str(), static_cast<DWORD>(block.size()), nullptr, 0)) {
+    const std::vector<char>& data = info.GetUploadData();
+    std::string small = data.empty() ? Utf8::ToNarrow(info.GetUploadString())
+                                     : std::string(data.begin(), data.end());
+    if (!HttpSendRequestW(m_request, block.c_str(), static_cast<DWORD>(block.size()),
+                          small.empty() ? nullptr : small.data(),
+                          static_cast<DWORD>(small.size()))) {
         return LastFailure();
     }
     return ReadHead();

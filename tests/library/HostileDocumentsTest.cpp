@@ -1,4 +1,4 @@
-#include "proxies/PortalForm.h"
+#include "responses/PortalForm.h"
 #include "support/Limits.h"
 #include "support/Text.h"
 #include "support/Xml.h"

@@ -1,4 +1,4 @@
-#include "proxies/PortalForm.h"
+#include "responses/PortalForm.h"
 #include "tests/library/Helpers.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "proxies/PortalForm.h"
+#include "responses/PortalForm.h"
 #include "support/HtmlUnescape.h"
 #include "support/HttpEscape.h"
 #include "support/ResourceString.h"

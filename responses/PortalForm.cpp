@@ -1,4 +1,4 @@
-#include "proxies/PortalForm.h"
+#include "responses/PortalForm.h"
 
 #include "base/Ascii.h"
 #include "support/HttpEscape.h"
