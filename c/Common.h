@@ -86,4 +86,5 @@ std::int32_t Guarded(brevint_error** error, Body body) noexcept {
 
 struct brevint_client {
     std::shared_ptr<const calls::Service> service;
+    bool insecureHttp = false;
 };

@@ -35,15 +35,6 @@ Failure NotTheService(unsigned long status) {
     return failure;
 }
 
-Failure NotSignedIn(unsigned long status) {
-    Failure failure;
-    failure.kind = FailureKind::NotSignedIn;
-    failure.code = ErrorCode::AuthorizationFailed;
-    failure.status = status;
-    failure.text = L"Nobody is signed in, or the session has ended.";
-    return failure;
-}
-
 /// Sends, and reads the reply. A failure is one of the connection.
 Failure Exchange(const CallContext& at, const IRequestInfo& info, ServiceReply& reply) {
     reply = at.service.Call(info, at.stop, at.timeouts);
@@ -97,6 +88,15 @@ Failure Ask(const CallContext& at, const IRequestInfo& info, CBaseResponse& resp
     case Verdict::TryAgain: failure.kind = FailureKind::Unavailable; break;
     case Verdict::Refused: break;
     }
+    return failure;
+}
+
+Failure NotSignedIn(unsigned long status) {
+    Failure failure;
+    failure.kind = FailureKind::NotSignedIn;
+    failure.code = ErrorCode::AuthorizationFailed;
+    failure.status = status;
+    failure.text = L"Nobody is signed in, or the session has ended.";
     return failure;
 }
 

@@ -17,7 +17,9 @@ endif()
 # The objects serve the shared library and the tests of what it does not export. BREVINT_BUILDING
 # stands for "this module holds the code", for the tests too.
 add_library(brevint_objects OBJECT ${BREVINT_SOURCES} ${resource_sources})
-target_compile_definitions(brevint_objects PUBLIC BREVINT_BUILDING)
+target_compile_definitions(brevint_objects
+  PUBLIC BREVINT_BUILDING
+  PRIVATE BREVINT_VERSION="${PROJECT_VERSION}")
 target_include_directories(brevint_objects PUBLIC ${CMAKE_SOURCE_DIR} ${CMAKE_SOURCE_DIR}/include)
 target_link_libraries(brevint_objects
   PUBLIC brevint_platform brevint_utf8 brevint_local_files LibXml2::LibXml2 Threads::Threads
