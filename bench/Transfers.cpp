@@ -23,7 +23,10 @@ Queue NewQueue(const TaskArguments& arguments) {
     brevint_queue_settings settings;
     brevint_queue_settings_init(&settings);
     settings.concurrent = static_cast<std::uint32_t>(arguments.atOnce);
-    return Queue(brevint_queue_new(arguments.url.c_str(), &settings));
+    brevint_client* const client = brevint_client_new(arguments.url.c_str(), nullptr, nullptr);
+    Queue queue(brevint_queue_new(client, &settings));
+    brevint_client_free(client);
+    return queue;
 }
 
 void AwaitSuccess(const Transfer& transfer) {

@@ -403,8 +403,8 @@ int32_t brevint_find(const brevint_client* client, const char* folder_id, const 
                      const brevint_call* call, brevint_items** item, brevint_error** error) {
     return Call<FolderListing>(
         client, call, Effect::None, error,
-        [id = Wide(folder_id), path = std::string(View(path))](
-            const CallContext& at, FolderListing& listing) {
+        [id = Wide(folder_id), path = std::string(View(path))](const CallContext& at,
+                                                               FolderListing& listing) {
             return calls::Find(at, id, path, listing);
         },
         [&](FolderListing& listing) {
@@ -438,9 +438,10 @@ int32_t brevint_create_folder(const brevint_client* client, const char* parent_i
 
 int32_t brevint_delete(const brevint_client* client, const char* item_id, const brevint_call* call,
                        brevint_error** error) {
-    return CallOnItem<CDeleteResponse>(
-        client, item_id, call, error,
-        [](const std::wstring& url, const std::wstring& id) { return CDeleteRequestInfo(url, id); });
+    return CallOnItem<CDeleteResponse>(client, item_id, call, error,
+                                       [](const std::wstring& url, const std::wstring& id) {
+                                           return CDeleteRequestInfo(url, id);
+                                       });
 }
 
 int32_t brevint_check_out(const brevint_client* client, const char* item_id,

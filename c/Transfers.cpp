@@ -201,8 +201,8 @@ int32_t brevint_transfer_outcome(const brevint_transfer* transfer, brevint_outco
     result.verified = known->verified ? 1 : 0;
     result.job_goes_on = known->jobGoesOn ? 1 : 0;
     result.kept_beside = known->keptBeside ? 1 : 0;
-    result.failure = static_cast<std::int32_t>(
-        calls::KindOf(known->code, known->status, known->failure));
+    result.failure =
+        static_cast<std::int32_t>(calls::KindOf(known->code, known->status, known->failure));
     result.hint = Hint(known->code);
     Store(result, outcome);
     return 1;

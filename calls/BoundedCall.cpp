@@ -1,6 +1,6 @@
 #include "calls/BoundedCall.h"
 
-#include "transport/BackgroundThread.h"
+#include "calls/BackgroundThread.h"
 
 #include <condition_variable>
 #include <new>
@@ -54,7 +54,9 @@ private:
 
     Failure Carry(const Service& service, const Work& work, std::chrono::milliseconds time) {
         try {
-            return work({service, m_stop, {time, time}, [this] { return Commit(); }});
+            return work({service, m_stop, {time, time}, [this] {
+                             return Commit();
+                         }});
         } catch (const std::bad_alloc&) {
             return OutOfMemory();
         }

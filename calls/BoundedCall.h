@@ -44,7 +44,9 @@ struct CallContext {
     ExchangeTimeouts timeouts;
     /// From here on the caller gets the outcome of the work. False when it has given up, and what
     /// the work has brought about is to be undone.
-    std::function<bool()> commit = [] { return true; };
+    std::function<bool()> commit = [] {
+        return true;
+    };
 };
 
 /// Whether a call changes anything at the service.

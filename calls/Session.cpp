@@ -86,6 +86,9 @@ public:
         return PostToken();
     }
 
+    /// Whether the service may have set cookies.
+    bool HasPostedToken() const { return m_hasPostedToken; }
+
 private:
     /// The service's own page leads to the portal, or shows that there is a session.
     Failure AskService(const std::wstring& user) {
@@ -112,8 +115,9 @@ private:
     /// The portal answers the credentials with a form for the service.
     Failure TellPortal(const std::wstring& user, const std::wstring& password) {
         ServiceReply reply;
-        if (Failure failure = SendAndFollow(m_portalUrl, AcceptTypeXml,
-                                            CredentialForm(user.c_str(), password.c_str()), reply)) {
+        if (Failure failure =
+                SendAndFollow(m_portalUrl, AcceptTypeXml,
+                              CredentialForm(user.c_str(), password.c_str()), reply)) {
             return failure;
         }
         if (!IsSuccess(reply.head.status)) {
@@ -131,7 +135,8 @@ private:
             }
             return failure;
         }
-        if (Failure failure = Check(L"The form of the sign-in page goes to", m_portalUrl, m_action)) {
+        if (Failure failure =
+                Check(L"The form of the sign-in page goes to", m_portalUrl, m_action)) {
             return failure;
         }
         const std::optional<Origin> target = ParseOrigin(Utf8::ToNarrow(m_action));
@@ -144,6 +149,7 @@ private:
 
     /// The service answers the portal's form with its cookies.
     Failure PostToken() {
+        m_hasPostedToken = true;
         ServiceReply reply;
         if (Failure failure = SendAndFollow(m_action, AcceptTypeDefault, m_form, reply)) {
             return failure;
@@ -208,8 +214,8 @@ private:
         } else if (LeavesTls(from, to) || (!m_insecureHttp && !IsConfidential(*origin))) {
             fault = L"where everything would travel unencrypted over the network.";
         }
-        return fault ? Refused(FailureKind::NotTheService, std::wstring(subject) + L" \"" +
-                                                               WithoutQuery(to) + L"\", " + fault)
+        return fault ? Refused(FailureKind::NotTheService,
+                               std::wstring(subject) + L" \"" + WithoutQuery(to) + L"\", " + fault)
                      : Failure();
     }
 
@@ -225,6 +231,7 @@ private:
     const std::wstring m_url;
     const Origin m_service;
     bool m_isSignedIn = false;
+    bool m_hasPostedToken = false;
     std::wstring m_portalUrl;
     std::wstring m_action;
     std::wstring m_form;
@@ -239,9 +246,10 @@ Failure SignIn(const CallContext& at, const std::wstring& user, const std::wstri
     if (!lock) {
         return Refused(FailureKind::TimedOut, L"Another sign-in has not ended in time.");
     }
-    Failure failure = SignInSteps(at, insecureHttp).Run(user, password);
-    const bool keepsOther = failure.kind == FailureKind::SignedInAsOther;
-    if (failure ? !keepsOther : !at.commit()) {
+    SignInSteps steps(at, insecureHttp);
+    Failure failure = steps.Run(user, password);
+    // Before the token is posted no session is this sign-in's own.
+    if (steps.HasPostedToken() && (failure || !at.commit())) {
         ForgetSession(at.service);
     }
     return failure;

@@ -1,7 +1,7 @@
 #include "transfers/TransferQueue.h"
 
 #include "brevint/ErrorCodes.h"
-#include "transport/BackgroundThread.h"
+#include "calls/BackgroundThread.h"
 
 #include <algorithm>
 #include <ranges>
@@ -83,7 +83,8 @@ void TransferQueue::StartDue(std::unique_lock<std::mutex>& lock) {
         const TransferPtr transfer = m_waiting.front();
         m_waiting.pop_front();
         m_running.push_back(transfer);
-        if (TryStartThread([self = shared_from_this(), transfer] { self->Work(transfer); })) {
+        if (calls::TryStartThread(
+                [self = shared_from_this(), transfer] { self->Work(transfer); })) {
             continue;
         }
         std::erase(m_running, transfer);
@@ -143,7 +144,7 @@ void TransferQueue::Sort(const TransferPtr& transfer, Transfer::Step step,
     if (m_processing.empty() || m_polls) {
         return;
     }
-    m_polls = TryStartThread([self = shared_from_this()] { self->PollJobs(); });
+    m_polls = calls::TryStartThread([self = shared_from_this()] { self->PollJobs(); });
     if (!m_polls) {
         Forget(*transfer);
         lock.unlock();

@@ -82,7 +82,12 @@ Outcome Transfer(const std::wstring& service, const std::wstring& folder) {
     brevint_queue_settings settings;
     brevint_queue_settings_init(&settings);
     settings.attempts = 1;
-    brevint_queue* queue = brevint_queue_new(Utf8::ToNarrow(service).c_str(), &settings);
+    brevint_client_settings any;
+    brevint_client_settings_init(&any);
+    any.insecure_http = 1;
+    brevint_client* client = brevint_client_new(Utf8::ToNarrow(service).c_str(), &any, nullptr);
+    brevint_queue* queue = brevint_queue_new(client, &settings);
+    brevint_client_free(client);
     brevint_download request;
     brevint_download_init(&request);
     const std::string path = Utf8::ToNarrow(destination);

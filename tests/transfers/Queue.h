@@ -16,12 +16,16 @@ namespace brevint::test {
 /// Longer than any transfer of a test takes.
 inline constexpr std::uint32_t kLongEnough = 120'000;
 
+struct ClientFree {
+    void operator()(brevint_client* client) const noexcept { brevint_client_free(client); }
+};
 struct QueueFree {
     void operator()(brevint_queue* queue) const noexcept { brevint_queue_free(queue); }
 };
 struct TransferFree {
     void operator()(brevint_transfer* transfer) const noexcept { brevint_transfer_free(transfer); }
 };
+using Client = std::unique_ptr<brevint_client, ClientFree>;
 using Queue = std::unique_ptr<brevint_queue, QueueFree>;
 using TransferPtr = std::unique_ptr<brevint_transfer, TransferFree>;
 
@@ -32,7 +36,8 @@ inline Queue MakeQueue(const std::string& url, std::uint32_t concurrent = 4) {
     settings.concurrent = concurrent;
     settings.first_pause = 1;
     settings.longest_pause = 1;
-    return Queue(brevint_queue_new(url.c_str(), &settings));
+    const Client client(brevint_client_new(url.c_str(), nullptr, nullptr));
+    return Queue(brevint_queue_new(client.get(), &settings));
 }
 
 /// As the interface takes it.

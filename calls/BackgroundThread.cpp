@@ -1,10 +1,12 @@
-#include "transport/BackgroundThread.h"
+#include "calls/BackgroundThread.h"
 
 #include "platform/Thread.h"
 #include "transport/KeepCodeLoaded.h"
 
 #include <system_error>
 #include <utility>
+
+namespace calls {
 
 bool TryStartThread(std::function<void()> function) {
     try {
@@ -15,3 +17,5 @@ bool TryStartThread(std::function<void()> function) {
         return false;
     }
 }
+
+} // namespace calls
