@@ -333,7 +333,7 @@ public:
         void Close() {
             asio::post(m_stream->get_executor(), [stream = m_stream] {
                 error_code ignored;
-                stream->socket().shutdown(tcp::socket::shutdown_both, ignored);
+                static_cast<void>(stream->socket().shutdown(tcp::socket::shutdown_both, ignored));
                 stream->cancel();
             });
         }

@@ -197,11 +197,12 @@ DWORD StoreText(const std::basic_string<Character>& text, LPVOID buffer, DWORD& 
 DWORD QueryText(const ReplyHead& reply, DWORD infoLevel, LPVOID buffer, DWORD& size) {
     const auto* const row = std::ranges::find(kTexts, infoLevel, &TextRow::infoLevel);
     // The length of a message in chunks is not told, whatever else its head says.
-    if (row == std::end(kTexts) || !(reply.*row->value) ||
+    if (row == std::end(kTexts) ||
         (infoLevel == HTTP_QUERY_CONTENT_LENGTH && reply.hasTransferEncoding)) {
         return ERROR_HTTP_HEADER_NOT_FOUND;
     }
-    return StoreText(Utf8::ToWide(*(reply.*row->value)), buffer, size);
+    const std::optional<std::string>& text = reply.*row->value;
+    return text ? StoreText(Utf8::ToWide(*text), buffer, size) : ERROR_HTTP_HEADER_NOT_FOUND;
 }
 
 DWORD Query(HINTERNET handle, DWORD infoLevel, LPVOID buffer, LPDWORD size) {
