@@ -40,6 +40,7 @@ set_target_properties(brevint PROPERTIES
   SOVERSION ${PROJECT_VERSION_MAJOR})
 if(WIN32)
   set_target_properties(brevint PROPERTIES PREFIX "" OUTPUT_NAME Brevint)
+  include(MsvcImportLibrary)
 else()
   # The platform layer's thread may outlive the last call by a moment: the code stays loaded.
   target_link_options(brevint PRIVATE -Wl,-z,nodelete
