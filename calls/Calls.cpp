@@ -188,7 +188,7 @@ Failure SignOut(const CallContext& at) {
         return failure;
     }
     CIdentityResponse identity;
-    const Failure asked = AskIdentity(at, identity);
+    Failure asked = AskIdentity(at, identity);
     if (asked.kind == FailureKind::NotSignedIn) {
         return {};
     }
