@@ -132,6 +132,12 @@ struct OwnedIdentity {
     std::string name, portal;
 };
 
+/// A job with the text that it points to.
+struct OwnedJob {
+    brevint_job job;
+    std::string itemId;
+};
+
 /// Versions with what they point to.
 struct OwnedVersions {
     brevint_versions versions;
@@ -442,6 +448,29 @@ int32_t brevint_delete(const brevint_client* client, const char* item_id, const 
                                        [](const std::wstring& url, const std::wstring& id) {
                                            return CDeleteRequestInfo(url, id);
                                        });
+}
+
+int32_t brevint_ask_job(const brevint_client* client, const char* job_id, int32_t of_replacement,
+                        const brevint_call* call, brevint_job** job, brevint_error** error) {
+    return Call<calls::Job>(
+        client, call, Effect::None, error,
+        [id = Wide(job_id),
+         kind = of_replacement != 0 ? calls::JobKind::Overwrite : calls::JobKind::Upload](
+            const CallContext& at, calls::Job& found) {
+            return calls::AskJob(at, id, kind, found);
+        },
+        [&](const calls::Job& found) {
+            auto owned = std::make_unique<OwnedJob>();
+            owned->itemId = Utf8::ToNarrow(found.itemId);
+            Clear(&owned->job);
+            owned->job.is_finished = found.isFinished ? 1 : 0;
+            owned->job.item_id = owned->itemId.c_str();
+            *job = &owned.release()->job;
+        });
+}
+
+void brevint_job_free(brevint_job* job) {
+    delete reinterpret_cast<OwnedJob*>(job); // of which it is the first member
 }
 
 int32_t brevint_check_out(const brevint_client* client, const char* item_id,

@@ -73,6 +73,11 @@ const char* brevint_code_meaning(int32_t code) {
     return DescribeError(code) ? c::Meaning(code) : nullptr;
 }
 
+const char* brevint_code_name(int32_t code) {
+    const ErrorDescription* const description = DescribeError(code);
+    return description ? description->name : nullptr;
+}
+
 const char* brevint_code_hint(int32_t code) {
     return c::Hint(code);
 }

@@ -5,16 +5,21 @@
 #include "brevint/GetFolderContentsResponse.h"
 #include "brevint/IRequestInfo.h"
 #include "brevint/IdentityResponse.h"
+#include "brevint/JobStatus.h"
+#include "brevint/PollOverwriteStatusResponse.h"
+#include "brevint/PollUploadStatusResponse.h"
 #include "calls/Names.h"
 #include "requests/CreateFolderRequestInfo.h"
 #include "requests/GetFolderContentsRequestInfo.h"
 #include "requests/IdentityRequestInfo.h"
+#include "requests/PollFileStatusRequestInfo.h"
 #include "requests/SignOutRequestInfo.h"
 #include "responses/FolderListing.h"
 #include "support/RootElement.h"
 #include "support/Utf8.h"
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -178,6 +183,25 @@ Failure CreateFolder(const CallContext& at, const std::wstring& parentId, const 
     if (!failure && !IsIdentifier(folderId)) {
         failure = NotTheService(response.GetStatusCode());
         failure.mayHaveHappened = true;
+    }
+    return failure;
+}
+
+Failure AskJob(const CallContext& at, const std::wstring& jobId, JobKind kind, Job& job) {
+    if (!IsIdentifier(jobId)) {
+        return InvalidIdentifier(jobId);
+    }
+    std::unique_ptr<CPollStatusResponse> response;
+    if (kind == JobKind::Upload) {
+        response = std::make_unique<CPollUploadStatusResponse>();
+    } else {
+        response = std::make_unique<CPollOverwriteStatusResponse>();
+    }
+    Failure failure = Ask(at, CPollFileStatusRequestInfo(at.service.Url(), jobId), *response);
+    job.isFinished = response->GetStatus() == JobStatus::Finished;
+    job.itemId = job.isFinished ? response->GetItemId() : L"";
+    if (!failure && job.isFinished && !IsIdentifier(job.itemId)) {
+        failure = NotTheService(response->GetStatusCode());
     }
     return failure;
 }

@@ -37,6 +37,18 @@ Failure Find(const CallContext& at, std::wstring folderId, std::string_view path
 Failure CreateFolder(const CallContext& at, const std::wstring& parentId, const std::wstring& name,
                      std::wstring& folderId);
 
+/// Which call a job comes from; it decides how its failures are read.
+enum class JobKind { Upload, Overwrite };
+
+/// How a job of the service stands.
+struct Job {
+    bool isFinished = false;
+    std::wstring itemId; ///< Of the item made or changed, once it is finished.
+};
+
+/// Asks how a job stands. One that has failed is a failure.
+Failure AskJob(const CallContext& at, const std::wstring& jobId, JobKind kind, Job& job);
+
 /// Ends the session at the service. That it has ended is verified.
 Failure SignOut(const CallContext& at);
 

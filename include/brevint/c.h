@@ -108,6 +108,8 @@ typedef struct brevint_error {
 BREVINT_API void brevint_error_free(brevint_error* error);
 /** What a code of docs/error-codes.md means: a static text; null for a code that is none. */
 BREVINT_API const char* brevint_code_meaning(int32_t code);
+/** The name of its constant in brevint/ErrorCodes.h, likewise. */
+BREVINT_API const char* brevint_code_name(int32_t code);
 /** What a user can do about it; may be empty. */
 BREVINT_API const char* brevint_code_hint(int32_t code);
 /** Frees a text that a function has stored for its caller. */
@@ -278,6 +280,19 @@ BREVINT_API int32_t brevint_create_folder(const brevint_client* client, const ch
 /** Deletes an item, a folder with all that it holds. */
 BREVINT_API int32_t brevint_delete(const brevint_client* client, const char* item_id,
                                    const brevint_call* call, brevint_error** error);
+/** A job by which the service processes a file that was sent. */
+typedef struct brevint_job {
+    size_t size;
+    int32_t is_finished;
+    const char* item_id; /**< Of the item that it has made or changed, once it is finished. */
+} brevint_job;
+
+/** Asks how a job stands. One that has failed is a failure with the service's reason.
+ * `of_replacement` is not 0 for a job that gives a file new content. */
+BREVINT_API int32_t brevint_ask_job(const brevint_client* client, const char* job_id,
+                                    int32_t of_replacement, const brevint_call* call,
+                                    brevint_job** job, brevint_error** error);
+BREVINT_API void brevint_job_free(brevint_job* job);
 /** Locks a file for the user. */
 BREVINT_API int32_t brevint_check_out(const brevint_client* client, const char* item_id,
                                       const brevint_call* call, brevint_error** error);
