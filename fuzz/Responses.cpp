@@ -1,4 +1,5 @@
 #include "fuzz/Fuzz.h"
+#include "support/RootElement.h"
 #include "tests/support/ResponseKinds.h"
 
 using namespace brevint::test;
@@ -15,4 +16,5 @@ void Fuzz(std::string_view input) {
     Require(response->GetSucceeded() == (response->GetErrorCode() == ErrorCode::Success));
     Require(kind->detail(*response) == kind->detail(*response));
     response->ParseServerResponse();
+    HasRootElement(input, "ResponseData");
 }

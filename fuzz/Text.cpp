@@ -3,6 +3,7 @@
 #include "service/FormFields.h"
 #include "support/HtmlUnescape.h"
 #include "support/HttpEscape.h"
+#include "support/IsoTime.h"
 #include "support/Utf8.h"
 #include "transfers/PartRecord.h"
 
@@ -26,6 +27,7 @@ void Fuzz(std::string_view input) {
     const std::string html = brevint::service::HtmlEscape(Utf8::ToNarrow(text));
     Require(HtmlUnescape(Utf8::ToWide(html).c_str()) == text);
 
+    ParseIsoTime(input);
     if (const auto record = transfers::PartRecord::Parse(input)) {
         const auto again = transfers::PartRecord::Parse(record->Text());
         Require(again && again->Text() == record->Text());

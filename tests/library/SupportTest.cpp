@@ -1,7 +1,9 @@
 #include "responses/PortalForm.h"
 #include "support/HtmlUnescape.h"
 #include "support/HttpEscape.h"
+#include "support/IsoTime.h"
 #include "support/ResourceString.h"
+#include "support/RootElement.h"
 #include "support/Text.h"
 #include "support/Utf8.h"
 #include "tests/support/Environment.h"
@@ -9,8 +11,10 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <cstdint>
 #include <cstdio>
 #include <initializer_list>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -98,6 +102,56 @@ TEST(Utf8, ReplacesEachMalformedSequenceAndGoesOn) {
                 {Utf8::ToWide("\xE9t\xE9 \xC3\xA9"), L"\ufffdt\ufffd \u00e9"}});
     for (const wchar_t surrogate : {wchar_t{0xD800}, wchar_t{0xDBFF}, wchar_t{0xDC00}}) {
         EXPECT_EQ(Utf8::ToNarrow(std::wstring{L'a', surrogate, L'z'}), "a\xEF\xBF\xBDz");
+    }
+}
+
+TEST(IsoTime, IsReadWithOrWithoutZone) {
+    struct Case {
+        const char* text;
+        std::optional<std::int64_t> seconds;
+    };
+    constexpr std::int64_t kNoon = 1'772'366'400; // 2026-03-01T12:00:00Z
+    const Case cases[] = {
+        {"1970-01-01T00:00:00Z", 0},
+        {"1969-12-31 23:59:59", -1},
+        {"2026-03-01T12:00:00Z", kNoon},
+        {"2026-03-01T12:00", kNoon},
+        {"2026-03-01t12:00:00.9999999z", kNoon},
+        {"2026-03-01T13:30:00+01:30", kNoon},
+        {"2026-03-01T07:00:00,5-0500", kNoon},
+        {"2026-03-01T13:00:00+01", kNoon},
+        {"2026-03-01", kNoon - 12 * 3600},
+        {"2024-02-29T23:59:60Z", 1'709'251'200},
+        {"", {}},
+        {"2026-02-29", {}},
+        {"2026-13-01", {}},
+        {"2026-03-01T24:00:00Z", {}},
+        {"2026-03-01T12", {}},
+        {"2026-03-01T12:00:00Zx", {}},
+        {"2026-03-01T12:00:00+1", {}},
+        {"2026-03-01Z", {}},
+        {"26-03-01", {}},
+        {"+026-03-01", {}},
+        {"yesterday", {}},
+    };
+    for (const Case& test : cases) {
+        EXPECT_EQ(ParseIsoTime(test.text), test.seconds) << test.text;
+    }
+}
+
+TEST(RootElement, IsFoundBehindWhatMayStandBeforeIt) {
+    const char* const documents[] = {
+        "<ResponseData/>",
+        "\xEF\xBB\xBF<?xml version=\"1.0\" encoding=\"latin1\"?>\n<!-- <a> --><ResponseData>\xFF",
+        "<!DOCTYPE ResponseData [<!ELEMENT a (b)>]><ResponseData a='b'>",
+    };
+    for (const char* const document : documents) {
+        EXPECT_TRUE(HasRootElement(document, "ResponseData")) << document;
+    }
+    for (const char* const document :
+         {"", "text", "<html><ResponseData/></html>", "<responsedata/>",
+          "<x:ResponseData xmlns:x='y'/>", "<!-- <ResponseData/> -->"}) {
+        EXPECT_FALSE(HasRootElement(document, "ResponseData")) << document;
     }
 }
 
