@@ -64,6 +64,9 @@ FailureKind KindOf(double code, unsigned long status, ExchangeFailure connection
     if (connection == ExchangeFailure::Cancelled) {
         return FailureKind::Cancelled;
     }
+    if (connection == ExchangeFailure::TimedOut) {
+        return FailureKind::TimedOut;
+    }
     if (connection == ExchangeFailure::SourceFailed) {
         return FailureKind::LocalFile;
     }

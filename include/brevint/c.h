@@ -64,7 +64,7 @@ typedef enum brevint_failure {
     BREVINT_FAILURE_NONE = 0,
     BREVINT_FAILURE_INVALID = 1,          /**< What was given cannot be used. Nothing was sent. */
     BREVINT_FAILURE_CANCELLED = 2,        /**< By a cancellation. */
-    BREVINT_FAILURE_TIMED_OUT = 3,        /**< The time limit of the call was over. */
+    BREVINT_FAILURE_TIMED_OUT = 3,        /**< The service did not go on in time. */
     BREVINT_FAILURE_NO_CONNECTION = 4,    /**< `connection` says why. */
     BREVINT_FAILURE_UNAVAILABLE = 5,      /**< The service asks to come back later. */
     BREVINT_FAILURE_NOT_SIGNED_IN = 6,    /**< There is no session, or it has ended. */
