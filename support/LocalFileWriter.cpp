@@ -10,7 +10,7 @@
 namespace {
 
 std::string Stem(std::uint64_t number) {
-    std::string name = ".brevint-";
+    std::string name(PartFileRules::kBeginning);
     for (int shift = 60; shift >= 0; shift -= 4) {
         name += base::kHexDigits[(number >> shift) & 0xF];
     }
