@@ -8,6 +8,7 @@
 #include "brevint/VersionInfoResponse.h"
 #include "c/Common.h"
 #include "calls/Calls.h"
+#include "calls/Items.h"
 #include "calls/Names.h"
 #include "calls/ServiceAddress.h"
 #include "calls/Session.h"
@@ -22,7 +23,6 @@
 #include "support/IsoTime.h"
 #include "transport/StreamingExchange.h"
 
-#include <charconv>
 #include <exception>
 #include <new>
 #include <vector>
@@ -109,21 +109,6 @@ std::int32_t CallOnItem(const brevint_client* client, const char* item_id, const
 
 std::int64_t Time(std::string_view text) {
     return ParseIsoTime(text).value_or(BREVINT_UNKNOWN_TIME);
-}
-
-std::uint64_t Size(std::string_view text) {
-    std::uint64_t size = 0;
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, size);
-    return error == std::errc() && stop == end && !text.empty() ? size : BREVINT_UNKNOWN_SIZE;
-}
-
-brevint_item_kind Kind(const FolderItemView& item) {
-    constexpr std::string_view kFolderType = "0";
-    if (item.type == kFolderType) {
-        return BREVINT_ITEM_FOLDER;
-    }
-    return item.size.empty() ? BREVINT_ITEM_OTHER : BREVINT_ITEM_FILE;
 }
 
 /// An identity with the texts that it points to.
@@ -376,8 +361,8 @@ int32_t brevint_items_get(const brevint_items* items, size_t index, brevint_item
     result.name = known.name.data();
     result.description = known.description.data();
     result.type = known.typeDescription.data();
-    result.kind = Kind(known);
-    result.bytes = Size(known.size);
+    result.kind = static_cast<std::int32_t>(calls::KindOf(known));
+    result.bytes = calls::BytesOf(known).value_or(BREVINT_UNKNOWN_SIZE);
     result.created = known.created.data();
     result.modified = known.modified.data();
     result.created_time = Time(known.created);
