@@ -7,20 +7,7 @@
 
 namespace transfers {
 
-void ListenerGate::Call(const TransferProgress& progress) noexcept {
-    if (!Enter()) {
-        return;
-    }
-    platform::PassExitGate();
-    try {
-        m_listener(progress);
-    } catch (...) {
-        // Nothing to do: a listener has no failure to report.
-    }
-    Leave();
-}
-
-void ListenerGate::Close() noexcept {
+void CallGate::Close() noexcept {
     const std::thread::id self = std::this_thread::get_id();
     std::unique_lock lock(m_mutex);
     m_closed = true;
@@ -29,9 +16,10 @@ void ListenerGate::Close() noexcept {
     });
 }
 
-bool ListenerGate::Enter() noexcept {
+bool CallGate::Enter() noexcept {
+    platform::PassExitGate();
     const std::scoped_lock lock(m_mutex);
-    if (!m_listener || m_closed) {
+    if (m_closed) {
         return false;
     }
     try {
@@ -42,7 +30,7 @@ bool ListenerGate::Enter() noexcept {
     return true;
 }
 
-void ListenerGate::Leave() noexcept {
+void CallGate::Leave() noexcept {
     const std::scoped_lock lock(m_mutex);
     m_callers.erase(std::ranges::find(m_callers, std::this_thread::get_id()));
     m_changed.notify_all();

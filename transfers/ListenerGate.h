@@ -1,38 +1,58 @@
 #pragma once
 
-#include "transfers/TransferState.h"
-
 #include <condition_variable>
 #include <functional>
 #include <mutex>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace transfers {
 
-using TransferListener = std::function<void(const TransferProgress&)>;
-
-/// Leads calls to a listener until the gate is closed. No lock is held during a call.
-class ListenerGate {
+/// Lets calls through until it is closed. No lock is held during a call.
+class CallGate {
 public:
-    explicit ListenerGate(TransferListener listener) : m_listener(std::move(listener)) {}
-    ListenerGate(const ListenerGate&) = delete;
-    ListenerGate& operator=(const ListenerGate&) = delete;
+    CallGate() = default;
+    CallGate(const CallGate&) = delete;
+    CallGate& operator=(const CallGate&) = delete;
 
-    /// Calls the listener, unless the gate is closed. What the listener throws goes no further.
-    void Call(const TransferProgress& progress) noexcept;
-    /// After it the listener is not called any more. Waits for calls under way on other threads.
+    /// After it no call is let through any more. Waits for calls under way on other threads.
     void Close() noexcept;
 
-private:
+protected:
     bool Enter() noexcept;
     void Leave() noexcept;
 
-    const TransferListener m_listener;
+private:
     std::mutex m_mutex;
     std::condition_variable m_changed;
     bool m_closed = false;
     std::vector<std::thread::id> m_callers;
+};
+
+/// Leads calls to a listener until it is closed.
+template <class Progress>
+class ListenerGate : public CallGate {
+public:
+    using Listener = std::function<void(const Progress&)>;
+
+    explicit ListenerGate(Listener listener) : m_listener(std::move(listener)) {}
+
+    /// Calls the listener, unless the gate is closed. What the listener throws goes no further.
+    void Call(const Progress& progress) noexcept {
+        if (!m_listener || !Enter()) {
+            return;
+        }
+        try {
+            m_listener(progress);
+        } catch (...) {
+            // Nothing to do: a listener has no failure to report.
+        }
+        Leave();
+    }
+
+private:
+    const Listener m_listener;
 };
 
 } // namespace transfers

@@ -3,17 +3,10 @@
 #include "brevint/ErrorCodes.h"
 #include "transfers/TransferQueue.h"
 
-#include <algorithm>
 #include <new>
 #include <utility>
 
 namespace transfers {
-
-namespace {
-
-using Clock = std::chrono::steady_clock;
-
-} // namespace
 
 Transfer::Transfer(std::shared_ptr<const Service> service, TransferListener listener)
     : m_service(std::move(service)), m_gate(std::move(listener)) {}
@@ -23,11 +16,8 @@ TransferProgress Transfer::GetProgress() const noexcept {
     progress.state = m_state;
     progress.done = m_done;
     progress.total = m_total;
-    progress.bytesPerSecond = m_rate;
-    if (progress.total != kUnknownSize && progress.bytesPerSecond != 0) {
-        progress.secondsLeft =
-            (progress.total - std::min(progress.done, progress.total)) / progress.bytesPerSecond;
-    }
+    progress.bytesPerSecond = m_speed.BytesPerSecond();
+    progress.secondsLeft = m_speed.SecondsFor(progress.done, progress.total);
     return progress;
 }
 
@@ -114,24 +104,12 @@ bool Transfer::ChangeState(TransferState state) {
 }
 
 void Transfer::Report(std::uint64_t done) {
-    const Clock::time_point now = Clock::now();
-    const bool isFirst = m_reported == Clock::time_point();
     if (done > m_done) {
         m_done = done;
     }
-    const auto elapsed = now - m_reported;
-    if (!isFirst && elapsed < TheService().Settings().reportInterval) {
+    if (!m_speed.Note(done, TheService().Settings().reportInterval)) {
         return;
     }
-    if (!isFirst) {
-        const std::uint64_t moved = done > m_reportedBytes ? done - m_reportedBytes : 0;
-        const auto rate = static_cast<std::uint64_t>(
-            static_cast<double>(moved) / std::chrono::duration<double>(elapsed).count());
-        // Smoothed, so that what is left does not jump.
-        m_rate = m_rate == 0 ? rate : (3 * m_rate + rate) / 4;
-    }
-    m_reported = now;
-    m_reportedBytes = done;
     if (m_state == TransferState::Running) {
         m_gate.Call(GetProgress());
     }

@@ -3,6 +3,7 @@
 #include "calls/StopSignal.h"
 #include "transfers/ListenerGate.h"
 #include "transfers/Service.h"
+#include "transfers/Speed.h"
 #include "transfers/TransferState.h"
 
 #include <atomic>
@@ -14,6 +15,8 @@
 namespace transfers {
 
 class TransferQueue;
+
+using TransferListener = ListenerGate<TransferProgress>::Listener;
 
 /// One file on its way. A queue runs it; whoever started it holds it too, and lets go of it once.
 class Transfer : public std::enable_shared_from_this<Transfer> {
@@ -76,18 +79,14 @@ private:
     bool ChangeState(TransferState state);
 
     const std::shared_ptr<const Service> m_service;
-    ListenerGate m_gate;
+    ListenerGate<TransferProgress> m_gate;
     calls::StopSignal m_stop;
     std::weak_ptr<TransferQueue> m_queue;
 
     std::atomic<TransferState> m_state = TransferState::Waiting;
     std::atomic<std::uint64_t> m_done = 0;
     std::atomic<std::uint64_t> m_total = kUnknownSize;
-    std::atomic<std::uint64_t> m_rate = 0; ///< Bytes per second.
-
-    // Of the thread that runs it.
-    std::chrono::steady_clock::time_point m_reported;
-    std::uint64_t m_reportedBytes = 0;
+    Speed m_speed;
 
     mutable std::mutex m_mutex; ///< Held to change the state, and for what follows.
     mutable std::condition_variable m_changed;
