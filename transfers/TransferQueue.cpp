@@ -28,6 +28,23 @@ void TransferQueue::Add(const TransferPtr& transfer) {
     StartDue(lock);
 }
 
+void TransferQueue::Join(const std::shared_ptr<QueueMember>& member) {
+    const std::scoped_lock lock(m_mutex);
+    std::erase_if(m_members, [](const auto& other) { return other.expired(); });
+    m_members.push_back(member);
+}
+
+std::vector<std::shared_ptr<QueueMember>> TransferQueue::Members() {
+    const std::scoped_lock lock(m_mutex);
+    std::vector<std::shared_ptr<QueueMember>> members;
+    for (const auto& member : m_members) {
+        if (auto held = member.lock()) {
+            members.push_back(std::move(held));
+        }
+    }
+    return members;
+}
+
 void TransferQueue::OnSignedIn() {
     std::unique_lock lock(m_mutex);
     std::vector<TransferPtr> ready = std::exchange(m_needSignIn, {});
@@ -41,6 +58,10 @@ void TransferQueue::OnSignedIn() {
         }
     }
     StartDue(lock);
+    lock.unlock();
+    for (const auto& member : Members()) {
+        member->OnSignedIn();
+    }
 }
 
 void TransferQueue::GiveUp(const Transfer& transfer) {
@@ -62,6 +83,9 @@ void TransferQueue::Forget(const Transfer& transfer) {
 }
 
 void TransferQueue::CancelAll() {
+    for (const auto& member : Members()) {
+        member->Cancel(); // first, so that it adds no more
+    }
     std::vector<TransferPtr> all;
     {
         const std::scoped_lock lock(m_mutex);

@@ -11,6 +11,15 @@
 
 namespace transfers {
 
+/// Something that moves several files through a queue.
+class QueueMember {
+public:
+    virtual ~QueueMember() = default;
+    /// There is a session again.
+    virtual void OnSignedIn() = 0;
+    virtual void Cancel() = 0;
+};
+
 /// Runs transfers, some at a time, first come first served. Each that runs has a thread; those
 /// whose job the service is processing share one; there are none when there is nothing to do. Any
 /// thread.
@@ -21,6 +30,8 @@ public:
     TransferQueue& operator=(const TransferQueue&) = delete;
 
     void Add(const std::shared_ptr<Transfer>& transfer);
+    /// From now on it is told of sign-ins, and cancelled with all others.
+    void Join(const std::shared_ptr<QueueMember>& member);
     /// There is a session again: what waited for it goes on, before what has not begun.
     void OnSignedIn();
     /// A transfer has been cancelled: it takes no place any more.
@@ -39,6 +50,9 @@ private:
         std::chrono::milliseconds pause;
     };
 
+    /// Those members that there still are.
+    std::vector<std::shared_ptr<QueueMember>> Members();
+
     /// Starts what has a place. Called, like all with this argument, while the mutex is held.
     void StartDue(std::unique_lock<std::mutex>& lock);
     void Work(TransferPtr transfer);
@@ -52,6 +66,7 @@ private:
     const TransferSettings m_settings;
     std::mutex m_mutex;
     std::condition_variable m_changed;
+    std::vector<std::weak_ptr<QueueMember>> m_members;
     std::deque<TransferPtr> m_waiting;
     std::vector<TransferPtr> m_running;
     std::vector<TransferPtr> m_needSignIn;
