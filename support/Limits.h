@@ -3,8 +3,9 @@
 #include <cstddef>
 #include <cstdint>
 
-/// What the library accepts of markup that comes from outside. Beyond these limits a reply counts
-/// as not XML, and a page of the portal as unreadable. docs/faults.md lists them for users.
+/// What the library accepts of markup that comes from outside, and of folders that are moved as a
+/// whole. Beyond the limits for markup a reply counts as not XML, and a page of the portal as
+/// unreadable. docs/faults.md lists them for users.
 namespace Limits {
 
 /// Bytes of a reply that is read as XML.
@@ -33,5 +34,11 @@ inline constexpr std::uint64_t kAttributePairsPerByte = 8;
 /// writes a message for each.
 inline constexpr std::uint64_t kFreeFaults = 200'000;
 inline constexpr std::uint64_t kBytesPerFault = 16;
+
+/// Folders within each other that are moved as a whole. A deeper one is refused.
+inline constexpr int kDeepestFolder = 256;
+/// Folders and files that are moved as a whole. Each takes some 200 bytes of memory, and folders
+/// that are listed at several places could have them without end.
+inline constexpr std::size_t kMostEntries = 1'000'000;
 
 } // namespace Limits

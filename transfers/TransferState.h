@@ -1,5 +1,6 @@
 #pragma once
 
+#include "calls/Failure.h"
 #include "transport/IStreamingExchange.h"
 
 #include <cstdint>
@@ -37,7 +38,9 @@ struct TransferProgress {
 
 /// What came of a transfer.
 struct TransferOutcome {
-    double code = 0;                                 ///< Of brevint/ErrorCodes.h.
+    double code = 0; ///< Of brevint/ErrorCodes.h.
+    /// None: what code, status and failure make up.
+    calls::FailureKind kind = calls::FailureKind::None;
     unsigned long status = 0;                        ///< HTTP status of the last reply; 0: none.
     ExchangeFailure failure = ExchangeFailure::None; ///< Of the last exchange.
     std::wstring text;          ///< What happened, for a user; empty after a success.

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace transfers {
@@ -16,6 +17,16 @@ inline std::wstring WidePath(const std::filesystem::path& path) {
     } else {
         return Utf8::ToWide(std::string(path.native().begin(), path.native().end()));
     }
+}
+
+/// A path in UTF-8. What is no valid text becomes U+FFFD.
+inline std::string NarrowPath(const std::filesystem::path& path) {
+    return Utf8::ToNarrow(WidePath(path));
+}
+
+/// The path that a text in UTF-8 stands for.
+inline std::filesystem::path ToPath(std::string_view text) {
+    return std::u8string(text.begin(), text.end());
 }
 
 } // namespace transfers
