@@ -1,6 +1,5 @@
-#include "c/Common.h"
+#include "c/Queue.h"
 #include "transfers/Download.h"
-#include "transfers/TransferQueue.h"
 #include "transfers/Upload.h"
 #include "transport/StreamingExchange.h"
 
@@ -27,25 +26,46 @@ brevint_progress ToC(const transfers::TransferProgress& progress) {
 
 } // namespace
 
-struct brevint_queue {
-    std::shared_ptr<const transfers::Service> service;
-    std::shared_ptr<transfers::TransferQueue> queue;
-};
+namespace c {
+
+OutcomeTexts::OutcomeTexts(const transfers::TransferOutcome& outcome)
+    : text(Utf8::ToNarrow(outcome.text)), serverMessage(Utf8::ToNarrow(outcome.serverMessage)),
+      localPath(Narrow(outcome.localPath)), itemId(Utf8::ToNarrow(outcome.itemId)),
+      jobId(Utf8::ToNarrow(outcome.jobId)) {}
+
+brevint_outcome ToC(const transfers::TransferOutcome& outcome, transfers::TransferState state,
+                    const OutcomeTexts& texts) {
+    brevint_outcome result;
+    brevint_outcome_init(&result);
+    result.state = static_cast<std::int32_t>(state);
+    result.code = static_cast<std::int32_t>(outcome.code);
+    result.http_status = static_cast<std::uint32_t>(outcome.status);
+    result.connection = static_cast<std::int32_t>(outcome.failure);
+    result.text = texts.text.c_str();
+    result.server_message = texts.serverMessage.c_str();
+    result.local_path = texts.localPath.c_str();
+    result.item_id = texts.itemId.c_str();
+    result.job_id = texts.jobId.c_str();
+    result.verified = outcome.verified ? 1 : 0;
+    result.job_goes_on = outcome.jobGoesOn ? 1 : 0;
+    result.kept_beside = outcome.keptBeside ? 1 : 0;
+    const calls::FailureKind kind =
+        outcome.kind != calls::FailureKind::None
+            ? outcome.kind
+            : calls::KindOf(outcome.code, outcome.status, outcome.failure);
+    result.failure = static_cast<std::int32_t>(kind);
+    result.hint = Hint(outcome.code);
+    return result;
+}
+
+} // namespace c
 
 struct brevint_transfer {
     std::shared_ptr<Transfer> transfer;
 
-    /// The outcome's texts, made when somebody asks.
+    /// Made when somebody asks.
     mutable std::once_flag once;
-    mutable std::string text, serverMessage, localPath, itemId, jobId;
-
-    void MakeTexts(const transfers::TransferOutcome& outcome) const {
-        text = Utf8::ToNarrow(outcome.text);
-        serverMessage = Utf8::ToNarrow(outcome.serverMessage);
-        localPath = Narrow(outcome.localPath);
-        itemId = Utf8::ToNarrow(outcome.itemId);
-        jobId = Utf8::ToNarrow(outcome.jobId);
-    }
+    mutable std::unique_ptr<const OutcomeTexts> texts;
 };
 
 namespace {
@@ -183,28 +203,12 @@ int32_t brevint_transfer_outcome(const brevint_transfer* transfer, brevint_outco
         return 0;
     }
     try {
-        std::call_once(transfer->once, [&] { transfer->MakeTexts(*known); });
+        std::call_once(transfer->once,
+                       [&] { transfer->texts = std::make_unique<OutcomeTexts>(*known); });
     } catch (const std::exception&) {
         return 0;
     }
-    brevint_outcome result;
-    brevint_outcome_init(&result);
-    result.state = static_cast<std::int32_t>(transfer->transfer->GetProgress().state);
-    result.code = static_cast<std::int32_t>(known->code);
-    result.http_status = static_cast<std::uint32_t>(known->status);
-    result.connection = static_cast<std::int32_t>(known->failure);
-    result.text = transfer->text.c_str();
-    result.server_message = transfer->serverMessage.c_str();
-    result.local_path = transfer->localPath.c_str();
-    result.item_id = transfer->itemId.c_str();
-    result.job_id = transfer->jobId.c_str();
-    result.verified = known->verified ? 1 : 0;
-    result.job_goes_on = known->jobGoesOn ? 1 : 0;
-    result.kept_beside = known->keptBeside ? 1 : 0;
-    result.failure =
-        static_cast<std::int32_t>(calls::KindOf(known->code, known->status, known->failure));
-    result.hint = Hint(known->code);
-    Store(result, outcome);
+    Store(ToC(*known, transfer->transfer->GetProgress().state, *transfer->texts), outcome);
     return 1;
 }
 

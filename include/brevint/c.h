@@ -397,7 +397,8 @@ BREVINT_API void brevint_upload_init(brevint_upload* upload);
  * is no memory for it. */
 BREVINT_API brevint_queue* brevint_queue_new(const brevint_client* client,
                                              const brevint_queue_settings* settings);
-/** Cancels what has not ended. The handles of its transfers stay valid until they are freed. */
+/** Cancels what has not ended. The handles of its transfers and groups stay valid until they are
+ * freed. */
 BREVINT_API void brevint_queue_free(brevint_queue* queue);
 /** There is a session again: transfers that need a sign-in go on, before those that have not begun.
  */
@@ -442,7 +443,8 @@ BREVINT_API void brevint_transfer_free(brevint_transfer* transfer);
 typedef enum brevint_existing {
     BREVINT_EXISTING_REFUSE = 0,  /**< It stays, and the entry fails with "exists". */
     BREVINT_EXISTING_REPLACE = 1, /**< It is replaced. */
-    BREVINT_EXISTING_UPDATE = 2   /**< It is replaced if its size differs or it is older. */
+    BREVINT_EXISTING_UPDATE = 2   /**< It is replaced if its size differs or if it is older, or if
+                                       the service does not tell. */
 } brevint_existing;
 
 /** What becomes of an entry. */
@@ -450,7 +452,8 @@ typedef enum brevint_action {
     BREVINT_ACTION_TRANSFER = 0,
     BREVINT_ACTION_MAKE_FOLDER = 1,
     BREVINT_ACTION_SKIP = 2,  /**< It is there already and needs no update. */
-    BREVINT_ACTION_REFUSE = 3 /**< It cannot be moved; its outcome says why. */
+    BREVINT_ACTION_REFUSE = 3 /**< It cannot be moved; its outcome says why. What a refused folder
+                                   holds is not looked at. */
 } brevint_action;
 
 /** A snapshot of a group. */
@@ -458,9 +461,9 @@ typedef struct brevint_group_progress {
     size_t size;               /**< Set by brevint_group_progress_init. */
     int32_t state;             /**< A brevint_transfer_state. Waiting: it is being planned. */
     size_t entry_count;        /**< Folders and files known so far. */
-    size_t files_total;        /**< Files to be moved. */
+    size_t files_total;        /**< Files to be moved, without those refused or skipped. */
     size_t files_done;         /**< Of them, those that have arrived. */
-    size_t files_failed;       /**< Failed, refused ones included. */
+    size_t files_failed;       /**< Files and folders that failed, refused ones included. */
     uint64_t bytes_done;       /**< Never goes back. */
     uint64_t bytes_total;      /**< Of all files to be moved, as far as their sizes are known. */
     uint64_t bytes_per_second; /**< Lately. */
@@ -488,9 +491,10 @@ typedef struct brevint_folder_transfer {
     const char* folder_id;  /**< The folder at the service. */
     const char* local_path; /**< The local folder. A download makes it. */
     int32_t existing;       /**< A brevint_existing. */
-    int32_t plan_only;      /**< Not 0: nothing is moved or made; the entries tell what would be. */
-    int32_t keep_times;     /**< Not 0: downloaded files get the times of their items. */
-    int32_t durable;        /**< As in brevint_download. */
+    int32_t plan_only;  /**< Not 0: nothing is moved or made; the entries tell what would be. Those
+                             to be moved stay in the state "waiting". */
+    int32_t keep_times; /**< Not 0: downloaded files get the times of their items. */
+    int32_t durable;    /**< As in brevint_download. */
     brevint_group_listener listener; /**< May be null. */
     void* user;                      /**< Handed to the listener. */
 } brevint_folder_transfer;
@@ -501,8 +505,8 @@ BREVINT_API void brevint_group_entry_init(brevint_group_entry* entry);
 
 /**
  * Begins to move what a folder of the service holds into a local folder. First all of it is
- * planned: names that cannot be local ones, names that differ in case only, and what stands in the
- * way are refused, which keeps no other file from moving. Null: no memory.
+ * planned: names that cannot be local ones, names that a disk may take for one, and what stands in
+ * the way are refused, which keeps no other file from moving. Null: no memory.
  */
 BREVINT_API brevint_group* brevint_queue_download_folder(brevint_queue* queue,
                                                          const brevint_folder_transfer* transfer);
@@ -513,7 +517,9 @@ BREVINT_API void brevint_group_progress_get(const brevint_group* group,
                                             brevint_group_progress* progress);
 /** As brevint_transfer_wait. */
 BREVINT_API int32_t brevint_group_wait(const brevint_group* group, uint32_t milliseconds);
-/** The outcome of the whole: it has finished if every entry has. 0 while the state is not final. */
+/** The outcome of the whole: it has finished if every entry has, or has been skipped. If some have
+ * failed, the text counts them, and all else is that of the first. 0 while the state is not final.
+ */
 BREVINT_API int32_t brevint_group_outcome(const brevint_group* group, brevint_outcome* outcome);
 /** Fills a record, whose texts live as long as the group. 0: there is no such index. */
 BREVINT_API int32_t brevint_group_entry_get(const brevint_group* group, size_t index,
@@ -521,7 +527,8 @@ BREVINT_API int32_t brevint_group_entry_get(const brevint_group* group, size_t i
 /** The outcome of an entry. 0 while its state is not final. */
 BREVINT_API int32_t brevint_group_entry_outcome(const brevint_group* group, size_t index,
                                                 brevint_outcome* outcome);
-/** Ends all that has not ended, as brevint_transfer_cancel. */
+/** Ends all that has not ended, as brevint_transfer_cancel. What has arrived stays, and so do the
+ * folders that were made. */
 BREVINT_API void brevint_group_cancel(brevint_group* group);
 /** Cancels it, and frees the handle, as brevint_transfer_free. */
 BREVINT_API void brevint_group_free(brevint_group* group);
