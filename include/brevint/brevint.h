@@ -70,3 +70,4 @@
 #include "brevint/WebRequestType.h"
 #include "brevint/XmlDocPtr.h"
 #include "brevint/c.h"
+#include "brevint/client.h"
