@@ -1,0 +1,230 @@
+#include "brevint/client.h"
+#include "service/ReferenceService.h"
+#include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <condition_variable>
+#include <deque>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <mutex>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace brevint::test {
+namespace {
+
+constexpr std::uint64_t kSize = 3'000'001;
+
+void Store(const std::filesystem::path& path, const std::string& content) {
+    std::ofstream(path, std::ios::binary) << content;
+}
+
+std::string Contents(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// An application's own loop, which the thread of the test runs.
+class Loop {
+public:
+    void Post(std::function<void()> function) {
+        const std::lock_guard lock(m_mutex);
+        m_posted.push_back(std::move(function));
+        m_changed.notify_all();
+    }
+
+    /// Runs what is posted until it is over.
+    void RunUntil(const std::function<bool()>& isOver) {
+        while (!isOver()) {
+            std::unique_lock lock(m_mutex);
+            m_changed.wait(lock, [&] { return !m_posted.empty(); });
+            const std::function<void()> next = std::move(m_posted.front());
+            m_posted.pop_front();
+            lock.unlock();
+            next();
+        }
+    }
+
+    /// Runs what is there now.
+    void RunRest() {
+        while (!m_posted.empty()) {
+            m_posted.front()();
+            m_posted.pop_front();
+        }
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::deque<std::function<void()>> m_posted;
+};
+
+class Transfers : public testing::Test {
+protected:
+    Transfers() : m_service({.unfinishedPolls = 0, .patternFiles = {{"Big.bin", kSize}}}) {
+        m_service.Start();
+    }
+
+    Client MakeClient(Executor executor = {}) {
+        Client client(m_service.Url(), {.transfers = {.firstPause = std::chrono::milliseconds(1),
+                                                      .longestPause = std::chrono::milliseconds(1)},
+                                        .executor = std::move(executor)});
+        client.SignIn("ada", "ada-secret");
+        return client;
+    }
+    Executor Poster() {
+        return [this](std::function<void()> posted) {
+            m_loop.Post(std::move(posted));
+        };
+    }
+
+    service::ReferenceService m_service;
+    TempFolder m_folder;
+    Loop m_loop;
+    const ItemRef m_big{kProjects, "Big.bin"};
+    const std::filesystem::path m_destination = m_folder.Folder() / "Big.bin";
+};
+
+TEST_F(Transfers, TakeEveryNameThereAndBack) {
+    Client client = MakeClient();
+    for (const char8_t* name :
+         {u8"Überblick — 概要 📷.txt", u8".leading", u8"100% #1.txt", u8"a 'b' & {c};d=e+f.txt"}) {
+        const std::filesystem::path local = m_folder.Folder() / name;
+        Store(local, "one");
+        const Outcome sent = client.Upload(local, kProjects).Wait();
+        ASSERT_TRUE(sent) << sent.error.text;
+        EXPECT_EQ(sent.localPath, local);
+        const std::u8string u8name = local.filename().u8string();
+        const std::string path(u8name.begin(), u8name.end());
+        EXPECT_EQ(client.Find(kProjects, path).id, sent.itemId);
+        Store(local, "other");
+        EXPECT_TRUE(client.Replace({kProjects, path}, local).Wait());
+        Store(local, "");
+        const Outcome fetched = client.Download({kProjects, path}, local).Wait();
+        EXPECT_TRUE(fetched) << fetched.error.text;
+        EXPECT_EQ(Contents(local), "other");
+    }
+    Error error;
+    EXPECT_FALSE(client.Download({kProjects, "none"}, m_destination, {}, {.error = &error}));
+    EXPECT_EQ(error.failure, Failure::NotFound);
+    EXPECT_EQ(client.Upload(m_folder.Folder() / "none", kProjects, {}, {.error = &error})
+                  .Wait()
+                  .error.failure,
+              Failure::LocalFile);
+    EXPECT_FALSE(error); // of the call
+    Store(m_destination, "");
+    const Outcome wrong = client.Download(m_big, m_destination, {.listedSize = 1}).Wait();
+    EXPECT_EQ(wrong.state, TransferState::Failed);
+}
+
+TEST_F(Transfers, TellTheExecutorsThread) {
+    Client client = MakeClient(Poster());
+    m_service.Misbehave({.bytesPerSecond = 10 * kSize});
+    std::vector<Progress> told;
+    const auto thread = std::this_thread::get_id();
+    Transfer transfer =
+        client.Download(m_big, m_destination, {.onChange = [&](const Progress& now) {
+                            EXPECT_EQ(std::this_thread::get_id(), thread);
+                            EXPECT_TRUE(told.empty() || now.bytesDone >= told.back().bytesDone);
+                            told.push_back(now);
+                        }});
+    EXPECT_TRUE(transfer.Wait()); // though the loop stands still
+    EXPECT_TRUE(told.empty());
+    m_loop.RunUntil([&] { return !told.empty() && IsFinal(told.back().state); });
+    EXPECT_GT(told.size(), 2U);
+    EXPECT_EQ(told.back().bytesDone, kSize);
+    EXPECT_EQ(told.back().bytesTotal, kSize);
+    EXPECT_EQ(std::filesystem::file_size(m_destination), kSize);
+}
+
+TEST_F(Transfers, TellNothingOnceTheyAreDestroyed) {
+    for (const bool posts : {false, true}) {
+        SCOPED_TRACE(posts);
+        Client client = MakeClient(posts ? Poster() : Executor());
+        m_service.Misbehave(
+            {.breakOff = service::Misbehaviour::Break::Silence, .breakAfter = kSize / 2});
+        std::mutex mutex;
+        std::optional<Transfer> transfer;
+        std::atomic<int> after = 0;
+        std::atomic<bool> isDestroyed = false;
+        const auto onChange = [&](const Progress& now) {
+            const std::lock_guard lock(mutex); // the transfer is there
+            after += isDestroyed ? 1 : 0;
+            if (now.state == TransferState::Running && transfer) {
+                transfer.reset();
+                isDestroyed = true;
+                isDestroyed.notify_all();
+            }
+        };
+        {
+            const std::lock_guard lock(mutex);
+            transfer = client.Download(m_big, m_destination, {.onChange = onChange});
+        }
+        if (posts) {
+            m_loop.RunUntil([&] { return isDestroyed.load(); });
+            m_loop.RunRest();
+        }
+        isDestroyed.wait(false);
+        EXPECT_EQ(after, 0);
+        EXPECT_FALSE(std::filesystem::exists(m_destination));
+    }
+}
+
+TEST_F(Transfers, AreCancelledByWhatACallbackThrows) {
+    const auto onChange = [](const Progress& now) {
+        if (now.state == TransferState::Running) {
+            throw std::domain_error("thrown by the callback");
+        }
+    };
+    const Executor cases[] = {{}, Poster(), [](const std::function<void()>&) {
+                                  throw std::domain_error("thrown by the executor");
+                              }};
+    for (const Executor& executor : cases) {
+        Client client = MakeClient(executor);
+        m_service.Misbehave(
+            {.breakOff = service::Misbehaviour::Break::Silence, .breakAfter = kSize / 2});
+        const Transfer transfer = client.Download(m_big, m_destination, {.onChange = onChange});
+        if (&executor == &cases[1]) {
+            m_loop.RunUntil([&] { return IsFinal(transfer.GetProgress().state); });
+        }
+        EXPECT_THROW(transfer.Wait(), std::domain_error);
+        EXPECT_EQ(transfer.GetOutcome().state, TransferState::Cancelled);
+    }
+}
+
+TEST_F(Transfers, AreWaitedForAndGoOnAfterASignIn) {
+    Client client = MakeClient();
+    const Item big = client.Find(kProjects, "Big.bin");
+    m_service.Misbehave({.breakOff = service::Misbehaviour::Break::Cut,
+                         .breakAfter = kSize / 2,
+                         .endsSession = true,
+                         .requests = 1});
+    Transfer transfer = client.Download(big, m_destination);
+    EXPECT_EQ(transfer.Wait().state, TransferState::NeedsSignIn);
+    client.SignIn("ada", "ada-secret");
+    EXPECT_TRUE(transfer.Wait());
+
+    m_service.Misbehave({.breakOff = service::Misbehaviour::Break::Silence});
+    transfer = client.Download(m_big, m_destination, {.keepsPart = true});
+    EXPECT_FALSE(transfer.Wait({}, std::chrono::milliseconds(1)));
+    StopSource stop;
+    std::thread stopper([&] { stop.request_stop(); });
+    EXPECT_FALSE(IsFinal(transfer.Wait(stop.get_token()).state));
+    stopper.join();
+    Transfer other = client.Download(m_big, m_folder.Folder() / "other");
+    other.Cancel();
+    EXPECT_EQ(other.Wait().error.failure, Failure::Cancelled);
+    client = Client("http://127.0.0.1"); // the one before goes, and its transfers end
+    EXPECT_EQ(transfer.Wait().state, TransferState::Cancelled);
+}
+
+} // namespace
+} // namespace brevint::test
