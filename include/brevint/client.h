@@ -50,6 +50,15 @@ struct ClientSettings {
     Executor executor = {};
 };
 
+/// What a job is for.
+enum class JobKind { Upload, Replacement };
+
+/// A job by which the service processes a file that was sent.
+struct Job {
+    bool isFinished = false;
+    std::string itemId; ///< Of the item that it has made or changed, once it is finished.
+};
+
 /// A service.
 ///
 ///     brevint::Client client("https://documents.example.org/app");
@@ -182,6 +191,19 @@ public:
     /// Deletes an item, a folder with all that it holds.
     bool Delete(const ItemRef& item, const CallOptions& options = {}) {
         return NewCall(options).Do(brevint_delete, item);
+    }
+
+    /// Asks how a job stands by which the service processes a file: Outcome::jobId. One that has
+    /// failed is a failure with the service's reason.
+    [[nodiscard]] Job AskJob(const std::string& jobId, JobKind kind,
+                             const CallOptions& options = {}) const {
+        const auto ask = [kind](brevint_client* client, const char* id, const brevint_call* call,
+                                brevint_job** job, brevint_error** error) {
+            return brevint_ask_job(client, id, kind == JobKind::Replacement ? 1 : 0, call, job,
+                                   error);
+        };
+        const auto job = NewCall(options).Ask<brevint_job>(ask, jobId);
+        return job ? Job{job->is_finished != 0, detail::Text(job->item_id)} : Job();
     }
 
     /// Locks a file for the user.

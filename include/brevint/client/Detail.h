@@ -25,6 +25,7 @@ struct Free {
     void operator()(brevint_error* object) const noexcept { brevint_error_free(object); }
     void operator()(brevint_identity* object) const noexcept { brevint_identity_free(object); }
     void operator()(brevint_items* object) const noexcept { brevint_items_free(object); }
+    void operator()(brevint_job* object) const noexcept { brevint_job_free(object); }
     void operator()(brevint_queue* object) const noexcept { brevint_queue_free(object); }
     void operator()(brevint_templates* object) const noexcept { brevint_templates_free(object); }
     void operator()(brevint_versions* object) const noexcept { brevint_versions_free(object); }
