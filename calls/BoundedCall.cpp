@@ -18,9 +18,13 @@ public:
         if (registration.isRefused) {
             return Stopped(FailureKind::Cancelled, Effect::None);
         }
-        const bool isStarted = TryStartThread(
-            [self = shared_from_this(), service = std::move(service), work = std::move(work),
-             time = limits.time] { self->Finish(self->Carry(*service, work, time)); });
+        const bool isStarted =
+            TryStartThread([self = shared_from_this(), service = std::move(service),
+                            work = std::move(work), time = limits.time]() mutable {
+                Failure outcome = self->Carry(*service, work, time);
+                work = nullptr; // what it holds is gone before the caller goes on, and may exit
+                self->Finish(std::move(outcome));
+            });
         return isStarted ? Await(limits.time, effect) : OutOfMemory();
     }
 
