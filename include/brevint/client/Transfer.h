@@ -181,7 +181,7 @@ public:
             m_changed.wait_for(lock, limit, isOver);
         }
         if (m_hasEnded && m_thrown) {
-            std::rethrow_exception(m_thrown);
+            std::rethrow_exception(std::exchange(m_thrown, nullptr));
         }
     }
 
@@ -198,29 +198,31 @@ private:
             Tell(progress);
             return;
         }
-        try {
+        Guard([&] {
             m_executor([weak = this->weak_from_this(), progress] {
                 if (const auto self = weak.lock()) {
                     self->Tell(progress);
                 }
             });
-        } catch (...) {
-            Fail(std::current_exception());
-        }
+        });
     }
 
     void Tell(const Progress& progress) {
-        if (!m_isWatched) {
-            return;
-        }
-        try {
-            m_callback(progress);
-        } catch (...) {
-            Fail(std::current_exception());
+        if (m_isWatched) {
+            Guard([&] { m_callback(progress); });
         }
     }
 
-    void Fail(std::exception_ptr thrown) {
+    /// Calls what is the application's. What that throws cancels the transfer.
+    template <class Function>
+    void Guard(Function function) {
+        std::exception_ptr thrown;
+        try {
+            function();
+            return;
+        } catch (...) {
+            thrown = std::current_exception();
+        }
         std::unique_lock lock(m_mutex);
         if (!m_thrown) {
             m_thrown = std::move(thrown);
