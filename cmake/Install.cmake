@@ -37,5 +37,5 @@ install(FILES COPYRIGHT RENAME copyright
   DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT runtime)
 install(FILES docs/command-line.md docs/service.md
   DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT runtime)
-install(FILES docs/guide.md docs/error-codes.md
+install(FILES docs/guide.md docs/classes.md docs/transfers.md docs/error-codes.md
   DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)

@@ -1,20 +1,28 @@
-# Makes a source file of what a document shows in a language, "c", "cpp" or "python": a block with
-# includes or imports as it stands, and of every other one a function that knows what the guide says
-# such pieces know.
+# Makes a source file of what a document shows in a language, "c", "cpp" or "python". A block with
+# includes or imports stands as it is. Of every other one a function is made, which knows what the
+# document says that such pieces know. With program=N only the Nth program is taken, and its pieces.
 
 $0 == "```" language { inside = 1; line = NR + 1; block = ""; next }
 /^```$/ && inside {
     inside = 0
-    place = "#line " line " \"" FILENAME "\"\n"
-    if (block ~ /#include/)
+    if (block ~ /#include|^import /) {
+        ++programs
+        piece = block ~ /brevint\/client.h/ ? client : classes
+    }
+    if (program && program != programs)
+        next
+    place = language == "python" ? "" : "#line " line " \"" FILENAME "\"\n"
+    if (block ~ /#include|^import /)
         print place block
-    else if (block ~ /^import /)
-        print block
     else
-        print "void Piece" ++pieces "([[maybe_unused]] const std::wstring& url, " \
-              "[[maybe_unused]] const std::wstring& id, " \
-              "[[maybe_unused]] WebRequestFactory& requests) {\n" place block "}"
+        print "void Piece" ++pieces piece "{\n" place block "}"
+    found = 1
     next
 }
 inside { block = block $0 "\n" }
-END { if (block == "") exit 1 }
+BEGIN {
+    client = "([[maybe_unused]] brevint::Client& client, [[maybe_unused]] const brevint::Item& item)"
+    classes = "([[maybe_unused]] const std::wstring& url, [[maybe_unused]] const std::wstring& id, " \
+              "[[maybe_unused]] WebRequestFactory& requests)"
+}
+END { if (!found) exit 1 }
