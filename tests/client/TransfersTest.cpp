@@ -226,5 +226,43 @@ TEST_F(Transfers, AreWaitedForAndGoOnAfterASignIn) {
     EXPECT_EQ(transfer.Wait().state, TransferState::Cancelled);
 }
 
+TEST_F(Transfers, MoveFoldersThereAndBack) {
+    Client client = MakeClient(Poster());
+    const std::filesystem::path source = m_folder.Folder() / "source";
+    std::filesystem::create_directories(source / "below");
+    Store(source / "below" / u8"Überblick 📷.txt", "content");
+    Store(source / "empty.txt", "");
+    const std::string target = client.CreateFolder(kProjects, "Target");
+    std::vector<GroupProgress> told;
+    TransferGroup sent = client.UploadFolder(source, {kProjects, "Target"},
+                                             {.onChange = [&](const GroupProgress& now) {
+                                                 told.push_back(now);
+                                             }});
+    EXPECT_EQ(sent.Wait().state, TransferState::Failed); // one of its entries has
+    m_loop.RunUntil([&] { return !told.empty() && IsFinal(told.back().state); });
+    EXPECT_EQ(told.back().entryCount, 3U);
+    EXPECT_EQ(told.back().filesDone, 1U);
+    EXPECT_EQ(told.back().filesFailed, 1U);
+    EXPECT_EQ(told.back().bytesTotal, 7U);
+    for (std::size_t index = 0; index < told.back().entryCount; ++index) {
+        const GroupEntry entry = sent.GetEntry(index);
+        EXPECT_EQ(entry.action, entry.path == "empty.txt" ? EntryAction::Refuse
+                                : entry.path == "below"   ? EntryAction::MakeFolder
+                                                          : EntryAction::Transfer);
+        EXPECT_EQ(!sent.GetEntryOutcome(index), entry.path == "empty.txt");
+    }
+    EXPECT_THROW(std::ignore = sent.GetEntry(3), std::out_of_range);
+
+    const std::filesystem::path back = m_folder.Folder() / "back";
+    const FolderOptions plan{.planOnly = true};
+    TransferGroup fetched = client.DownloadFolder(target, back, plan);
+    EXPECT_TRUE(fetched.Wait());
+    EXPECT_FALSE(std::filesystem::exists(back));
+    fetched = client.DownloadFolder(target, back, {.existing = Existing::Update});
+    EXPECT_TRUE(fetched.Wait());
+    EXPECT_EQ(Contents(back / "below" / u8"Überblick 📷.txt"), "content");
+    EXPECT_EQ(client.DownloadFolder(target, back).Wait().error.failure, Failure::Exists);
+}
+
 } // namespace
 } // namespace brevint::test

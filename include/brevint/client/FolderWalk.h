@@ -42,13 +42,13 @@ public:
     /// Lives no longer than its walk, which must not be moved meanwhile.
     class Iterator {
     public:
+        ///@{
+        /// As every input iterator has it.
         using value_type = WalkEntry;
         using difference_type = std::ptrdiff_t;
         using iterator_concept = std::input_iterator_tag;
 
         Iterator() = default;
-        explicit Iterator(FolderWalk& walk) noexcept : m_walk(&walk) {}
-
         const WalkEntry& operator*() const noexcept { return m_walk->m_entry; }
         const WalkEntry* operator->() const noexcept { return &m_walk->m_entry; }
         Iterator& operator++() {
@@ -59,8 +59,12 @@ public:
         friend bool operator==(const Iterator& it, std::default_sentinel_t) noexcept {
             return it.IsAtEnd();
         }
+        ///@}
 
     private:
+        friend class FolderWalk;
+        explicit Iterator(FolderWalk& walk) noexcept : m_walk(&walk) {}
+
         bool IsAtEnd() const noexcept { return m_walk->m_levels.empty(); }
 
         FolderWalk* m_walk = nullptr;
@@ -81,6 +85,7 @@ public:
         Advance();
         return Iterator(*this);
     }
+    /// Reached after the last entry.
     [[nodiscard]] static std::default_sentinel_t end() noexcept { return {}; }
 
     /// What the entry that has been reached holds is passed over.

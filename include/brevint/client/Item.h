@@ -80,6 +80,8 @@ public:
     /// Lives no longer than its listing and the copies of that.
     class Iterator {
     public:
+        ///@{
+        /// As every random access iterator has it.
         using value_type = Item;
         using difference_type = std::ptrdiff_t;
         using reference = Item;
@@ -87,9 +89,6 @@ public:
         using iterator_concept = std::random_access_iterator_tag;
 
         Iterator() = default;
-        Iterator(const brevint_items* items, difference_type index) noexcept
-            : m_items(items), m_index(index) {}
-
         Item operator*() const { return (*this)[0]; }
         Item operator[](difference_type offset) const {
             return detail::GetItem(m_items, static_cast<std::size_t>(m_index + offset));
@@ -121,20 +120,27 @@ public:
         friend auto operator<=>(const Iterator& a, const Iterator& b) noexcept {
             return a.m_index <=> b.m_index;
         }
+        ///@}
 
     private:
+        friend class Listing;
+        Iterator(const brevint_items* items, difference_type index) noexcept
+            : m_items(items), m_index(index) {}
+
         const brevint_items* m_items = nullptr;
         difference_type m_index = 0;
     };
 
     /// Without items.
     Listing() = default;
+    /// Of what the library has listed; null: without items.
     explicit Listing(detail::Owned<brevint_items> items)
         : m_size(items ? brevint_items_count(items.get()) : 0), m_items(std::move(items)) {}
 
+    ///@{
+    /// As every random access range has it.
     [[nodiscard]] std::size_t size() const noexcept { return m_size; }
     [[nodiscard]] bool empty() const noexcept { return m_size == 0; }
-    /// The index is less than the size.
     [[nodiscard]] Item operator[](std::size_t index) const {
         return detail::GetItem(m_items.get(), index);
     }
@@ -142,6 +148,7 @@ public:
     [[nodiscard]] Iterator end() const noexcept {
         return {m_items.get(), static_cast<std::ptrdiff_t>(m_size)};
     }
+    ///@}
 
 private:
     std::size_t m_size = 0;
@@ -157,8 +164,11 @@ private:
 /// A path is looked up by each call anew.
 class ItemRef {
 public:
+    ///@{
+    /// The item with that identifier.
     ItemRef(std::string id) : m_id(std::move(id)) {}
     ItemRef(const char* id) : m_id(id) {}
+    ///@}
     /// A download of it must have the size that the item says.
     ItemRef(const Item& item) : m_id(item.id), m_size(item.size) {}
     /// Names are separated by "/".

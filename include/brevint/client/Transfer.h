@@ -261,11 +261,12 @@ private:
 /// call that causes the change. Two threads may be in it at once then: the transfer's own, and the
 /// one that cancels. Without an executor destroying waits for a call on another thread; with one,
 /// a transfer that is destroyed on the executor's thread is told nothing more. It may be destroyed
-/// within its own callback. What the callback throws cancels the transfer, and Wait throws it
-/// again.
+/// within its own callback. What the callback throws cancels the transfer, and the next Wait throws
+/// it again.
 template <class Kind>
 class BasicTransfer {
 public:
+    /// What the callback is told: brevint::Progress or GroupProgress.
     using ProgressType = typename Kind::Progress;
 
     /// None. Every function but the comparison with true throws std::logic_error.
@@ -300,8 +301,10 @@ public:
     void Cancel() { Kind::Cancel(Handle()); }
 
 protected:
+    /// What stands between the library and the callback.
     using Watcher = detail::Watcher<Kind>;
 
+    /// Takes over what the library has begun.
     BasicTransfer(std::shared_ptr<Watcher> watcher, typename Kind::Handle* begun) {
         // The watcher lives as long as the library may call it, and then lets go of the handle.
         std::shared_ptr<typename Kind::Handle> handle(begun, [watcher](auto* freed) mutable {
@@ -312,6 +315,7 @@ protected:
         watcher->Begun(handle);
     }
 
+    /// For the functions of brevint/c.h.
     typename Kind::Handle* Handle() const { return Running().handle.get(); }
 
 private:

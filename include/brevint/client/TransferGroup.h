@@ -16,7 +16,8 @@ namespace brevint {
 enum class Existing : std::int32_t {
     Refuse = BREVINT_EXISTING_REFUSE,   ///< It stays, and the entry fails with Failure::Exists.
     Replace = BREVINT_EXISTING_REPLACE, ///< It is replaced.
-    Update = BREVINT_EXISTING_UPDATE    ///< It is replaced if its size differs or it is older.
+    Update = BREVINT_EXISTING_UPDATE ///< It is replaced if its size differs, if it is older, or if
+                                     ///< nobody can tell.
 };
 
 /// What becomes of an entry.
@@ -24,16 +25,17 @@ enum class EntryAction : std::int32_t {
     Transfer = BREVINT_ACTION_TRANSFER,
     MakeFolder = BREVINT_ACTION_MAKE_FOLDER,
     Skip = BREVINT_ACTION_SKIP,    ///< It is there already and needs no update.
-    Refuse = BREVINT_ACTION_REFUSE ///< It cannot be moved; its outcome says why.
+    Refuse = BREVINT_ACTION_REFUSE ///< It cannot be moved; its outcome says why. What a refused
+                                   ///< folder holds is not looked at.
 };
 
 /// A snapshot of a group.
 struct GroupProgress {
     TransferState state = TransferState::Waiting;
     std::size_t entryCount = 0;       ///< Folders and files known so far.
-    std::size_t filesTotal = 0;       ///< Files to be moved.
+    std::size_t filesTotal = 0;       ///< Files to be moved, without those refused or skipped.
     std::size_t filesDone = 0;        ///< Of them, those that have arrived.
-    std::size_t filesFailed = 0;      ///< Failed, refused ones included.
+    std::size_t filesFailed = 0;      ///< Files and folders, refused ones included.
     std::uint64_t bytesDone = 0;      ///< Never goes back.
     std::uint64_t bytesTotal = 0;     ///< Of the files to be moved whose sizes are known.
     std::uint64_t bytesPerSecond = 0; ///< Lately.
@@ -54,7 +56,8 @@ struct FolderOptions {
     /// See BasicTransfer; may be empty. It is also told of every entry that has ended.
     std::function<void(const GroupProgress&)> onChange = {};
     Existing existing = Existing::Refuse;
-    bool planOnly = false;  ///< Nothing is moved or made; the entries tell what would be.
+    bool planOnly = false;  ///< Nothing is moved or made; the entries tell what would be, and stay
+                            ///< in the state Waiting.
     bool keepTimes = false; ///< Downloaded files get the times of their items.
     bool durable = false;   ///< As in DownloadOptions.
 };
@@ -92,7 +95,8 @@ struct WholeFolder {
 
 } // namespace detail
 
-/// A folder with all that it holds, on its way. It has finished if every entry has.
+/// A folder with all that it holds, on its way. It has finished if every entry has, or has been
+/// skipped. If some have failed, the text of its outcome counts them.
 ///
 ///     brevint::TransferGroup group =
 ///         client.DownloadFolder({brevint::kProjects, "2026"}, "2026",
