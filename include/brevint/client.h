@@ -91,8 +91,8 @@ public:
     /// @{
 
     /// Signs in, and has the transfers that need it go on. If the same user is signed in already,
-    /// that is a success. A sign-in that fails leaves no session. One at a time is under way in a
-    /// process.
+    /// that is a success. A sign-in that fails leaves no session. A process has one at
+    /// a time under way.
     bool SignIn(const std::string& user, const std::string& password,
                 const CallOptions& options = {}) {
         const bool succeeded = NewCall(options).Do(brevint_sign_in, user, password);

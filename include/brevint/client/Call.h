@@ -24,7 +24,7 @@ struct CallOptions {
     /// For the whole call, with its lookup of a path. At most 49 days.
     std::chrono::milliseconds limit = std::chrono::seconds(60);
     /// Where the call stores what went wrong, or that nothing did. Then a failed call returns an
-    /// empty value and throws nothing but std::logic_error for misuse. Null: it throws Exception.
+    /// empty value. Null: it throws Exception.
     Error* error = nullptr;
 };
 
@@ -67,8 +67,7 @@ public:
         return Conclude(succeeded ? Error() : ToError(error));
     }
 
-    /// Calls one that takes (client, arguments…, call, error). The first argument may be an
-    /// ItemRef.
+    /// Calls one that takes (client, arguments…, call, error). The first may be an ItemRef.
     template <class Function, class... Arguments>
     bool Do(Function function, const Arguments&... arguments) {
         const brevint_call how = How();
@@ -82,8 +81,7 @@ public:
         return found && Do(function, found->Id(), arguments...);
     }
 
-    /// Calls one that takes (client, arguments…, call, result, error), likewise. Null after a
-    /// failure.
+    /// Calls one that takes (client, arguments…, call, result, error), likewise. Null: failed.
     template <class Result, class Function, class... Arguments>
     Owned<Result> Ask(Function function, const Arguments&... arguments) {
         const brevint_call how = How();

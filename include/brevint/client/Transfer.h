@@ -282,8 +282,7 @@ public:
     /// not longer than the limit, and only until the token is stopped. The state of what it returns
     /// tells which. The transfer goes on unless it has ended: destroy or Cancel it to give up.
     ///
-    /// With an executor "has been told" means "has been posted", so the executor's own thread may
-    /// wait.
+    /// With an executor, told means posted, so the executor's own thread may wait.
     Outcome Wait(const StopToken& stop = {}, std::chrono::milliseconds limit = kForever) const {
         Running().watcher->Wait(Handle(), stop, limit);
         return GetOutcome();
