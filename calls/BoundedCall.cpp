@@ -3,7 +3,7 @@
 #include "calls/BackgroundThread.h"
 
 #include <condition_variable>
-#include <new>
+#include <exception>
 #include <optional>
 #include <utility>
 
@@ -61,8 +61,8 @@ private:
             return work({service, m_stop, {time, time}, [this] {
                              return Commit();
                          }});
-        } catch (const std::bad_alloc&) {
-            return OutOfMemory();
+        } catch (const std::exception&) {
+            return OutOfMemory(); // or out of what a lock takes
         }
     }
 
