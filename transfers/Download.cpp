@@ -14,12 +14,8 @@
 
 namespace transfers {
 
-using calls::DescribeRefusal;
 using calls::FailureText;
 using calls::FileFailureText;
-using calls::NoReplyText;
-using calls::Refusal;
-using calls::Verdict;
 
 namespace {
 
@@ -61,8 +57,7 @@ bool IsPage(const StreamHead& head) {
 Download::Download(std::shared_ptr<const Service> service, DownloadRequest request,
                    TransferListener listener)
     : Transfer(std::move(service), std::move(listener)), m_request(std::move(request)),
-      m_url(CDownloadFileRequestInfo(TheService().Url(), m_request.itemId).GetRequestUrl()),
-      m_attempts(TheService().Settings()) {
+      m_url(CDownloadFileRequestInfo(TheService().Url(), m_request.itemId).GetRequestUrl()) {
     m_result.localPath = m_request.destination;
     m_result.itemId = m_request.itemId;
     SetTotal(m_request.listedSize);
@@ -78,27 +73,7 @@ Transfer::Step Download::Run() {
     if (!OpenPart()) {
         return Stop().IsRaised() ? Step::Ended : EndAsFailed();
     }
-    for (;;) {
-        const Result result = Attempt();
-        switch (result) {
-        case Result::Complete: return PutInPlace();
-        case Result::Cancelled: return Step::Ended;
-        case Result::SignIn: return Step::SignIn;
-        case Result::Failed: return EndAsFailed();
-        case Result::Content:
-        case Result::Again: continue;
-        case Result::Later: break;
-        }
-        const auto pause = m_attempts.NextPause(m_head.retryAfter);
-        if (!pause) {
-            Fail(ErrorCode::EmptyReply, NoReplyText(m_result.failure, m_head));
-            m_result.isTemporary = true;
-            return EndAsFailed();
-        }
-        if (!Stop().Pause(*pause)) {
-            return Step::Ended;
-        }
-    }
+    return RunAttempts();
 }
 
 bool Download::OpenPart() {
@@ -154,7 +129,7 @@ Download::Result Download::Attempt() {
         headers = L"Range: bytes=" + std::to_wstring(m_size) + L"-\r\nIf-Range: " +
                   m_record->validator + L"\r\n";
     } else if (m_size != 0) {
-        if (const Result begun = BeginAnew({}); begun != Result::Content) {
+        if (const Result begun = BeginAnew({}); begun != Result::GoesOn) {
             return begun;
         }
     }
@@ -173,7 +148,7 @@ Download::Result Download::Attempt() {
     m_head = exchange->Head();
     m_result.status = m_head.status;
     const Result accepted = AcceptHead(*exchange);
-    return accepted == Result::Content ? ReadContent(*exchange) : accepted;
+    return accepted == Result::GoesOn ? ReadContent(*exchange) : accepted;
 }
 
 Download::Result Download::AcceptHead(IStreamingExchange& exchange) {
@@ -217,11 +192,11 @@ Download::Result Download::AcceptRest(const PartRecord& record) {
                       (range.total == kUnknownSize ? !isNothing : range.total == record.total);
     if (!fits) {
         const Result begun = BeginAnew({});
-        return begun == Result::Content ? Result::Again : begun;
+        return begun == Result::GoesOn ? Result::Again : begun;
     }
     m_expected = record.total;
     SetTotal(m_expected);
-    return isNothing ? Result::Complete : Result::Content;
+    return isNothing ? Result::Complete : Result::GoesOn;
 }
 
 Download::Result Download::BeginAnew(std::optional<PartRecord> record) {
@@ -230,7 +205,7 @@ Download::Result Download::BeginAnew(std::optional<PartRecord> record) {
         return Result::Cancelled;
     }
     if (m_file.IsDirect()) {
-        return m_size == 0 ? Result::Content
+        return m_size == 0 ? Result::GoesOn
                            : Fail(ErrorCode::EmptyReply, FailureText(ExchangeFailure::BrokenOff));
     }
     m_size = 0;
@@ -241,7 +216,7 @@ Download::Result Download::BeginAnew(std::optional<PartRecord> record) {
     }
     return reason ? Fail(ErrorCode::DownloadWriteFailed,
                          FileFailureText(L"The file cannot be written", reason))
-                  : Result::Content;
+                  : Result::GoesOn;
 }
 
 Download::Result Download::RefuseReply(IStreamingExchange& exchange) {
@@ -253,13 +228,7 @@ Download::Result Download::RefuseReply(IStreamingExchange& exchange) {
     CDownloadFileResponse response;
     response.SetServerResponse(body, m_head.status);
     m_result.serverMessage = response.GetServerErrorMessage();
-    switch (TheService().Judge(m_head, response, Stop(), TheService().Timeouts())) {
-    case Verdict::TryAgain: return Result::Later;
-    case Verdict::SignIn: return Result::SignIn;
-    case Verdict::Refused: break;
-    }
-    const Refusal refusal = DescribeRefusal(m_head, response);
-    return Fail(refusal.code, refusal.text);
+    return JudgeReply(response);
 }
 
 Download::Result Download::ReadContent(IStreamingExchange& exchange) {
@@ -271,7 +240,7 @@ Download::Result Download::ReadContent(IStreamingExchange& exchange) {
             return Result::Cancelled;
         }
         if (count > 0) {
-            if (const Result written = Write({block.get(), count}); written != Result::Content) {
+            if (const Result written = Write({block.get(), count}); written != Result::GoesOn) {
                 return written;
             }
         }
@@ -306,10 +275,10 @@ Download::Result Download::Write(std::string_view bytes) {
     }
     m_attempts.Restart();
     Report(m_size);
-    return Result::Content;
+    return Result::GoesOn;
 }
 
-Transfer::Step Download::PutInPlace() {
+Transfer::Step Download::OnComplete() {
     m_result.code = ErrorCode::Success;
     m_result.verified = m_expected != kUnknownSize;
     SetTotal(m_size);
@@ -347,8 +316,7 @@ Transfer::Step Download::EndAsFailed() {
             m_file.Abandon();
         }
     }
-    End(TransferState::Failed, std::move(m_result));
-    return Step::Ended;
+    return Transfer::EndAsFailed();
 }
 
 bool Download::Finish() {
@@ -386,12 +354,6 @@ bool Download::WriteRecord(std::uint64_t kept) {
     PartRecord record = *m_record;
     record.kept = kept;
     return !m_file.WriteRecord(record.Text());
-}
-
-Download::Result Download::Fail(double code, std::wstring text) {
-    m_result.code = code;
-    m_result.text = std::move(text);
-    return Result::Failed;
 }
 
 } // namespace transfers

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "support/LocalFileWriter.h"
-#include "transfers/Attempts.h"
 #include "transfers/PartRecord.h"
 #include "transfers/Transfer.h"
 
@@ -34,43 +33,29 @@ public:
     ~Download() override;
 
 private:
-    /// How an attempt ended.
-    enum class Result {
-        Content,  ///< The content of the file follows, from m_size on.
-        Complete, ///< All of the file is in the part.
-        Again,    ///< What was in the part is of no use: at once.
-        Later,    ///< After a pause.
-        SignIn,
-        Cancelled,
-        Failed, ///< m_result says how.
-    };
-
     Step Run() override;
     bool OnCancel(TransferOutcome& outcome) noexcept override;
 
     bool OpenPart();
-    Result Attempt();
+    Result Attempt() override;
+    /// GoesOn, as those after it: the content of the file follows, from m_size on.
     Result AcceptHead(IStreamingExchange& exchange);
     Result AcceptWhole();
     Result AcceptRest(const PartRecord& record);
     Result RefuseReply(IStreamingExchange& exchange);
     Result ReadContent(IStreamingExchange& exchange);
-    /// Writes the first bytes of the block. Content: more may follow.
     Result Write(std::string_view bytes);
-    Step PutInPlace();
-    Step EndAsFailed();
+    /// Puts the file in place.
+    Step OnComplete() override;
+    Step EndAsFailed() override;
 
     /// Forgets what is in the part; the record says what comes instead, which may be nothing yet.
     Result BeginAnew(std::optional<PartRecord> record);
     bool WriteRecord(std::uint64_t kept);
-    Result Fail(double code, std::wstring text);
 
     const DownloadRequest m_request;
     const std::wstring m_url;
-    Attempts m_attempts;
-    StreamHead m_head; ///< Of the last reply.
     std::uint64_t m_expected = kUnknownSize;
-    TransferOutcome m_result; ///< As far as is known.
 
     /// The file is written on the transfer's thread, and given up on whichever cancels.
     std::mutex m_fileMutex; ///< For what follows.

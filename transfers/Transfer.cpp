@@ -1,6 +1,7 @@
 #include "transfers/Transfer.h"
 
 #include "brevint/ErrorCodes.h"
+#include "calls/FailureText.h"
 #include "transfers/TransferQueue.h"
 
 #include <new>
@@ -8,8 +9,11 @@
 
 namespace transfers {
 
+using calls::Refusal;
+using calls::Verdict;
+
 Transfer::Transfer(std::shared_ptr<const Service> service, TransferListener listener)
-    : m_service(std::move(service)), m_gate(std::move(listener)) {}
+    : m_attempts(service->Settings()), m_service(std::move(service)), m_gate(std::move(listener)) {}
 
 TransferProgress Transfer::GetProgress() const noexcept {
     TransferProgress progress;
@@ -54,6 +58,50 @@ void Transfer::LetGo() {
     const std::shared_ptr<Transfer> keep = shared_from_this();
     Cancel();
     m_gate.Close();
+}
+
+Transfer::Step Transfer::RunAttempts() {
+    for (;;) {
+        switch (Attempt()) {
+        case Result::Complete: return OnComplete();
+        case Result::Cancelled: return Step::Ended;
+        case Result::SignIn: return Step::SignIn;
+        case Result::Failed: return EndAsFailed();
+        case Result::GoesOn:
+        case Result::Again: continue;
+        case Result::Later: break;
+        }
+        const auto pause = m_attempts.NextPause(m_head.retryAfter);
+        if (!pause) {
+            Fail(ErrorCode::EmptyReply, calls::NoReplyText(m_result.failure, m_head));
+            m_result.isTemporary = true;
+            return EndAsFailed();
+        }
+        if (!m_stop.Pause(*pause)) {
+            return Step::Ended;
+        }
+    }
+}
+
+Transfer::Result Transfer::JudgeReply(const CBaseResponse& response) {
+    switch (m_service->Judge(m_head, response, m_stop, m_service->Timeouts())) {
+    case Verdict::TryAgain: return Result::Later;
+    case Verdict::SignIn: return Result::SignIn;
+    case Verdict::Refused: break;
+    }
+    const Refusal refusal = calls::DescribeRefusal(m_head, response);
+    return Fail(refusal.code, refusal.text);
+}
+
+Transfer::Result Transfer::Fail(double code, std::wstring text) {
+    m_result.code = code;
+    m_result.text = std::move(text);
+    return Result::Failed;
+}
+
+Transfer::Step Transfer::EndAsFailed() {
+    End(TransferState::Failed, std::move(m_result));
+    return Step::Ended;
 }
 
 void Transfer::End(TransferState state, TransferOutcome outcome) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "calls/StopSignal.h"
+#include "transfers/Attempts.h"
 #include "transfers/ListenerGate.h"
 #include "transfers/Service.h"
 #include "transfers/Speed.h"
@@ -49,15 +50,38 @@ protected:
         SignIn, ///< It can go on after a sign-in.
         Poll,   ///< The service is to be asked how its job stands.
     };
+    /// How an attempt ended.
+    enum class Result {
+        GoesOn, ///< It has not ended yet.
+        Complete,
+        Again, ///< Another attempt, at once.
+        Later, ///< Another attempt after a pause.
+        SignIn,
+        Cancelled,
+        Failed, ///< m_result says how.
+    };
 
     const Service& TheService() const { return *m_service; }
     calls::StopSignal& Stop() { return m_stop; }
 
+    /// Attempts it until it is complete or there is no point in another attempt.
+    Step RunAttempts();
+    /// Judges a reply that is no success, whose document `response` has read.
+    Result JudgeReply(const CBaseResponse& response);
+    Result Fail(double code, std::wstring text);
+
     /// The state becomes final, unless it is.
     void End(TransferState state, TransferOutcome outcome);
+    /// With m_result.
+    virtual Step EndAsFailed();
     void SetTotal(std::uint64_t bytes) noexcept { m_total = bytes; }
     /// Tells how many bytes of the file are through. Less than before counts for nothing.
     void Report(std::uint64_t done);
+
+    // Of the thread that runs it.
+    Attempts m_attempts;
+    StreamHead m_head;        ///< Of the last reply.
+    TransferOutcome m_result; ///< As far as is known.
 
 private:
     friend class TransferQueue;
@@ -66,6 +90,9 @@ private:
     virtual Step Run() = 0;
     /// Asks once how the service's job stands. On the queue's thread for that.
     virtual Step Poll() { return Step::Ended; }
+    virtual Result Attempt() = 0;
+    /// An attempt was complete.
+    virtual Step OnComplete() = 0;
     /// Somebody cancels: clears up, and fills the outcome. False when it is too late, as the end is
     /// being reached on another thread.
     virtual bool OnCancel(TransferOutcome& outcome) noexcept = 0;

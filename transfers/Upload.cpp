@@ -24,7 +24,6 @@ using calls::FailureText;
 using calls::NoReplyText;
 using calls::Refusal;
 using calls::ServiceReply;
-using calls::Verdict;
 
 namespace {
 
@@ -69,7 +68,7 @@ bool IsSafeName(const std::filesystem::path& path) {
 Upload::Upload(std::shared_ptr<const Service> service, UploadRequest request,
                TransferListener listener)
     : Transfer(std::move(service), std::move(listener)), m_request(std::move(request)),
-      m_attempts(TheService().Settings()), m_source(m_request.path) {
+      m_source(m_request.path) {
     m_result.localPath = m_request.path;
     m_source.SetOnProgress([this](std::uint64_t done) { Report(done); });
 }
@@ -82,32 +81,19 @@ Transfer::Step Upload::Run() {
         Fail(NoFileCode(m_request.kind), L"The file's name has a character that cannot be sent.");
         return EndAsFailed();
     }
-    for (;;) {
-        switch (Attempt()) {
-        case Result::Accepted: return Step::Poll;
-        case Result::SignIn: return Step::SignIn;
-        case Result::Cancelled: return Step::Ended;
-        case Result::Failed: return EndAsFailed();
-        case Result::Later: break;
-        }
-        if (m_source.IsUsedUp()) {
-            Fail(ErrorCode::EmptyReply, NoReplyText(m_result.failure, m_head) +
-                                            L" Whether the service has the file is unknown.");
-            return EndAsFailed();
-        }
-        const auto pause = m_attempts.NextPause(m_head.retryAfter);
-        if (!pause) {
-            Fail(ErrorCode::EmptyReply, NoReplyText(m_result.failure, m_head));
-            m_result.isTemporary = true;
-            return EndAsFailed();
-        }
-        if (!Stop().Pause(*pause)) {
-            return Step::Ended;
-        }
-    }
+    return RunAttempts();
 }
 
 Upload::Result Upload::Attempt() {
+    const Result result = Send();
+    if (result == Result::Later && m_source.IsUsedUp()) {
+        return Fail(ErrorCode::EmptyReply, NoReplyText(m_result.failure, m_head) +
+                                               L" Whether the service has the file is unknown.");
+    }
+    return result;
+}
+
+Upload::Result Upload::Send() {
     if (!m_source.Open()) {
         return Fail(NoFileCode(m_request.kind), L"The local file cannot be read.");
     }
@@ -147,18 +133,12 @@ Upload::Result Upload::AcceptReply(IStreamingExchange& exchange) {
         m_jobId = response->GetJobId();
         m_result.jobId = m_jobId;
         m_result.jobGoesOn = true;
-        return Result::Accepted;
+        return Result::Complete;
     }
     if (m_result.failure != ExchangeFailure::None) {
         return Result::Later;
     }
-    switch (TheService().Judge(m_head, *response, Stop(), TheService().Timeouts())) {
-    case Verdict::TryAgain: return Result::Later;
-    case Verdict::SignIn: return Result::SignIn;
-    case Verdict::Refused: break;
-    }
-    const Refusal refusal = DescribeRefusal(m_head, *response);
-    return Fail(refusal.code, refusal.text);
+    return JudgeReply(*response);
 }
 
 Transfer::Step Upload::Poll() {
@@ -176,19 +156,11 @@ Transfer::Step Upload::Poll() {
     const bool isAnswer = reply.head.status == 200 && m_result.failure == ExchangeFailure::None &&
                           (response->GetSucceeded() || !m_result.serverMessage.empty());
     if (!isAnswer) {
-        if (m_result.failure == ExchangeFailure::None) {
-            const Verdict verdict =
-                TheService().Judge(reply.head, *response, Stop(), TheService().Timeouts());
-            if (verdict == Verdict::SignIn) {
-                return Step::SignIn;
-            }
-            if (verdict == Verdict::Refused) {
-                const Refusal refusal = DescribeRefusal(reply.head, *response);
-                Fail(refusal.code, refusal.text);
-                return EndAsFailed();
-            }
+        switch (m_result.failure == ExchangeFailure::None ? JudgeReply(*response) : Result::Later) {
+        case Result::SignIn: return Step::SignIn;
+        case Result::Failed: return EndAsFailed();
+        default: return PollAgain();
         }
-        return PollAgain();
     }
     m_attempts.Restart();
     switch (response->GetStatus()) {
@@ -228,17 +200,6 @@ bool Upload::OnCancel(TransferOutcome& outcome) noexcept {
     outcome.jobId = m_jobId;
     outcome.jobGoesOn = !m_jobId.empty();
     return true;
-}
-
-Upload::Result Upload::Fail(double code, std::wstring text) {
-    m_result.code = code;
-    m_result.text = std::move(text);
-    return Result::Failed;
-}
-
-Transfer::Step Upload::EndAsFailed() {
-    End(TransferState::Failed, std::move(m_result));
-    return Step::Ended;
 }
 
 } // namespace transfers

@@ -1,13 +1,10 @@
 #pragma once
 
-#include "transfers/Attempts.h"
 #include "transfers/FormSource.h"
 #include "transfers/Transfer.h"
 
 #include <filesystem>
 #include <string>
-
-class CBaseResponse;
 
 namespace transfers {
 
@@ -30,25 +27,20 @@ public:
            TransferListener listener);
 
 private:
-    enum class Result { Accepted, Later, SignIn, Cancelled, Failed };
-
     Step Run() override;
     Step Poll() override;
     bool OnCancel(TransferOutcome& outcome) noexcept override;
 
+    Result Attempt() override;
+    Step OnComplete() override { return Step::Poll; }
     /// Sends the file once.
-    Result Attempt();
+    Result Send();
     Result AcceptReply(IStreamingExchange& exchange);
     /// The poll brought no answer.
     Step PollAgain();
-    Result Fail(double code, std::wstring text);
-    Step EndAsFailed();
 
     const UploadRequest m_request;
-    Attempts m_attempts;
     FormSource m_source;
-    StreamHead m_head;
-    TransferOutcome m_result; ///< As far as is known.
 
     std::mutex m_jobMutex;
     std::wstring m_jobId; ///< Set once the service has the file. Under the mutex.
