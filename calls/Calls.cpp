@@ -91,6 +91,7 @@ Failure Ask(const CallContext& at, const IRequestInfo& info, CBaseResponse& resp
     switch (at.service.Judge(reply.head, response, at.stop, at.timeouts)) {
     case Verdict::SignIn: return NotSignedIn(reply.head.status);
     case Verdict::TryAgain: failure.kind = FailureKind::Unavailable; break;
+    case Verdict::Doubtful:
     case Verdict::Refused: break;
     }
     return failure;

@@ -67,7 +67,7 @@ Verdict Service::Judge(const StreamHead& head, const CBaseResponse& response, St
     if (!signedIn) {
         return Verdict::TryAgain;
     }
-    return *signedIn ? Verdict::Refused : Verdict::SignIn;
+    return *signedIn ? Verdict::Doubtful : Verdict::SignIn;
 }
 
 std::optional<bool> Service::IsSignedIn(StopSignal& stop, ExchangeTimeouts timeouts) const {

@@ -24,6 +24,7 @@ struct ServiceReply {
 enum class Verdict {
     TryAgain, ///< It is a temporary state of the service.
     SignIn,   ///< There is no session, or it has ended.
+    Doubtful, ///< Refused, or the session had ended: somebody is signed in, perhaps only since.
     Refused,
 };
 

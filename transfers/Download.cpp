@@ -133,9 +133,7 @@ Download::Result Download::Attempt() {
             return begun;
         }
     }
-    m_head = {};
-    m_result.status = 0;
-    m_result.serverMessage.clear();
+    BeginExchange();
     m_result.failure = exchange->Send(
         CDownloadFileRequestInfo(TheService().Url(), m_request.itemId), headers, nullptr);
     switch (m_result.failure) {

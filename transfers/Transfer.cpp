@@ -2,6 +2,7 @@
 
 #include "brevint/ErrorCodes.h"
 #include "calls/FailureText.h"
+#include "support/PlatformCookies.h"
 #include "transfers/TransferQueue.h"
 
 #include <new>
@@ -83,10 +84,23 @@ Transfer::Step Transfer::RunAttempts() {
     }
 }
 
+void Transfer::BeginExchange() {
+    m_head = {};
+    m_result.status = 0;
+    m_result.serverMessage.clear();
+    m_cookies = BaseHlpr::GetPlatformCookies(m_service->Url().c_str());
+}
+
 Transfer::Result Transfer::JudgeReply(const CBaseResponse& response) {
     switch (m_service->Judge(m_head, response, m_stop, m_service->Timeouts())) {
     case Verdict::TryAgain: return Result::Later;
-    case Verdict::SignIn: return Result::SignIn;
+    case Verdict::SignIn: m_attempts.Restart(); return Result::SignIn;
+    case Verdict::Doubtful:
+        if (m_cookies != BaseHlpr::GetPlatformCookies(m_service->Url().c_str()) &&
+            m_attempts.MayRepeat()) {
+            return Result::Again;
+        }
+        break;
     case Verdict::Refused: break;
     }
     const Refusal refusal = calls::DescribeRefusal(m_head, response);

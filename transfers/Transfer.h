@@ -66,6 +66,8 @@ protected:
 
     /// Attempts it until it is complete or there is no point in another attempt.
     Step RunAttempts();
+    /// To be called before each exchange whose reply may come to JudgeReply.
+    void BeginExchange();
     /// Judges a reply that is no success, whose document `response` has read.
     Result JudgeReply(const CBaseResponse& response);
     Result Fail(double code, std::wstring text);
@@ -114,6 +116,7 @@ private:
     std::atomic<std::uint64_t> m_done = 0;
     std::atomic<std::uint64_t> m_total = kUnknownSize;
     Speed m_speed;
+    std::wstring m_cookies; ///< When its last exchange began. Of the thread that runs it.
 
     mutable std::mutex m_mutex; ///< Held to change the state, and for what follows.
     mutable std::condition_variable m_changed;

@@ -101,9 +101,7 @@ Upload::Result Upload::Send() {
     const TransferSettings& settings = TheService().Settings();
     const auto exchange = TheService().MakeExchange({settings.stallLimit, settings.replyLimit});
     const calls::StopSignal::Guard guard(Stop(), *exchange);
-    m_head = {};
-    m_result.status = 0;
-    m_result.serverMessage.clear();
+    BeginExchange();
     m_result.failure = exchange->Send(*Describe(TheService().Url(), m_request), {}, &m_source);
     switch (m_result.failure) {
     case ExchangeFailure::None: break;
@@ -142,6 +140,7 @@ Upload::Result Upload::AcceptReply(IStreamingExchange& exchange) {
 }
 
 Transfer::Step Upload::Poll() {
+    BeginExchange();
     const ServiceReply reply = TheService().Call(
         CPollFileStatusRequestInfo(TheService().Url(), m_jobId), Stop(), TheService().Timeouts());
     m_head = reply.head;
@@ -159,6 +158,7 @@ Transfer::Step Upload::Poll() {
         switch (m_result.failure == ExchangeFailure::None ? JudgeReply(*response) : Result::Later) {
         case Result::SignIn: return Step::SignIn;
         case Result::Failed: return EndAsFailed();
+        case Result::Again: return Step::Poll;
         default: return PollAgain();
         }
     }

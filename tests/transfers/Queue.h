@@ -9,6 +9,7 @@
 #include <functional>
 #include <iterator>
 #include <memory>
+#include <sstream>
 #include <string>
 
 namespace brevint::test {
@@ -88,8 +89,9 @@ inline brevint_outcome Outcome(const TransferPtr& transfer) {
 }
 
 inline std::string Contents(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    std::ostringstream bytes;
+    bytes << std::ifstream(path, std::ios::binary).rdbuf();
+    return bytes.str();
 }
 
 inline void Store(const std::filesystem::path& path, const std::string& bytes) {

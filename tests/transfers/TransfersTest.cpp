@@ -187,25 +187,58 @@ TEST_F(Transfers, SayWhyAFileWasNotSent) {
     }
 }
 
+// The first download breaks off when its session ends. The next session ends amidst the queue.
 TEST_F(Transfers, WaitForASignInAndGoOn) {
+    constexpr int kCount = 16;
     const Queue queue = MakeQueue(m_service.Url());
+    std::atomic<int> finished = 0;
+    Listener listener = [&](brevint_transfer*, const brevint_progress& progress) {
+        if (progress.state == BREVINT_TRANSFER_FINISHED && ++finished == kCount / 4) {
+            m_service.Misbehave({.endsSession = true, .requests = 1});
+        }
+    };
+    const auto path = [&](int number) {
+        return m_folder.Folder() / std::to_string(number);
+    };
     m_service.Misbehave(
         {.breakOff = Break::Cut, .breakAfter = 100'000, .endsSession = true, .requests = 1});
-    const TransferPtr transfer = StartDownload(queue, m_big, m_destination);
-    ASSERT_EQ(brevint_transfer_wait(transfer.get(), kLongEnough), 1);
-    brevint_progress progress;
-    brevint_progress_init(&progress);
-    brevint_transfer_progress(transfer.get(), &progress);
-    ASSERT_EQ(progress.state, BREVINT_TRANSFER_NEEDS_SIGN_IN);
-    EXPECT_FALSE(std::filesystem::exists(m_destination));
-    CInternetCache().DeleteCookie(Wide(m_service.Url()).c_str());
-    SignIn();
-    brevint_queue_signed_in(queue.get());
-    while (brevint_transfer_wait(transfer.get(), kLongEnough) != 0 &&
-           (brevint_transfer_progress(transfer.get(), &progress),
-            progress.state == BREVINT_TRANSFER_NEEDS_SIGN_IN)) {}
-    EXPECT_EQ(Outcome(transfer).state, BREVINT_TRANSFER_FINISHED) << Outcome(transfer).text;
-    EXPECT_EQ(std::filesystem::file_size(m_destination), kBigSize);
+    std::vector<TransferPtr> transfers;
+    transfers.push_back(StartDownload(queue, m_big, path(0), kBigSize, &listener));
+    brevint_transfer_wait(transfers[0].get(), kLongEnough);
+    for (int i = 1; i < kCount; ++i) {
+        if (i % 2 == 0) {
+            transfers.push_back(StartDownload(queue, m_big, path(i), kBigSize, &listener));
+            continue;
+        }
+        Store(path(i), ScriptedServer::Pattern(1'000'000U + static_cast<unsigned>(i)));
+        transfers.push_back(StartUpload(queue, kProjects, nullptr, path(i)));
+    }
+    int signIns = 0;
+    const auto needsSignIn = [](const TransferPtr& transfer) {
+        brevint_progress progress;
+        brevint_progress_init(&progress);
+        EXPECT_EQ(brevint_transfer_wait(transfer.get(), kLongEnough), 1);
+        brevint_transfer_progress(transfer.get(), &progress);
+        return progress.state == BREVINT_TRANSFER_NEEDS_SIGN_IN;
+    };
+    while (std::ranges::any_of(transfers, needsSignIn)) {
+        for (int i = 0; i < kCount; i += 2) {
+            EXPECT_TRUE(!std::filesystem::exists(path(i)) ||
+                        std::filesystem::file_size(path(i)) == kBigSize);
+        }
+        CInternetCache().DeleteCookie(Wide(m_service.Url()).c_str());
+        SignIn();
+        brevint_queue_signed_in(queue.get());
+        ++signIns;
+    }
+    EXPECT_GE(signIns, 2);
+    for (int i = 0; i < kCount; ++i) {
+        const brevint_outcome outcome = Outcome(transfers[static_cast<std::size_t>(i)]);
+        ASSERT_EQ(outcome.state, BREVINT_TRANSFER_FINISHED) << outcome.text;
+        const TransferPtr again = StartDownload(queue, outcome.item_id, m_destination);
+        ASSERT_EQ(Outcome(again).state, BREVINT_TRANSFER_FINISHED);
+        EXPECT_TRUE(Contents(m_destination) == Contents(path(i)));
+    }
 }
 
 TEST_F(Transfers, AreCancelledWhileTheServiceIsSilent) {
