@@ -2,12 +2,14 @@
 #include "brevint/IRepositoryProxy.h"
 #include "brevint/InterfaceIds.h"
 #include "brevint/ProxyFactory.h"
+#include "brevint/c.h"
 #include "tests/support/Environment.h"
 #include "tests/support/ScriptedServer.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <thread>
 
 namespace brevint::test {
@@ -53,6 +55,37 @@ TEST(Module, IsLoadedAndFreedOverAndOver) {
         std::this_thread::yield();
     }
     EXPECT_LE(CountHandles(), before + 40);
+}
+
+// A cancelled upload's thread may remain inside the platform, and come back after that.
+TEST(Module, MayBeFreedOnceATransferIsCancelled) {
+    const TempFolder folder;
+    const std::filesystem::path path = folder.Folder() / "file";
+    std::ofstream(path) << "content";
+    const std::string local = path.string();
+    ScriptedServer server;
+    server.On("*").Wait("gate").Reply(200);
+    void* const module = LoadModule(BREVINT_MODULE);
+#define BREVINT_FIND(name) reinterpret_cast<decltype(&name)>(FindSymbol(module, #name))
+    auto* const client =
+        BREVINT_FIND(brevint_client_new)(Narrow(server.Url("")).c_str(), nullptr, nullptr);
+    auto* const queue = BREVINT_FIND(brevint_queue_new)(client, nullptr);
+    brevint_upload request;
+    BREVINT_FIND(brevint_upload_init)(&request);
+    request.folder_id = "id";
+    request.local_path = local.c_str();
+    auto* const transfer = BREVINT_FIND(brevint_queue_upload)(queue, &request);
+    EXPECT_TRUE(server.AwaitArrivalAt("gate"));
+    BREVINT_FIND(brevint_transfer_free)(transfer);
+    BREVINT_FIND(brevint_queue_free)(queue);
+    BREVINT_FIND(brevint_client_free)(client);
+#undef BREVINT_FIND
+    UnloadModule(module);
+    server.Open("gate");
+    std::error_code inUse; // on Windows, until the thread lets go of the file
+    while (!std::filesystem::remove(path, inUse)) {
+        std::this_thread::yield();
+    }
 }
 
 } // namespace

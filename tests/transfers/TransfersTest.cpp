@@ -266,6 +266,24 @@ TEST_F(Transfers, AreCancelledWhileTheServiceIsSilent) {
     EXPECT_EQ(FileCount(m_folder.Folder()), 1);
 }
 
+// The process may end while the thread of a cancelled transfer is inside the platform.
+TEST(Transfer, DoesNotHoldUpTheProcessOnceItIsCancelled) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            ScriptedServer server;
+            server.On("*").Head(200, {{"Content-Length", "9"}}).Send("four").Wait("never");
+            const Queue queue = MakeQueue(Narrow(server.Url("/")));
+            {
+                const TempFolder folder;
+                const TransferPtr transfer = StartDownload(queue, "id", folder.Folder() / "file");
+                server.AwaitArrivalAt("never");
+            }
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
 TEST_F(Transfers, CancelledWhileProcessedSayThatTheJobGoesOn) {
     ReferenceService slow({.unfinishedPolls = 1'000'000});
     slow.Start();
