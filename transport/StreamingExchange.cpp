@@ -28,6 +28,11 @@ std::optional<std::uint64_t> ParseLength(const std::wstring& text) {
     return error == std::errc() && stop == end ? std::optional(length) : std::nullopt;
 }
 
+void SetTimeLimit(HINTERNET request, DWORD option, std::chrono::milliseconds limit) noexcept {
+    DWORD count = static_cast<DWORD>(limit.count());
+    InternetSetOptionA(request, option, &count, sizeof(count));
+}
+
 } // namespace
 
 StreamingExchange::StreamingExchange(ExchangeTimeouts timeouts) : m_timeouts(timeouts) {}
@@ -73,6 +78,9 @@ bool StreamingExchange::OpenRequest(const IRequestInfo& info) {
     if (!request) {
         return false;
     }
+    // Wine's requests do not take over the limits of their session.
+    SetTimeLimit(request, INTERNET_OPTION_SEND_TIMEOUT, m_timeouts.send);
+    SetTimeLimit(request, INTERNET_OPTION_RECEIVE_TIMEOUT, m_timeouts.receive);
     const std::scoped_lock lock(m_mutex);
     if (m_cancelled) {
         InternetCloseHandle(request);
@@ -137,8 +145,7 @@ ExchangeFailure StreamingExchange::SendBody(const std::wstring& headers, IBodySo
 }
 
 void StreamingExchange::BreakOff() noexcept {
-    DWORD atOnce = 1;
-    InternetSetOptionA(m_request, INTERNET_OPTION_RECEIVE_TIMEOUT, &atOnce, sizeof(atOnce));
+    SetTimeLimit(m_request, INTERNET_OPTION_RECEIVE_TIMEOUT, std::chrono::milliseconds(1));
     HttpEndRequestW(m_request, nullptr, 0, 0);
     CloseRequest();
 }

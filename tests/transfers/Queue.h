@@ -31,12 +31,14 @@ using Queue = std::unique_ptr<brevint_queue, QueueFree>;
 using TransferPtr = std::unique_ptr<brevint_transfer, TransferFree>;
 
 /// A queue that loses no time between attempts.
-inline Queue MakeQueue(const std::string& url, std::uint32_t concurrent = 4) {
+inline Queue MakeQueue(const std::string& url, std::uint32_t concurrent = 4,
+                       std::uint32_t stallLimit = 60'000) {
     brevint_queue_settings settings;
     brevint_queue_settings_init(&settings);
     settings.concurrent = concurrent;
     settings.first_pause = 1;
     settings.longest_pause = 1;
+    settings.stall_limit = stallLimit;
     const Client client(brevint_client_new(url.c_str(), nullptr, nullptr));
     return Queue(brevint_queue_new(client.get(), &settings));
 }

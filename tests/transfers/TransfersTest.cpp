@@ -77,11 +77,13 @@ TEST_F(Transfers, ArriveWholeWhateverTheServiceDoes) {
         {"cut", {.breakOff = Break::Cut, .breakAfter = 1'000'000, .requests = 3}},
         {"reset", {.breakOff = Break::Reset, .breakAfter = 1'000'000, .requests = 2}},
         {"cut at once", {.breakOff = Break::Cut, .requests = 2}},
+        {"silent", {.breakOff = Break::Silence, .breakAfter = 1'000'000, .requests = 1}},
+        {"silent at once", {.breakOff = Break::Silence, .requests = 1}},
         {"not now", {.retryAfter = 0, .requests = 2}},
         {"changed",
          {.breakOff = Break::Cut, .breakAfter = 500'000, .changesFile = true, .requests = 2}},
     };
-    const Queue queue = MakeQueue(m_service.Url());
+    const Queue queue = MakeQueue(m_service.Url(), 4, 300);
     std::string whole;
     for (const Case& test : cases) {
         SCOPED_TRACE(test.name);
