@@ -1,5 +1,6 @@
 #include "transfers/Download.h"
 
+#include "base/Ascii.h"
 #include "brevint/DownloadFileResponse.h"
 #include "brevint/ErrorCodes.h"
 #include "calls/FailureText.h"
@@ -7,6 +8,7 @@
 #include "support/Utf8.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <memory>
 #include <string_view>
@@ -49,7 +51,23 @@ std::wstring Validator(const StreamHead& head) {
 }
 
 bool IsPage(const StreamHead& head) {
-    return head.contentType.starts_with(L"text/html");
+    const std::wstring_view type = base::Trim<wchar_t>(
+        std::wstring_view(head.contentType).substr(0, head.contentType.find(L';')), L" \t");
+    return base::EqualsIgnoreCase(type, L"text/html") ||
+           base::EqualsIgnoreCase(type, L"application/xhtml+xml");
+}
+
+/// Whether content of no declared type begins as a page does.
+bool BeginsAsPage(std::string_view content) {
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+    if (content.starts_with(kByteOrderMark)) {
+        content.remove_prefix(kByteOrderMark.size());
+    }
+    content.remove_prefix(std::min(content.find_first_not_of(" \t\r\n"), content.size()));
+    return std::ranges::any_of(
+        std::array<std::string_view, 2>{"<!doctype html", "<html"}, [&](std::string_view begin) {
+            return base::EqualsIgnoreCase(content.substr(0, begin.size()), begin);
+        });
 }
 
 } // namespace
@@ -165,7 +183,7 @@ Download::Result Download::AcceptWhole() {
     const std::uint64_t length = m_head.length.value_or(kUnknownSize);
     const bool isAsListed = length != kUnknownSize && length == m_request.listedSize;
     if (IsPage(m_head) && !isAsListed) {
-        return Fail(ErrorCode::ReplyNotXml, L"The reply is a page, not the file.");
+        return FailAsPage();
     }
     if (length != kUnknownSize && m_request.listedSize != kUnknownSize && !isAsListed) {
         return Fail(ErrorCode::EmptyReply, L"The file has another size than its listing says.");
@@ -256,7 +274,15 @@ Download::Result Download::ReadContent(IStreamingExchange& exchange) {
     return Result::Complete;
 }
 
+Download::Result Download::FailAsPage() {
+    return Fail(ErrorCode::ReplyNotXml, L"The reply is a page, not the file.");
+}
+
 Download::Result Download::Write(std::string_view bytes) {
+    if (m_size == 0 && m_request.listedSize == kUnknownSize && m_head.contentType.empty() &&
+        BeginsAsPage(bytes)) {
+        return FailAsPage();
+    }
     if (bytes.size() > m_expected - m_size) {
         return Fail(ErrorCode::EmptyReply, L"The file is longer than announced.");
     }

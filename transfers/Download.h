@@ -45,6 +45,7 @@ private:
     Result RefuseReply(IStreamingExchange& exchange);
     Result ReadContent(IStreamingExchange& exchange);
     Result Write(std::string_view bytes);
+    Result FailAsPage();
     /// Puts the file in place.
     Step OnComplete() override;
     Step EndAsFailed() override;

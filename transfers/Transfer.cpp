@@ -1,5 +1,6 @@
 #include "transfers/Transfer.h"
 
+#include "brevint/BaseResponse.h"
 #include "brevint/ErrorCodes.h"
 #include "calls/FailureText.h"
 #include "support/PlatformCookies.h"
@@ -102,6 +103,9 @@ Transfer::Result Transfer::JudgeReply(const CBaseResponse& response) {
         }
         break;
     case Verdict::Refused: break;
+    }
+    if (m_head.status == 200 && response.GetServerErrorMessage().empty()) {
+        return Fail(ErrorCode::ReplyNotXml, L"The reply is none of such a service's.");
     }
     const Refusal refusal = calls::DescribeRefusal(m_head, response);
     return Fail(refusal.code, refusal.text);

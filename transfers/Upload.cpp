@@ -8,6 +8,7 @@
 #include "brevint/PollUploadStatusResponse.h"
 #include "brevint/UploadFileResponse.h"
 #include "calls/FailureText.h"
+#include "calls/Names.h"
 #include "requests/OverwriteFileRequestInfo.h"
 #include "requests/PollFileStatusRequestInfo.h"
 #include "requests/UploadFileRequestInfo.h"
@@ -126,7 +127,8 @@ Upload::Result Upload::AcceptReply(IStreamingExchange& exchange) {
     const std::unique_ptr<CJobResponse> response = MakeResponse(m_request.kind);
     response->SetServerResponse(body, m_head.status);
     m_result.serverMessage = response->GetServerErrorMessage();
-    if (m_head.status / 100 == 2 && response->GetSucceeded()) {
+    if (m_head.status / 100 == 2 && response->GetSucceeded() &&
+        calls::IsIdentifier(response->GetJobId())) {
         const std::scoped_lock lock(m_jobMutex);
         m_jobId = response->GetJobId();
         m_result.jobId = m_jobId;
@@ -152,8 +154,10 @@ Transfer::Step Upload::Poll() {
     const std::unique_ptr<CPollStatusResponse> response = MakePollResponse(m_request.kind);
     response->SetServerResponse(reply.body, reply.head.status);
     m_result.serverMessage = response->GetServerErrorMessage();
+    const bool isWhole =
+        response->GetStatus() != JobStatus::Finished || calls::IsIdentifier(response->GetItemId());
     const bool isAnswer = reply.head.status == 200 && m_result.failure == ExchangeFailure::None &&
-                          (response->GetSucceeded() || !m_result.serverMessage.empty());
+                          isWhole && (response->GetSucceeded() || !m_result.serverMessage.empty());
     if (!isAnswer) {
         switch (m_result.failure == ExchangeFailure::None ? JudgeReply(*response) : Result::Later) {
         case Result::SignIn: return Step::SignIn;

@@ -122,6 +122,8 @@ TEST_F(Resume, RefusesWhatIsNotTheFile) {
     constexpr std::uint64_t kAny = BREVINT_UNKNOWN_SIZE;
     const Case cases[] = {
         {"page", 200, {{"Content-Type", "text/html; charset=utf-8"}}, "<html></html>", kAny, 1104},
+        {"page, loudly", 200, {{"Content-Type", "Text/HTML"}}, "<p>", kAny, 1104},
+        {"page of no type", 200, {}, " <!DOCTYPE html><p>", kAny, 1104},
         {"longer than listed",
          200,
          {{"Transfer-Encoding", "chunked"}},

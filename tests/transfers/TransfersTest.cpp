@@ -156,6 +156,35 @@ TEST(Upload, HasTheBodyOfTheCall) {
     }
 }
 
+TEST(Upload, TakesTheServicesRepliesOnly) {
+    const std::string job = "<ResponseData><JobId>1</JobId></ResponseData>";
+    const std::string finished = "<ResponseData><Status>2</Status><Details>";
+    const std::pair<std::string, std::string> replies[] = {
+        {"<!DOCTYPE html><html><br></html>", ""},
+        {"<html><JobId>1</JobId></html>", ""},
+        {"<ResponseData><JobId/></ResponseData>", ""},
+        {"<ResponseData><JobId>../identity</JobId></ResponseData>", ""},
+        {job, "<html/>"},
+        {job, finished + "</Details></ResponseData>"},
+        {job, finished + "a b</Details></ResponseData>"},
+    };
+    const TempFolder folder;
+    const std::filesystem::path local = folder.Folder() / "file";
+    Store(local, "content");
+    for (const auto& [accepted, polled] : replies) {
+        SCOPED_TRACE(accepted + polled);
+        ScriptedServer server;
+        server.On("*").Reply(200, {}, accepted);
+        server.On("*").Reply(200, {}, polled);
+        const Queue queue = MakeQueue(Narrow(server.Url("/")));
+        const TransferPtr transfer = StartUpload(queue, "folder", nullptr, local);
+        const brevint_outcome outcome = Outcome(transfer);
+        EXPECT_EQ(outcome.state, BREVINT_TRANSFER_FAILED);
+        EXPECT_EQ(outcome.code, 1104) << outcome.text;
+        EXPECT_EQ(outcome.job_goes_on, accepted == job ? 1 : 0);
+    }
+}
+
 TEST_F(Transfers, SayWhyAFileWasNotSent) {
     const Queue queue = MakeQueue(m_service.Url());
     const auto make = [&](const char* name, const char* content) {
