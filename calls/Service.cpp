@@ -3,7 +3,6 @@
 #include "brevint/ErrorCodes.h"
 #include "brevint/IdentityResponse.h"
 #include "requests/IdentityRequestInfo.h"
-#include "support/Limits.h"
 
 #include <algorithm>
 #include <array>
@@ -11,15 +10,10 @@
 
 namespace calls {
 
-namespace {
-
-// A little more than the parser accepts, so that the one limit is Limits::kLongestReply.
-constexpr std::size_t kLargestDocument = Limits::kLongestReply + 1;
-
-} // namespace
-
-Service::Service(std::wstring url, std::shared_ptr<IStreamingExchangeFactory> exchanges)
-    : m_url(std::move(url)), m_exchanges(std::move(exchanges)) {}
+Service::Service(std::wstring url, std::shared_ptr<IStreamingExchangeFactory> exchanges,
+                 std::size_t longestDocument)
+    : m_url(std::move(url)), m_exchanges(std::move(exchanges)), m_longestDocument(longestDocument) {
+}
 
 std::unique_ptr<IStreamingExchange> Service::MakeExchange(ExchangeTimeouts timeouts) const {
     return m_exchanges->Create(timeouts);
@@ -46,7 +40,7 @@ ExchangeFailure Service::ReadAll(IStreamingExchange& exchange, std::vector<char>
         if (failure != ExchangeFailure::None || count == 0) {
             return failure;
         }
-        if (count > kLargestDocument - body.size()) {
+        if (count > m_longestDocument - body.size()) {
             return ExchangeFailure::Other;
         }
         body.insert(body.end(), block.data(), block.data() + count);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "calls/StopSignal.h"
+#include "support/Limits.h"
 #include "transport/IStreamingExchange.h"
 
 #include <memory>
@@ -31,7 +32,9 @@ enum class Verdict {
 /// The service at an address. Any thread.
 class Service {
 public:
-    Service(std::wstring url, std::shared_ptr<IStreamingExchangeFactory> exchanges);
+    /// A document that is longer than `longestDocument` is not read.
+    Service(std::wstring url, std::shared_ptr<IStreamingExchangeFactory> exchanges,
+            std::size_t longestDocument = kLongestDocument);
 
     const std::wstring& Url() const { return m_url; }
 
@@ -39,8 +42,7 @@ public:
 
     /// Carries out a call and reads its whole reply.
     ServiceReply Call(const IRequestInfo& info, StopSignal& stop, ExchangeTimeouts timeouts) const;
-    /// Reads what is left of a reply. One that is longer than any document of the service ends as
-    /// ExchangeFailure::Other.
+    /// Reads what is left of a reply. One that is too long ends as ExchangeFailure::Other.
     ExchangeFailure ReadAll(IStreamingExchange& exchange, std::vector<char>& body) const;
 
     /// Judges a reply that is no success, whose document `response` has read.
@@ -48,11 +50,15 @@ public:
                   ExchangeTimeouts timeouts) const;
 
 private:
+    /// A little more than the parser accepts, so that the one limit is Limits::kLongestReply.
+    static constexpr std::size_t kLongestDocument = Limits::kLongestReply + 1;
+
     /// Whether there is a session; nothing when that could not be learnt.
     std::optional<bool> IsSignedIn(StopSignal& stop, ExchangeTimeouts timeouts) const;
 
     const std::wstring m_url;
     const std::shared_ptr<IStreamingExchangeFactory> m_exchanges;
+    const std::size_t m_longestDocument;
 };
 
 /// A status that says: not now.

@@ -14,13 +14,17 @@ class Service : public calls::Service {
 public:
     Service(std::wstring url, const TransferSettings& settings,
             std::shared_ptr<IStreamingExchangeFactory> exchanges)
-        : calls::Service(std::move(url), std::move(exchanges)), m_settings(settings) {}
+        : calls::Service(std::move(url), std::move(exchanges), kLongestDocument),
+          m_settings(settings) {}
 
     const TransferSettings& Settings() const { return m_settings; }
     /// Those of an exchange that should not stop moving for long.
     ExchangeTimeouts Timeouts() const { return {m_settings.stallLimit, m_settings.stallLimit}; }
 
 private:
+    /// No reply to a transfer, a refusal or the state of a job, is longer.
+    static constexpr std::size_t kLongestDocument = std::size_t{16} << 20;
+
     const TransferSettings m_settings;
 };
 

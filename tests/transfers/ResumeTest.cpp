@@ -139,6 +139,12 @@ TEST_F(Resume, RefusesWhatIsNotTheFile) {
          kAny,
          1300},
         {"no message", 404, {}, "<html></html>", kAny, 1100},
+        {"endless refusal",
+         404,
+         {{"Transfer-Encoding", "chunked"}},
+         "1010000\r\n" + std::string(0x1010000, ' '),
+         kAny,
+         1100},
         {"rest unasked", 206, {{"Content-Range", "bytes 0-2/3"}}, "abc", kAny, 1100},
     };
     m_server.On("/application/identity")
