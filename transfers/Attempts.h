@@ -21,7 +21,7 @@ public:
     /// Whether an attempt may be repeated at once, though it was refused.
     bool MayRepeat() { return m_repeated++ < kMostRepeated; }
     /// An attempt has failed. Nothing when it was the last one. `retryAfter` is what the server
-    /// asked for, in seconds; a date there counts for nothing.
+    /// asks for, in seconds or as a date; any other text counts for nothing.
     std::optional<std::chrono::milliseconds> NextPause(const std::wstring& retryAfter);
 
 private:

@@ -6,10 +6,10 @@
 #include "calls/FailureText.h"
 #include "requests/DownloadFileRequestInfo.h"
 #include "support/Utf8.h"
+#include "transfers/HttpFields.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -23,38 +23,11 @@ namespace {
 
 constexpr std::size_t kBlockSize = 256 * 1024;
 
-/// "bytes FIRST-LAST/TOTAL" or "bytes */TOTAL"; TOTAL may be "*".
-struct ContentRange {
-    std::uint64_t first = kUnknownSize;
-    std::uint64_t total = kUnknownSize;
-};
-
-ContentRange ParseContentRange(const std::wstring& header) {
-    const std::string text = Utf8::ToNarrow(header);
-    constexpr std::string_view kUnit = "bytes ";
-    ContentRange range;
-    const std::size_t slash = text.find('/');
-    if (!text.starts_with(kUnit) || slash == std::string::npos) {
-        return range;
-    }
-    const char* const end = text.data() + text.size();
-    std::from_chars(text.data() + kUnit.size(), end, range.first);
-    std::from_chars(text.data() + slash + 1, end, range.total);
-    return range;
-}
-
 /// What identifies the content that a reply has; empty when nothing does for certain.
 std::wstring Validator(const StreamHead& head) {
     const bool isStrong = !head.entityTag.empty() && !head.entityTag.starts_with(L"W/");
     const std::wstring& validator = isStrong ? head.entityTag : head.lastModified;
     return validator.find_first_of(L"\r\n") == std::wstring::npos ? validator : std::wstring();
-}
-
-bool IsPage(const StreamHead& head) {
-    const std::wstring_view type = base::Trim<wchar_t>(
-        std::wstring_view(head.contentType).substr(0, head.contentType.find(L';')), L" \t");
-    return base::EqualsIgnoreCase(type, L"text/html") ||
-           base::EqualsIgnoreCase(type, L"application/xhtml+xml");
 }
 
 /// Whether content of no declared type begins as a page does.
@@ -182,7 +155,7 @@ Download::Result Download::AcceptHead(IStreamingExchange& exchange) {
 Download::Result Download::AcceptWhole() {
     const std::uint64_t length = m_head.length.value_or(kUnknownSize);
     const bool isAsListed = length != kUnknownSize && length == m_request.listedSize;
-    if (IsPage(m_head) && !isAsListed) {
+    if (IsPageType(m_head.contentType) && !isAsListed) {
         return FailAsPage();
     }
     if (length != kUnknownSize && m_request.listedSize != kUnknownSize && !isAsListed) {
@@ -199,7 +172,8 @@ Download::Result Download::AcceptWhole() {
 }
 
 Download::Result Download::AcceptRest(const PartRecord& record) {
-    const ContentRange range = ParseContentRange(m_head.contentRange);
+    const ContentRange range =
+        ParseContentRange(Utf8::ToNarrow(m_head.contentRange)).value_or(ContentRange());
     const std::wstring validator = Validator(m_head);
     const bool isSame = validator.empty() || validator == record.validator;
     const bool isNothing = range.first == kUnknownSize && m_size == record.total;
