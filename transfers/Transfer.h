@@ -82,8 +82,9 @@ protected:
 
     // Of the thread that runs it.
     Attempts m_attempts;
-    StreamHead m_head;        ///< Of the last reply.
-    TransferOutcome m_result; ///< As far as is known.
+    StreamHead m_head;                       ///< Of the last reply.
+    TransferOutcome m_result;                ///< As far as is known.
+    std::chrono::milliseconds m_pollPause{}; ///< Before the next poll, at least.
 
 private:
     friend class TransferQueue;

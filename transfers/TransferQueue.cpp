@@ -193,8 +193,9 @@ void TransferQueue::PollJobs() {
         const Transfer::Step step = processing.transfer->PollGuarded();
         lock.lock();
         Forget(*processing.transfer);
-        Sort(processing.transfer, step,
-             std::min(processing.pause + processing.pause / 2, m_settings.longestPoll), lock);
+        const auto pause =
+            std::min(processing.pause + processing.pause / 2, m_settings.longestPoll);
+        Sort(processing.transfer, step, std::max(pause, processing.transfer->m_pollPause), lock);
     }
     m_polls = false;
 }

@@ -142,6 +142,7 @@ Upload::Result Upload::AcceptReply(IStreamingExchange& exchange) {
 }
 
 Transfer::Step Upload::Poll() {
+    m_pollPause = {};
     BeginExchange();
     const ServiceReply reply = TheService().Call(
         CPollFileStatusRequestInfo(TheService().Url(), m_jobId), Stop(), TheService().Timeouts());
@@ -187,8 +188,9 @@ Transfer::Step Upload::Poll() {
 }
 
 Transfer::Step Upload::PollAgain() {
-    if (m_attempts.NextPause(m_head.retryAfter)) {
-        return Step::Poll; // the queue knows when
+    if (const auto pause = m_attempts.NextPause(m_head.retryAfter)) {
+        m_pollPause = *pause;
+        return Step::Poll;
     }
     Fail(ErrorCode::EmptyReply, L"The service cannot be asked how its job stands. " +
                                     NoReplyText(m_result.failure, m_head));
