@@ -1,6 +1,5 @@
 #include "transfers/Upload.h"
 
-#include "base/Ascii.h"
 #include "brevint/ErrorCodes.h"
 #include "brevint/JobStatus.h"
 #include "brevint/OverwriteFileResponse.h"
@@ -12,7 +11,6 @@
 #include "requests/OverwriteFileRequestInfo.h"
 #include "requests/PollFileStatusRequestInfo.h"
 #include "requests/UploadFileRequestInfo.h"
-#include "support/Utf8.h"
 #include "transfers/WidePath.h"
 
 #include <memory>
@@ -60,8 +58,8 @@ double NoFileCode(Kind kind) {
 
 /// The name goes into the form as it is, so that some characters would forge its head.
 bool IsSafeName(const std::filesystem::path& path) {
-    const std::string name = Utf8::ToNarrow(WidePath(path.filename()));
-    return !base::HasControls(name) && name.find('"') == std::string::npos;
+    const std::wstring name = WidePath(path.filename());
+    return calls::IsItemName(name) && name.find_first_of(L"\"\\") == std::wstring::npos;
 }
 
 } // namespace
@@ -110,7 +108,10 @@ Upload::Result Upload::Send() {
     case ExchangeFailure::CertificateNotTrusted:
         return Fail(ErrorCode::EmptyReply, FailureText(m_result.failure));
     case ExchangeFailure::SourceFailed:
-        return Fail(NoFileCode(m_request.kind), FailureText(m_result.failure));
+        return Fail(NoFileCode(m_request.kind),
+                    m_source.WouldEndForm()
+                        ? L"The file holds the line that ends the form in which files are sent."
+                        : FailureText(m_result.failure));
     default: return Result::Later;
     }
     m_head = exchange->Head();

@@ -88,7 +88,7 @@ typedef enum brevint_connection {
     BREVINT_CONNECTION_NOT_TRUSTED = 4, /**< The certificate, or no common ground for TLS. */
     BREVINT_CONNECTION_BROKEN_OFF = 5,
     BREVINT_CONNECTION_CANCELLED = 6,
-    BREVINT_CONNECTION_SOURCE_FAILED = 7, /**< The local file changed while it was sent. */
+    BREVINT_CONNECTION_SOURCE_FAILED = 7, /**< The local file changed, or cannot be sent. */
     BREVINT_CONNECTION_OTHER = 8          /**< Out of memory or threads; an address that is none. */
 } brevint_connection;
 

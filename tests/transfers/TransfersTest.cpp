@@ -22,6 +22,9 @@ using service::ReferenceService;
 using Break = Misbehaviour::Break;
 
 constexpr const char* kProjects = "00000000-0000-0000-0000-000000000001";
+/// What a service says to an upload and to its poll.
+constexpr const char* kDone =
+    "<ResponseData><JobId>1</JobId><Status>2</Status><Details>id</Details></ResponseData>";
 constexpr std::uint64_t kBigSize = 3'000'001;
 
 std::wstring Wide(const std::string& ascii) {
@@ -135,9 +138,7 @@ TEST(Upload, HasTheBodyOfTheCall) {
     for (const std::size_t size : kSizes) {
         SCOPED_TRACE(size);
         ScriptedServer server;
-        server.On("*").Reply(200, {},
-                             "<ResponseData><JobId>1</JobId><Status>2</Status>"
-                             "<Details>id</Details></ResponseData>");
+        server.On("*").Reply(200, {}, kDone);
         const TempFolder folder;
         const std::filesystem::path local = folder.Folder() / u8"Überblick — 概要.txt";
         Store(local, ScriptedServer::Pattern(size));
@@ -153,6 +154,46 @@ TEST(Upload, HasTheBodyOfTheCall) {
         EXPECT_EQ(sent[0].Header("Content-Type"), sent[1].Header("Content-Type"));
         EXPECT_EQ(sent[1].Header("Content-Length"), std::to_string(sent[0].body.size()));
         EXPECT_TRUE(sent[0].body == sent[1].body);
+    }
+}
+
+TEST(Upload, NeverForgesItsForm) {
+    const std::string delimiter = "\r\n-----------------------8cdfaf76df000f9";
+    const std::string block(256 * 1024, 'x'); // what is read at a time
+    struct Case {
+        std::string content;
+        bool isHarmless;
+    };
+    const Case cases[] = {{"x" + delimiter.substr(1), true},
+                          {delimiter.substr(0, delimiter.size() - 1), true},
+                          {delimiter.substr(2), false},
+                          {"x" + delimiter, false},
+                          {block.substr(10) + delimiter + block, false},
+                          {block + "\r\n" + delimiter + "--\r\n", false}};
+    const TempFolder folder;
+    const std::filesystem::path local = folder.Folder() / "file";
+    ScriptedServer server;
+    server.On("*").Reply(200, {}, kDone);
+    const Queue queue = MakeQueue(Narrow(server.Url("/")));
+    for (const auto& [content, isHarmless] : cases) {
+        SCOPED_TRACE(content.size());
+        Store(local, content);
+        const TransferPtr transfer = StartUpload(queue, "folder", nullptr, local);
+        const brevint_outcome outcome = Outcome(transfer);
+        EXPECT_EQ(outcome.state, isHarmless ? BREVINT_TRANSFER_FINISHED : BREVINT_TRANSFER_FAILED);
+        EXPECT_EQ(outcome.code, isHarmless ? 1101 : 1611) << outcome.text;
+    }
+    for (const char* const name : {"a\"b", "a\nb"}) {
+        const TransferPtr transfer = StartUpload(queue, "folder", nullptr, folder.Folder() / name);
+        EXPECT_STREQ(Outcome(transfer).text,
+                     "The file's name has a character that cannot be sent.");
+    }
+    // Those that failed have sent a part of the body at most, and their end not at all.
+    for (const ScriptedServer::Request& request : server.Requests()) {
+        const bool isWhole =
+            std::to_string(request.body.size()) == request.Header("Content-Length");
+        EXPECT_EQ(request.body.find(delimiter),
+                  isWhole ? request.body.size() - delimiter.size() - 4 : std::string::npos);
     }
 }
 
