@@ -60,6 +60,7 @@ std::size_t FormSource::Read(char* buffer, std::size_t size) {
         return 0; // the body stays incomplete, so that the service cannot take it for the file
     }
     if (m_offset >= fileEnd) {
+        m_file.reset(); // on Windows nobody could delete or rename it
         return copy(m_frame.suffix, m_offset - fileEnd);
     }
     const std::size_t wanted =

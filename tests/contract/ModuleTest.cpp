@@ -62,9 +62,10 @@ TEST(Module, MayBeFreedOnceATransferIsCancelled) {
     const TempFolder folder;
     const std::filesystem::path path = folder.Folder() / "file";
     std::ofstream(path) << "content";
+    std::filesystem::resize_file(path, 40'000'000); // more than lies in a connection
     const std::string local = path.string();
     ScriptedServer server;
-    server.On("*").Wait("gate").Reply(200);
+    server.OnConnect().Wait("gate");
     void* const module = LoadModule(BREVINT_MODULE);
 #define BREVINT_FIND(name) reinterpret_cast<decltype(&name)>(FindSymbol(module, #name))
     auto* const client =

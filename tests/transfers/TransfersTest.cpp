@@ -127,6 +127,7 @@ TEST_F(Transfers, SendAndReplaceFiles) {
         const brevint_outcome sent = Outcome(upload);
         ASSERT_EQ(sent.state, BREVINT_TRANSFER_FINISHED) << sent.text << sent.server_message;
         id = sent.item_id;
+        EXPECT_TRUE(std::filesystem::remove(local)); // it is not open any more
         const TransferPtr download = StartDownload(queue, id, back);
         EXPECT_EQ(Outcome(download).state, BREVINT_TRANSFER_FINISHED);
         EXPECT_EQ(Contents(back), content);
