@@ -11,6 +11,7 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <stdexcept>
@@ -151,29 +152,34 @@ TEST_F(Transfers, TellNothingOnceTheyAreDestroyed) {
         Client client = MakeClient(posts ? Poster() : Executor());
         m_service.Misbehave(
             {.breakOff = service::Misbehaviour::Break::Silence, .breakAfter = kSize / 2});
-        std::mutex mutex;
-        std::optional<Transfer> transfer;
-        std::atomic<int> after = 0;
-        std::atomic<bool> isDestroyed = false;
-        const auto onChange = [&](const Progress& now) {
-            const std::lock_guard lock(mutex); // the transfer is there
-            after += isDestroyed ? 1 : 0;
-            if (now.state == TransferState::Running && transfer) {
-                transfer.reset();
-                isDestroyed = true;
-                isDestroyed.notify_all();
+        struct Seen { // by the callback, which may return after the end of this round
+            std::mutex mutex;
+            std::condition_variable changed;
+            std::optional<Transfer> transfer;
+            int after = 0;
+            bool isDestroyed = false;
+        };
+        const auto seen = std::make_shared<Seen>();
+        const auto onChange = [seen](const Progress& now) {
+            const std::shared_ptr<Seen> kept = seen;
+            const std::lock_guard lock(kept->mutex); // the transfer is there
+            kept->after += kept->isDestroyed ? 1 : 0;
+            if (now.state == TransferState::Running && kept->transfer) {
+                kept->transfer.reset();
+                kept->isDestroyed = true;
+                kept->changed.notify_all();
             }
         };
-        {
-            const std::lock_guard lock(mutex);
-            transfer = client.Download(m_big, m_destination, {.onChange = onChange});
-        }
+        std::unique_lock lock(seen->mutex);
+        seen->transfer = client.Download(m_big, m_destination, {.onChange = onChange});
         if (posts) {
-            m_loop.RunUntil([&] { return isDestroyed.load(); });
+            lock.unlock();
+            m_loop.RunUntil([&] { return seen->isDestroyed; });
             m_loop.RunRest();
+            lock.lock();
         }
-        isDestroyed.wait(false);
-        EXPECT_EQ(after, 0);
+        seen->changed.wait(lock, [&] { return seen->isDestroyed; });
+        EXPECT_EQ(seen->after, 0);
         EXPECT_FALSE(std::filesystem::exists(m_destination));
     }
 }
