@@ -48,6 +48,7 @@ ExchangeFailure StreamingExchange::Send(const IRequestInfo& info, const std::wst
     if (!OpenRequest(info)) {
         return LastFailure();
     }
+    BeginWait(std::min(m_timeouts.send, m_timeouts.receive));
     const std::wstring block = info.GetHeaders() + headers;
     if (body) {
         return SendBody(block, *body);
@@ -127,6 +128,7 @@ ExchangeFailure StreamingExchange::SendBody(const std::wstring& headers, IBodySo
             BreakOff();
             return m_cancelled ? ExchangeFailure::Cancelled : ExchangeFailure::SourceFailed;
         }
+        BeginWait(m_timeouts.send);
         DWORD written = 0;
         writing =
             InternetWriteFile(m_request, part.data(), static_cast<DWORD>(count), &written) != FALSE;
@@ -137,11 +139,12 @@ ExchangeFailure StreamingExchange::SendBody(const std::wstring& headers, IBodySo
         return ExchangeFailure::Cancelled;
     }
     const ExchangeFailure writeFailure = writing ? ExchangeFailure::None : LastFailure();
+    BeginWait(m_timeouts.receive);
     // After a failed write too: a server that answers early ends the connection for it.
-    if (HttpEndRequestW(m_request, nullptr, 0, 0) && ReadHead() == ExchangeFailure::None) {
-        return ExchangeFailure::None;
-    }
-    return writeFailure != ExchangeFailure::None ? writeFailure : LastFailure();
+    const ExchangeFailure failure =
+        HttpEndRequestW(m_request, nullptr, 0, 0) ? ReadHead() : LastFailure();
+    return failure != ExchangeFailure::None && writeFailure != ExchangeFailure::None ? writeFailure
+                                                                                     : failure;
 }
 
 void StreamingExchange::BreakOff() noexcept {
@@ -156,7 +159,7 @@ ExchangeFailure StreamingExchange::ReadHead() {
     if (!HttpQueryInfoW(m_request, HTTP_QUERY_STATUS_CODE | HTTP_QUERY_FLAG_NUMBER, &status, &size,
                         nullptr) ||
         status == 0) {
-        return m_cancelled ? ExchangeFailure::Cancelled : ExchangeFailure::BrokenOff;
+        return m_cancelled ? ExchangeFailure::Cancelled : BrokenOff();
     }
     m_head.status = status;
     // As text: as a number the platform knows lengths of 32 bits only.
@@ -192,6 +195,7 @@ ExchangeFailure StreamingExchange::Read(char* buffer, std::size_t size, std::siz
     if (wanted == 0) {
         return ExchangeFailure::None;
     }
+    BeginWait(m_timeouts.receive);
     DWORD count = 0;
     const BOOL succeeded = InternetReadFile(m_request, buffer, wanted, &count);
     const ExchangeFailure failure = succeeded ? ExchangeFailure::None : LastFailure();
@@ -202,7 +206,7 @@ ExchangeFailure StreamingExchange::Read(char* buffer, std::size_t size, std::siz
     }
     // The platform does not tell a connection that ends early from the end of a body.
     const bool isShort = count == 0 && m_head.length && m_read < *m_head.length;
-    return isShort ? ExchangeFailure::BrokenOff : ExchangeFailure::None;
+    return isShort ? BrokenOff() : ExchangeFailure::None;
 }
 
 void StreamingExchange::Cancel() noexcept {
@@ -230,8 +234,13 @@ ExchangeFailure StreamingExchange::LastFailure() const noexcept {
     case ERROR_NOT_ENOUGH_MEMORY:
     case ERROR_INVALID_HANDLE:
     case ERROR_INTERNET_INTERNAL_ERROR: return ExchangeFailure::Other;
-    default: return ExchangeFailure::BrokenOff;
+    default: return BrokenOff();
     }
+}
+
+ExchangeFailure StreamingExchange::BrokenOff() const noexcept {
+    return std::chrono::steady_clock::now() >= m_waitEnds ? ExchangeFailure::TimedOut
+                                                          : ExchangeFailure::BrokenOff;
 }
 
 std::unique_ptr<IStreamingExchange> StreamingExchangeFactory::Create(ExchangeTimeouts timeouts) {

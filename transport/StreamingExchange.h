@@ -23,6 +23,12 @@ public:
 private:
     /// What the platform's last error says. Called right after the call that failed.
     ExchangeFailure LastFailure() const noexcept;
+    /// To be called before each call of the platform that may take long.
+    void BeginWait(std::chrono::milliseconds limit) noexcept {
+        m_waitEnds = std::chrono::steady_clock::now() + limit;
+    }
+    /// How such a call has failed. WinINet does not always say that it was for the time.
+    ExchangeFailure BrokenOff() const noexcept;
     bool OpenRequest(const IRequestInfo& info);
     void CloseRequest() noexcept;
     ExchangeFailure SendBody(const std::wstring& headers, IBodySource& body);
@@ -34,6 +40,7 @@ private:
     std::wstring QueryText(DWORD header) const;
 
     const ExchangeTimeouts m_timeouts;
+    std::chrono::steady_clock::time_point m_waitEnds;
     std::unique_ptr<ServiceConnection> m_connection;
     /// Changed by the exchange's thread, and by Cancel where that may close it.
     std::atomic<HINTERNET> m_request = nullptr;
