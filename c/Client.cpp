@@ -435,6 +435,19 @@ int32_t brevint_delete(const brevint_client* client, const char* item_id, const 
                                        });
 }
 
+int32_t brevint_read(const brevint_client* client, const char* item_id, size_t most,
+                     const brevint_call* call, char** bytes, size_t* count, brevint_error** error) {
+    return Call<std::vector<char>>(
+        client, call, Effect::None, error,
+        [id = Wide(item_id), most](const CallContext& at, std::vector<char>& content) {
+            return calls::ReadFile(at, id, most, content);
+        },
+        [&](const std::vector<char>& content) {
+            *bytes = MakeText({content.data(), content.size()});
+            *count = content.size();
+        });
+}
+
 int32_t brevint_ask_job(const brevint_client* client, const char* job_id, int32_t of_replacement,
                         const brevint_call* call, brevint_job** job, brevint_error** error) {
     return Call<calls::Job>(

@@ -70,7 +70,7 @@ const char* Hint(double code);
 std::int32_t Report(const calls::Failure& failure, brevint_error** error);
 
 /// A copy for brevint_text_free.
-char* MakeText(const std::string& text);
+char* MakeText(std::string_view text);
 
 /// Runs the body of a function of the interface; lack of memory ends in an error.
 template <class Body>

@@ -53,12 +53,13 @@ std::int32_t Report(const calls::Failure& failure, brevint_error** error) {
     return 0;
 }
 
-char* MakeText(const std::string& text) {
+char* MakeText(std::string_view text) {
     auto* const copy = static_cast<char*>(std::malloc(text.size() + 1));
     if (!copy) {
         throw std::bad_alloc();
     }
-    std::memcpy(copy, text.c_str(), text.size() + 1);
+    std::copy(text.begin(), text.end(), copy);
+    copy[text.size()] = '\0';
     return copy;
 }
 

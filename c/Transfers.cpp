@@ -48,6 +48,7 @@ brevint_outcome ToC(const transfers::TransferOutcome& outcome, transfers::Transf
     result.job_id = texts.jobId.c_str();
     result.verified = outcome.verified ? 1 : 0;
     result.job_goes_on = outcome.jobGoesOn ? 1 : 0;
+    result.may_have_happened = outcome.mayHaveHappened ? 1 : 0;
     result.kept_beside = outcome.keptBeside ? 1 : 0;
     const calls::FailureKind kind =
         outcome.kind != calls::FailureKind::None

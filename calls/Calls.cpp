@@ -1,6 +1,7 @@
 #include "calls/Calls.h"
 
 #include "brevint/CreateFolderResponse.h"
+#include "brevint/DownloadFileResponse.h"
 #include "brevint/ErrorCodes.h"
 #include "brevint/GetFolderContentsResponse.h"
 #include "brevint/IRequestInfo.h"
@@ -9,7 +10,9 @@
 #include "brevint/PollOverwriteStatusResponse.h"
 #include "brevint/PollUploadStatusResponse.h"
 #include "calls/Names.h"
+#include "calls/Page.h"
 #include "requests/CreateFolderRequestInfo.h"
+#include "requests/DownloadFileRequestInfo.h"
 #include "requests/GetFolderContentsRequestInfo.h"
 #include "requests/IdentityRequestInfo.h"
 #include "requests/PollFileStatusRequestInfo.h"
@@ -67,6 +70,18 @@ Failure NotOne(FailureKind kind, const wchar_t* beginning, std::string_view name
     return failure;
 }
 
+/// A reply that is no success, whose document `response` has read.
+Failure Refusal(const CallContext& at, const StreamHead& head, const CBaseResponse& response) {
+    Failure failure = RefusedBy(head, response);
+    switch (at.service.Judge(head, response, at.stop, at.timeouts)) {
+    case Verdict::SignIn: return NotSignedIn(head.status);
+    case Verdict::TryAgain: failure.kind = FailureKind::Unavailable; break;
+    case Verdict::Doubtful:
+    case Verdict::Refused: break;
+    }
+    return failure;
+}
+
 /// A listing whose items can be taken as they came.
 struct ListingReply final : CGetFolderContentsResponse {
     FolderListing Take() { return std::move(*m_listing); }
@@ -87,14 +102,7 @@ Failure Ask(const CallContext& at, const IRequestInfo& info, CBaseResponse& resp
     if (IsSuccess(reply.head.status) && !isReply) {
         return NotTheService(reply.head.status);
     }
-    Failure failure = RefusedBy(reply.head, response);
-    switch (at.service.Judge(reply.head, response, at.stop, at.timeouts)) {
-    case Verdict::SignIn: return NotSignedIn(reply.head.status);
-    case Verdict::TryAgain: failure.kind = FailureKind::Unavailable; break;
-    case Verdict::Doubtful:
-    case Verdict::Refused: break;
-    }
-    return failure;
+    return Refusal(at, reply.head, response);
 }
 
 Failure NotSignedIn(unsigned long status) {
@@ -186,6 +194,45 @@ Failure CreateFolder(const CallContext& at, const std::wstring& parentId, const 
         failure.mayHaveHappened = true;
     }
     return failure;
+}
+
+Failure ReadFile(const CallContext& at, const std::wstring& itemId, std::size_t mostBytes,
+                 std::vector<char>& content) {
+    if (!IsIdentifier(itemId)) {
+        return InvalidIdentifier(itemId);
+    }
+    const auto exchange = at.service.MakeExchange(at.timeouts);
+    const StopSignal::Guard guard(at.stop, *exchange);
+    ExchangeFailure connection =
+        exchange->Send(CDownloadFileRequestInfo(at.service.Url(), itemId), {}, nullptr);
+    if (connection != ExchangeFailure::None) {
+        return NoReply(connection);
+    }
+    const StreamHead& head = exchange->Head();
+    // One byte more shows that there is more.
+    const std::size_t limit = std::max(mostBytes + 1, mostBytes);
+    connection = IsSuccess(head.status) ? Service::ReadUpTo(*exchange, limit, content)
+                                        : at.service.ReadAll(*exchange, content);
+    if (connection != ExchangeFailure::None) {
+        return NoReply(connection);
+    }
+    if (!IsSuccess(head.status)) {
+        CDownloadFileResponse response;
+        response.SetServerResponse(content, head.status);
+        return Refusal(at, head, response);
+    }
+    if (IsPageType(head.contentType) ||
+        (head.contentType.empty() && BeginsAsPage({content.data(), content.size()}))) {
+        return NotTheService(head.status);
+    }
+    if (content.size() > mostBytes) {
+        Failure failure;
+        failure.kind = FailureKind::Refused;
+        failure.status = head.status;
+        failure.text = L"The file has more than " + std::to_wstring(mostBytes) + L" bytes.";
+        return failure;
+    }
+    return {};
 }
 
 Failure AskJob(const CallContext& at, const std::wstring& jobId, JobKind kind, Job& job) {

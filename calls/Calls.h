@@ -3,8 +3,10 @@
 #include "calls/BoundedCall.h"
 #include "calls/Failure.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 class CBaseResponse;
 class CIdentityResponse;
@@ -36,6 +38,10 @@ Failure Find(const CallContext& at, std::wstring folderId, std::string_view path
 /// Makes a folder, and tells its identifier.
 Failure CreateFolder(const CallContext& at, const std::wstring& parentId, const std::wstring& name,
                      std::wstring& folderId);
+
+/// Reads the content of a file of no more than so many bytes.
+Failure ReadFile(const CallContext& at, const std::wstring& itemId, std::size_t mostBytes,
+                 std::vector<char>& content);
 
 /// Which call a job comes from; it decides how its failures are read.
 enum class JobKind { Upload, Overwrite };

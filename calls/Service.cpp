@@ -33,18 +33,24 @@ ServiceReply Service::Call(const IRequestInfo& info, StopSignal& stop,
 }
 
 ExchangeFailure Service::ReadAll(IStreamingExchange& exchange, std::vector<char>& body) const {
+    // One byte more shows that there is more.
+    const ExchangeFailure failure = ReadUpTo(exchange, m_longestDocument + 1, body);
+    return body.size() > m_longestDocument ? ExchangeFailure::Other : failure;
+}
+
+ExchangeFailure Service::ReadUpTo(IStreamingExchange& exchange, std::size_t most,
+                                  std::vector<char>& body) {
     std::array<char, 16384> block{};
-    for (;;) {
+    while (body.size() < most) {
         std::size_t count = 0;
-        const ExchangeFailure failure = exchange.Read(block.data(), block.size(), count);
+        const ExchangeFailure failure =
+            exchange.Read(block.data(), std::min(block.size(), most - body.size()), count);
+        body.insert(body.end(), block.data(), block.data() + count);
         if (failure != ExchangeFailure::None || count == 0) {
             return failure;
         }
-        if (count > m_longestDocument - body.size()) {
-            return ExchangeFailure::Other;
-        }
-        body.insert(body.end(), block.data(), block.data() + count);
     }
+    return ExchangeFailure::None;
 }
 
 Verdict Service::Judge(const StreamHead& head, const CBaseResponse& response, StopSignal& stop,

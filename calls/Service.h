@@ -44,6 +44,9 @@ public:
     ServiceReply Call(const IRequestInfo& info, StopSignal& stop, ExchangeTimeouts timeouts) const;
     /// Reads what is left of a reply. One that is too long ends as ExchangeFailure::Other.
     ExchangeFailure ReadAll(IStreamingExchange& exchange, std::vector<char>& body) const;
+    /// The same up to so many bytes, whatever follows.
+    static ExchangeFailure ReadUpTo(IStreamingExchange& exchange, std::size_t most,
+                                    std::vector<char>& body);
 
     /// Judges a reply that is no success, whose document `response` has read.
     Verdict Judge(const StreamHead& head, const CBaseResponse& response, StopSignal& stop,

@@ -14,7 +14,8 @@ bool HasRootElement(std::string_view document, std::string_view name) {
     const std::string beginning = Utf8::Repaired(document.substr(0, kEnough));
     const std::unique_ptr<xmlTextReader, decltype(&xmlFreeTextReader)> reader(
         xmlReaderForMemory(beginning.data(), static_cast<int>(beginning.size()), nullptr, "UTF-8",
-                           XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING),
+                           XML_PARSE_IGNORE_ENC | XML_PARSE_NONET | XML_PARSE_NOERROR |
+                               XML_PARSE_NOWARNING),
         xmlFreeTextReader);
     while (reader && xmlTextReaderRead(reader.get()) == 1) {
         if (xmlTextReaderNodeType(reader.get()) == XML_READER_TYPE_ELEMENT) {

@@ -4,6 +4,7 @@
 #include "brevint/DownloadFileResponse.h"
 #include "brevint/ErrorCodes.h"
 #include "calls/FailureText.h"
+#include "calls/Page.h"
 #include "requests/DownloadFileRequestInfo.h"
 #include "support/Utf8.h"
 #include "transfers/HttpFields.h"
@@ -16,8 +17,10 @@
 
 namespace transfers {
 
+using calls::BeginsAsPage;
 using calls::FailureText;
 using calls::FileFailureText;
+using calls::IsPageType;
 
 namespace {
 
@@ -28,19 +31,6 @@ std::wstring Validator(const StreamHead& head) {
     const bool isStrong = !head.entityTag.empty() && !head.entityTag.starts_with(L"W/");
     const std::wstring& validator = isStrong ? head.entityTag : head.lastModified;
     return validator.find_first_of(L"\r\n") == std::wstring::npos ? validator : std::wstring();
-}
-
-/// Whether content of no declared type begins as a page does.
-bool BeginsAsPage(std::string_view content) {
-    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-    if (content.starts_with(kByteOrderMark)) {
-        content.remove_prefix(kByteOrderMark.size());
-    }
-    content.remove_prefix(std::min(content.find_first_not_of(" \t\r\n"), content.size()));
-    return std::ranges::any_of(
-        std::array<std::string_view, 2>{"<!doctype html", "<html"}, [&](std::string_view begin) {
-            return base::EqualsIgnoreCase(content.substr(0, begin.size()), begin);
-        });
 }
 
 } // namespace
@@ -61,6 +51,9 @@ Download::~Download() {
 }
 
 Transfer::Step Download::Run() {
+    if (!CheckIdentifier(m_request.itemId, ErrorCode::DownloadInvalidId)) {
+        return EndAsFailed();
+    }
     if (!OpenPart()) {
         return Stop().IsRaised() ? Step::Ended : EndAsFailed();
     }

@@ -60,11 +60,4 @@ std::optional<std::int64_t> ParseHttpDate(std::string_view text) {
     return ParseIsoTime(iso);
 }
 
-bool IsPageType(std::wstring_view contentType) {
-    const std::wstring_view type =
-        base::Trim<wchar_t>(contentType.substr(0, contentType.find(L';')), L" \t");
-    return base::EqualsIgnoreCase(type, L"text/html") ||
-           base::EqualsIgnoreCase(type, L"application/xhtml+xml");
-}
-
 } // namespace transfers

@@ -22,7 +22,4 @@ std::optional<ContentRange> ParseContentRange(std::string_view text);
 /// Reads "Sun, 06 Nov 1994 08:49:37 GMT", as seconds since 1970. Nothing for any other text.
 std::optional<std::int64_t> ParseHttpDate(std::string_view text);
 
-/// Whether a Content-Type is that of a page of HTML.
-bool IsPageType(std::wstring_view contentType);
-
 } // namespace transfers

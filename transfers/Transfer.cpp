@@ -2,7 +2,9 @@
 
 #include "brevint/BaseResponse.h"
 #include "brevint/ErrorCodes.h"
+#include "calls/Calls.h"
 #include "calls/FailureText.h"
+#include "calls/Names.h"
 #include "support/PlatformCookies.h"
 #include "transfers/TransferQueue.h"
 
@@ -115,6 +117,15 @@ Transfer::Result Transfer::Fail(double code, std::wstring text) {
     m_result.code = code;
     m_result.text = std::move(text);
     return Result::Failed;
+}
+
+bool Transfer::CheckIdentifier(const std::wstring& id, double code) {
+    if (calls::IsIdentifier(id)) {
+        return true;
+    }
+    Fail(code, calls::InvalidIdentifier(id).text);
+    m_result.kind = calls::FailureKind::Invalid;
+    return false;
 }
 
 Transfer::Step Transfer::EndAsFailed() {

@@ -71,6 +71,8 @@ protected:
     /// Judges a reply that is no success, whose document `response` has read.
     Result JudgeReply(const CBaseResponse& response);
     Result Fail(double code, std::wstring text);
+    /// Whether that can be an identifier; otherwise m_result says so.
+    bool CheckIdentifier(const std::wstring& id, double code);
 
     /// The state becomes final, unless it is.
     void End(TransferState state, TransferOutcome outcome);

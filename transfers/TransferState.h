@@ -52,6 +52,8 @@ struct TransferOutcome {
     bool verified = false;
     /// The service goes on processing what was sent.
     bool jobGoesOn = false;
+    /// All of the file was sent, and whether the service has it is unknown.
+    bool mayHaveHappened = false;
     /// A later attempt may well succeed.
     bool isTemporary = false;
     /// The content is complete, and lies beside a destination that could not be replaced.

@@ -76,6 +76,11 @@ Transfer::Step Upload::Run() {
     if (!m_jobId.empty()) {
         return Step::Poll; // a poll had found that the session was over
     }
+    if (!CheckIdentifier(m_request.target, m_request.kind == Kind::NewFile
+                                               ? ErrorCode::UploadInvalidId
+                                               : ErrorCode::OverwriteInvalidId)) {
+        return EndAsFailed();
+    }
     if (!IsSafeName(m_request.path)) {
         Fail(NoFileCode(m_request.kind), L"The file's name has a character that cannot be sent.");
         return EndAsFailed();
@@ -86,6 +91,7 @@ Transfer::Step Upload::Run() {
 Upload::Result Upload::Attempt() {
     const Result result = Send();
     if (result == Result::Later && m_source.IsUsedUp()) {
+        m_result.mayHaveHappened = true;
         return Fail(ErrorCode::EmptyReply, NoReplyText(m_result.failure, m_head) +
                                                L" Whether the service has the file is unknown.");
     }
@@ -206,6 +212,8 @@ bool Upload::OnCancel(TransferOutcome& outcome) noexcept {
     outcome.localPath = m_request.path;
     outcome.jobId = m_jobId;
     outcome.jobGoesOn = !m_jobId.empty();
+    const TransferProgress progress = GetProgress();
+    outcome.mayHaveHappened = m_jobId.empty() && progress.done == progress.total;
     return true;
 }
 

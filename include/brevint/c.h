@@ -50,6 +50,9 @@ typedef struct brevint_group brevint_group;
 
 /** A size or a duration that nobody knows. */
 #define BREVINT_UNKNOWN_SIZE UINT64_MAX
+/** Identifiers of the reference service's folders that hold all others. */
+#define BREVINT_PROJECTS "00000000-0000-0000-0000-000000000001"
+#define BREVINT_TEMPLATES "00000000-0000-0000-0000-000000000002"
 /** A time that nobody knows. */
 #define BREVINT_UNKNOWN_TIME INT64_MIN
 
@@ -280,6 +283,12 @@ BREVINT_API int32_t brevint_create_folder(const brevint_client* client, const ch
 /** Deletes an item, a folder with all that it holds. */
 BREVINT_API int32_t brevint_delete(const brevint_client* client, const char* item_id,
                                    const brevint_call* call, brevint_error** error);
+/** Reads a small file, without a place for it on the disk. One of more bytes than `most` is
+ * refused. Stores its bytes, which are followed by a zero, for brevint_text_free. */
+BREVINT_API int32_t brevint_read(const brevint_client* client, const char* item_id, size_t most,
+                                 const brevint_call* call, char** bytes, size_t* count,
+                                 brevint_error** error);
+
 /** A job by which the service processes a file that was sent. */
 typedef struct brevint_job {
     size_t size;
@@ -353,6 +362,7 @@ typedef struct brevint_outcome {
     int32_t kept_beside;        /**< The content is complete, see brevint_transfer_finish. */
     int32_t failure;            /**< A brevint_failure. */
     const char* hint;           /**< What the user can do; may be empty. */
+    int32_t may_have_happened;  /**< All of it was sent; whether the service has it is unknown. */
 } brevint_outcome;
 
 /**

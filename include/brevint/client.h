@@ -21,7 +21,6 @@
 #include "brevint/client/FolderWalk.h"
 #include "brevint/client/Item.h"
 #include "brevint/client/StopToken.h"
-#include "brevint/client/TemporaryFolder.h"
 #include "brevint/client/Transfer.h"
 #include "brevint/client/TransferGroup.h"
 
@@ -29,8 +28,6 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -182,6 +179,26 @@ public:
         return detail::Text(NewCall(options).Ask<char>(brevint_ask_path, item).get());
     }
 
+    /// The content of a small file. One of more bytes than the maximum fails with Failure::Refused.
+    ///
+    ///     const std::string notes = client.Read({brevint::kProjects, "Bridge/Notes.txt"}, 65536);
+    [[nodiscard]] std::string Read(const ItemRef& file, std::size_t maximum,
+                                   const CallOptions& options = {}) const {
+        detail::Call call = NewCall(options);
+        const std::optional<ItemRef> found = call.Resolve(file);
+        char* bytes = nullptr;
+        std::size_t count = 0;
+        const brevint_call how = call.How();
+        if (!found || !call.Plain([&](brevint_error** error) {
+                return brevint_read(Handle(), detail::Terminated(found->Id()), maximum, &how,
+                                    &bytes, &count, error);
+            })) {
+            return {};
+        }
+        const detail::Owned<char> owned(bytes);
+        return {bytes, count};
+    }
+
     /// Makes a folder in a folder. Returns its identifier.
     std::string CreateFolder(const ItemRef& parent, const std::string& name,
                              const CallOptions& options = {}) {
@@ -257,28 +274,6 @@ public:
         return Send(content, file, &brevint_upload::file_id, std::move(how), options);
     }
 
-    /// The content of a small file, by a download of its own that waits for no other. A file of
-    /// more bytes than the maximum fails with Failure::Refused.
-    ///
-    ///     const std::string notes = client.Read({brevint::kProjects, "Bridge/Notes.txt"}, 1 <<
-    ///     20);
-    [[nodiscard]] std::string Read(const ItemRef& file, std::uint64_t maximum,
-                                   const CallOptions& options = {}) const {
-        detail::Call call = NewCall(options);
-        const std::optional<ItemRef> found = call.Resolve(file);
-        if (!found) {
-            return {};
-        }
-        try {
-            std::string content = Fetch(*found, maximum, options.stop, call.TimeLeft());
-            call.Conclude({});
-            return content;
-        } catch (const Exception& failed) {
-            call.Conclude(failed.GetError());
-            return {};
-        }
-    }
-
     /// Begins to move what a folder of the service holds into a local folder, which is made. First
     /// all of it is planned. What cannot be moved is refused and keeps no other file from moving.
     [[nodiscard]] TransferGroup DownloadFolder(const ItemRef& folder,
@@ -307,8 +302,6 @@ private:
         std::mutex mutex;                   ///< Guards the queue.
         detail::Owned<brevint_queue> queue; ///< Made for the first transfer.
     };
-
-    explicit Client(std::unique_ptr<State> state) : m_state(std::move(state)) {}
 
     State& TheState() const {
         return m_state ? *m_state : throw std::logic_error("brevint: there is no client");
@@ -370,42 +363,6 @@ private:
     }
 
     /// Downloads a file to a temporary one and reads that. Throws whatever goes wrong.
-    std::string Fetch(const ItemRef& file, std::uint64_t maximum, const StopToken& stop,
-                      std::chrono::milliseconds limit) const {
-        const auto require = [&](std::uint64_t size) {
-            if (size > maximum) {
-                throw Exception(
-                    {.failure = Failure::Refused,
-                     .text = "The file has more than " + std::to_string(maximum) + " bytes."});
-            }
-        };
-        require(file.Size().value_or(0));
-        const detail::TemporaryFolder folder;
-        const std::filesystem::path path = folder.Path() / "content";
-        Client fetcher(std::make_unique<State>(TheState().client, ClientSettings()));
-        const auto onChange = [&](const Progress& now) {
-            require((std::max)(now.bytesDone, now.bytesTotal.value_or(0)));
-        };
-        const Transfer transfer = fetcher.Download(file, path, {.onChange = onChange});
-        if (const Outcome outcome = transfer.Wait(stop, limit); !outcome) {
-            throw Exception(WhyUnfinished(outcome, stop));
-        }
-        std::ifstream stream(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
-
-    static Error WhyUnfinished(const Outcome& outcome, const StopToken& stop) {
-        if (IsFinal(outcome.state)) {
-            return outcome.error;
-        }
-        if (outcome.state == TransferState::NeedsSignIn) {
-            return {.failure = Failure::NotSignedIn, .text = "There is no session."};
-        }
-        return stop.stop_requested()
-                   ? Error{.failure = Failure::Cancelled, .text = "It was cancelled."}
-                   : Error{.failure = Failure::TimedOut, .text = "The time limit was over."};
-    }
-
     template <class Start>
     TransferGroup Move(const ItemRef& folder, const std::filesystem::path& local, Start start,
                        FolderOptions how, const CallOptions& options) {

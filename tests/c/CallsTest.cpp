@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <memory>
 #include <random>
 #include <string>
@@ -210,13 +209,7 @@ TEST(Stopped, CallsReturnWhileTheServerIsSilent) {
         brevint_call options;
         brevint_call_init(&options);
         options.cancellation = cancellation.get();
-        std::atomic<bool> begun = false;
-        std::thread canceller([&] {
-            begun.wait(false);
-            brevint_cancellation_cancel(cancellation.get());
-        });
-        begun = true;
-        begun.notify_one();
+        std::thread canceller([&] { brevint_cancellation_cancel(cancellation.get()); });
         EXPECT_EQ(FailureOf(call, client.get(), &options), BREVINT_FAILURE_CANCELLED);
         canceller.join();
     }

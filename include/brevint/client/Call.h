@@ -47,6 +47,14 @@ public:
                           std::chrono::milliseconds(1));
     }
 
+    /// As the library takes it.
+    brevint_call How() const {
+        brevint_call how = Initial(brevint_call_init);
+        how.cancellation = m_cancellation.get();
+        how.milliseconds = static_cast<std::uint32_t>(TimeLeft().count());
+        return how;
+    }
+
     /// Stores or throws what came of the call. Returns whether it succeeded.
     bool Conclude(Error error) {
         const bool succeeded = !error;
@@ -113,13 +121,6 @@ private:
         brevint_cancellation* cancellation;
         void operator()() const noexcept { brevint_cancellation_cancel(cancellation); }
     };
-
-    brevint_call How() const {
-        brevint_call how = Initial(brevint_call_init);
-        how.cancellation = m_cancellation.get();
-        how.milliseconds = static_cast<std::uint32_t>(TimeLeft().count());
-        return how;
-    }
 
     static brevint_cancellation* NewCancellation() {
         brevint_cancellation* made = brevint_cancellation_new();

@@ -16,8 +16,8 @@ namespace brevint {
 
 /// Identifiers of the folders that hold all others. A service may have others than these, which are
 /// the reference service's.
-inline constexpr const char* kProjects = "00000000-0000-0000-0000-000000000001";  ///< "/Projects".
-inline constexpr const char* kTemplates = "00000000-0000-0000-0000-000000000002"; ///< "/Templates".
+inline constexpr const char* kProjects = BREVINT_PROJECTS;   ///< "/Projects".
+inline constexpr const char* kTemplates = BREVINT_TEMPLATES; ///< "/Templates".
 
 /// What an item is.
 enum class ItemKind : std::int32_t {
