@@ -56,7 +56,7 @@ public:
     }
 
     /// Stores or throws what came of the call. Returns whether it succeeded.
-    bool Conclude(Error error) {
+    bool Conclude(Error error) const {
         const bool succeeded = !error;
         if (m_options.error) {
             *m_options.error = std::move(error);

@@ -100,9 +100,8 @@ private:
     };
 
     void Enter(detail::Call& call, const std::string& folderId, std::string prefix) {
-        const bool isInside =
-            std::any_of(m_levels.begin(), m_levels.end(),
-                        [&](const Level& level) { return level.folderId == folderId; });
+        const bool isInside = std::ranges::any_of(
+            m_levels, [&](const Level& level) { return level.folderId == folderId; });
         if (isInside) {
             call.Conclude({.failure = Failure::NotTheService,
                            .text = "The folder \"" + prefix + "\" contains itself."});
