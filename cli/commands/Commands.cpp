@@ -6,6 +6,7 @@
 namespace brevint::cli {
 
 // Each stands in one of the sources in this folder.
+ExitCode RunCat(Context& context);
 ExitCode RunCheckIn(Context& context);
 ExitCode RunCheckOut(Context& context);
 ExitCode RunGet(Context& context);
@@ -30,11 +31,13 @@ constexpr Value kFolder = {Value::Kind::Folder, "FOLDER"};
 constexpr Value kItem = {Value::Kind::Any, "ITEM"};
 constexpr Value kName = {Value::Kind::Any, "NAME"};
 constexpr Value kUrl = {Value::Kind::Any, "URL"};
-constexpr Value kIdentifier = {Value::Kind::Any, "ID"};
+constexpr Value kRoot = {Value::Kind::Any, "NAME=ID"};
+constexpr Value kNumber = {Value::Kind::Any, "N"};
 constexpr Value kSeconds = {Value::Kind::Any, "SECONDS"};
 constexpr Value kType = {Value::Kind::Any, "TYPE"};
 constexpr Value kJobId = {Value::Kind::Any, "JOB"};
 constexpr Value kSender = {Value::Kind::Choice, "COMMAND", "put replace"};
+constexpr Value kOrder = {Value::Kind::Choice, "KEY", "name size modified none"};
 
 constexpr bool kRequired = true;
 constexpr bool kOptional = false;
@@ -43,9 +46,10 @@ constexpr OptionRow kProgramOptions[] = {
     {"-h,--help", kFlag, ShowsHelp(), "Print a help text and exit"},
     {"--version", kFlag, ShowsVersion(), "Print the version and exit"},
     {"--url", kUrl, &Options::url, "Address of the service; the one signed in to unless given"},
-    {"--root", kIdentifier, &Options::root, "Identifier of the folder that paths begin with"},
+    {"--root", kRoot, &Options::roots,
+     "A folder that holds all others, besides /Projects and /Templates; sign-in keeps it"},
     {"--timeout", kSeconds, &Options::timeoutSeconds,
-     "Longest time to wait for a call, a transfer or a job, in seconds"},
+     "Longest time for a call, and for a transfer or job without progress, in seconds"},
     {"--json", kFlag, &Options::json, "Print one JSON document instead of text"},
     {"--insecure-http", kFlag, &Options::insecureHttp,
      "Allow http:// to other machines: password and content travel unencrypted"},
@@ -62,38 +66,80 @@ constexpr OptionRow kTemplates[] = {
 };
 
 constexpr OptionRow kList[] = {
-    {"item", kItem, &Options::item, "Folder, by identifier or path; the root folder if left out"},
+    {"items", kItem, &Options::items, "Folders and files; the roots if left out"},
     {"-l", kFlag, &Options::allFields, "Show all that is known about each item"},
+    {"-R,--recursive", kFlag, &Options::recursive, "List the folders below, too"},
+    {"--sort", kOrder, &Options::sort, "What to sort by; \"none\" is the order of the service"},
+    {"--reverse", kFlag, &Options::reverse, "Sort the other way round"},
 };
 
 constexpr OptionRow kItems[] = {
-    {"items", kItem, &Options::items, "Files and folders, by identifier or path", kRequired},
+    {"items", kItem, &Options::items, "Files and folders", kRequired},
 };
 
 constexpr OptionRow kFiles[] = {
-    {"items", kItem, &Options::items, "Files, by identifier or path", kRequired},
+    {"items", kItem, &Options::items, "Files", kRequired},
 };
 
+constexpr OptionRow kRemove[] = {
+    kItems[0],
+    {"-r,--recursive", kFlag, &Options::recursive, "Delete folders, with all that they hold"},
+    {"-f,--force", kFlag, &Options::force, "Do not ask"},
+};
+
+// What all commands take that move files.
+constexpr OptionRow kQuiet = {"-q,--quiet", kFlag, &Options::quiet, "Show no progress"};
+constexpr OptionRow kEvents = {"--events", kFlag, &Options::events,
+                               "Tell all that happens on standard error, one JSON document a line"};
+constexpr OptionRow kConcurrent = {"-j,--jobs", kNumber, &Options::concurrent,
+                                   "How many files move at a time"};
+constexpr OptionRow kUpdate = {
+    "--update", kFlag, &Options::update,
+    "Leave out files that are there with the same size and are not older; replace the others"};
+constexpr OptionRow kOverwrite = {"--overwrite", kFlag, &Options::overwrite,
+                                  "Replace files that are there"};
+constexpr OptionRow kPlanOnly = {"-n,--dry-run", kFlag, &Options::planOnly,
+                                 "Only say what would be done"};
+
 constexpr OptionRow kGet[] = {
-    kFiles[0],
+    kItems[0],
     {"-o,--output", kFile, &Options::output,
      "File to write, for one item only; \"-\" is standard output"},
     {"-d,--directory", kFolder, &Options::directory,
      "Folder to write to; the files are called as on the service", kOptional, "--output"},
+    {"-r,--recursive", kFlag, &Options::recursive, "Download folders, with all that they hold"},
+    kUpdate,
+    kOverwrite,
+    {"--keep-times", kFlag, &Options::keepTimes, "Give files the times of the service's"},
+    kPlanOnly,
+    kConcurrent,
+    kQuiet,
+    kEvents,
 };
 
+constexpr OptionRow kCat[] = {kFiles[0], kQuiet, kEvents};
+
 constexpr OptionRow kPut[] = {
-    {"files", kFile, &Options::files, "Local files", kRequired},
-    {"-t,--to", kItem, &Options::folder, "Folder to put them in, by identifier or path", kRequired},
+    {"files", kFile, &Options::files, "Local files and folders", kRequired},
+    {"-t,--to", kItem, &Options::folder, "Folder to put them in", kRequired},
+    {"-r,--recursive", kFlag, &Options::recursive, "Send folders, with all that they hold"},
+    kUpdate,
+    kOverwrite,
+    kPlanOnly,
     {"--no-wait", kFlag, &Options::noWait,
-     "Do not wait until the service has processed them: print the jobs instead"},
+     "Do not wait until the service has processed files: print the jobs instead"},
+    kConcurrent,
+    kQuiet,
+    kEvents,
 };
 
 constexpr OptionRow kReplace[] = {
-    {"item", kItem, &Options::item, "File to replace, by identifier or path", kRequired},
+    {"item", kItem, &Options::item, "File to replace", kRequired},
     {"file", kFile, &Options::file, "Local file with the new content", kRequired},
     {"--no-wait", kFlag, &Options::noWait,
      "Do not wait until the service has processed it: print the job instead"},
+    kQuiet,
+    kEvents,
 };
 
 constexpr OptionRow kJob[] = {
@@ -103,12 +149,19 @@ constexpr OptionRow kJob[] = {
 };
 
 constexpr OptionRow kMakeDirectory[] = {
-    {"parent", kItem, &Options::folder, "Folder to make it in, by identifier or path", kRequired},
+    {"parent", kItem, &Options::folder, "Folder to make it in", kRequired},
     {"name", kName, &Options::name, "Name of the new folder", kRequired},
 };
 
-constexpr char kSendingDocument[] =
-    "`results`: array of `item`, `ok`, `jobId`, `finished`, and `id` of the item once finished";
+constexpr char kGetDocument[] =
+    "`results`: array of `item`, `ok`, `action` (move or skip), `id`, `file`, `size`; of a folder "
+    "also `entries`: array of `path`, `action` (move, skip, make-folder or refuse), `ok`, `size`";
+constexpr char kPutDocument[] =
+    "`results`: array of `item`, `ok`, `action` (move or skip), `jobId`, `finished`, and `id` of "
+    "the item once finished; of a folder `entries` as of `get`: array of `path`, `action`, `ok`, "
+    "`size`";
+constexpr char kReplaceDocument[] = "`results`: array of `item`, `ok`, `action`, `jobId`, "
+                                    "`finished`, and `id` of the item once finished";
 constexpr char kChangeDocument[] = "`results`: array of `item`, `ok`, `id`";
 
 constexpr CommandRow kCommands[] = {
@@ -132,27 +185,37 @@ constexpr CommandRow kCommands[] = {
      "`templates`: array of `id`, `key`, `name`, `category`, `description`, `created`, "
      "`createdBy`",
      "brevint templates Reports\n", RunTemplates},
-    {"ls", "List a folder", "", kList,
-     "`folderId`, `items`: array of `id`, `parentId`, `ownerId`, `name`, `description`, "
-     "`created`, `modified`, `size` (number of bytes, or null), `locked`, `lockedBy`, `public`, "
-     "`type`, `typeDescription`",
-     "brevint ls\nbrevint ls -l /Projects/2026\n", RunList},
+    {"ls", "List folders and files",
+     "The last name of a path may be a pattern: \"*\" stands for any characters, \"?\" for one.\n",
+     kList,
+     "`folders`: array of `path`, `folderId`, `items`: array of `id`, `parentId`, `ownerId`, "
+     "`name`, `description`, `created`, `modified`, `size` (number of bytes, or null), `locked`, "
+     "`lockedBy`, `public`, `kind` (folder, file or other), `type`",
+     "brevint ls\nbrevint ls -l /Projects/2026\nbrevint ls --sort size '/Projects/2026/*.pdf'\n",
+     RunList},
     {"path", "Show the paths of items", "", kItems,
      "`results`: array of `item`, `ok`, `id`, `path`",
      "brevint path 7d0c3d4e-2f6b-4c43-9a0e-5a1c6f0b2e11\n", RunPath},
-    {"get", "Download files",
-     "A file that is there already is replaced, but only once the download is complete.\n", kGet,
-     "`results`: array of `item`, `ok`, `id`, `file`, `size`",
+    {"get", "Download files and folders",
+     "A file that is there already is replaced only if -o names it, or with --overwrite or\n"
+     "--update, and only once the download is complete. One that broke off goes on where it\n"
+     "stopped.\n",
+     kGet, kGetDocument,
      "brevint get /Projects/2026/Plan.xlsx\n"
      "brevint get /Projects/2026/Plan.xlsx -o Old.xlsx\n"
-     "brevint get /Projects/Notes.txt -o - | less\n"
-     "brevint get /Projects/Notes.txt /Projects/Map.png -d Downloads\n",
+     "brevint get '/Projects/2026/*.pdf' -d Downloads\n"
+     "brevint get -r --update /Projects/2026\n",
      RunGet},
-    {"put", "Send new files into a folder", "", kPut, kSendingDocument,
+    {"cat", "Write files to standard output", "", kCat, "nothing: it cannot be combined",
+     "brevint cat /Projects/Notes.txt | less\n", RunCat},
+    {"put", "Send files and folders into a folder",
+     "A file that is there already is replaced only with --overwrite or --update.\n", kPut,
+     kPutDocument,
      "brevint put Plan.xlsx Map.png --to /Projects/2026\n"
+     "brevint put -r --update Drawings --to /Projects/2026\n"
      "brevint put Plan.xlsx --to /Projects/2026 --no-wait\n",
      RunPut},
-    {"replace", "Send a new version of a file", "", kReplace, kSendingDocument,
+    {"replace", "Send a new version of a file", "", kReplace, kReplaceDocument,
      "brevint replace /Projects/2026/Plan.xlsx Plan.xlsx\n", RunReplace},
     {"job", "Show how far the processing of a sent file is", "", kJob,
      "`jobId`, `finished`, and `id` of the item once finished",
@@ -165,8 +228,9 @@ constexpr CommandRow kCommands[] = {
      "brevint checkin /Projects/2026/Plan.xlsx\n", RunCheckIn},
     {"mkdir", "Make a folder", "", kMakeDirectory, "`id`, `parentId`, `name`",
      "brevint mkdir /Projects 2026\n", RunMakeDirectory},
-    {"rm", "Delete items, folders with all that they hold", "", kItems, kChangeDocument,
-     "brevint rm /Projects/2026 /Projects/Notes.txt\n", RunRemove},
+    {"rm", "Delete items", "On a terminal it asks before each.\n", kRemove,
+     "`results`: array of `item`, `ok`, `id`, `deleted`",
+     "brevint rm /Projects/Notes.txt\nbrevint rm -r /Projects/2026\n", RunRemove},
 };
 
 std::vector<std::string> Split(const char* text, char separator) {

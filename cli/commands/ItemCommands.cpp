@@ -1,46 +1,75 @@
 // The commands that do one and the same thing with each of the items named.
 
-#include "brevint/CheckInOutResponse.h"
-#include "brevint/DeleteResponse.h"
-#include "brevint/IRepositoryProxy.h"
+#include "cli/output/Failure.h"
 #include "cli/run/Outcomes.h"
-#include "support/Utf8.h"
+#include "cli/terminal/SafeText.h"
+#include "cli/terminal/Terminal.h"
 
 namespace brevint::cli {
 
 namespace {
 
-/// A call that changes each item, told in the past: "Deleted", "deleted".
-template <auto Operation>
-ExitCode ChangeItems(Context& context, const std::string& done, const std::string& undone) {
-    return ForEachItem(context, context.Settings().items, [&](const std::string& item) {
-        const std::wstring id = context.Items().Id(item);
-        context.TheService().Call(item + " cannot be " + undone + ".", [id](Service& service) {
-            return (service.Repository().get()->*Operation)(service.Url(), id);
-        });
-        return Outcome{done + " " + item, {{"id", Utf8::ToNarrow(id)}}};
+/// A call that changes each item, told in the past: "Checked in", "checked in".
+ExitCode ChangeItems(Context& context, bool (Client::*change)(const ItemRef&, const CallOptions&),
+                     const std::string& done, const std::string& undone) {
+    return ForEachItem(context, context.Settings().items, [&](const NamedItem& named) {
+        Attempt(named.text + " cannot be " + undone + ".",
+                [&] { return (context.TheClient().*change)(named.item, context.Limits()); });
+        return ItemOutcome{done + " " + named.text, {{"id", named.item.id}}};
     });
+}
+
+/// Whether that is to be deleted: a folder only with -r, and on a terminal only what is agreed to.
+bool MayDelete(Context& context, const NamedItem& named) {
+    const Options& options = context.Settings();
+    const Item item = named.item.kind == ItemKind::Other && !options.recursive
+                          ? context.TheItems().Describe(named.item.id)
+                          : named.item;
+    const bool isFolder = item.kind == ItemKind::Folder;
+    if (isFolder && !options.recursive) {
+        throw Failure(ExitCode::Usage, named.text + " is a folder.",
+                      "Delete it with all that it holds with rm -r.");
+    }
+    if (options.force || !Terminal::IsTerminal(Terminal::Stream::Input)) {
+        return true;
+    }
+    const std::string question =
+        "Delete " + named.text + (isFolder ? " with all that it holds? [y/N] " : "? [y/N] ");
+    const std::optional<std::string> answer =
+        Terminal::ReadLine(Neutralise(question), Terminal::Echo::Shown, context.Stop());
+    if (!answer) {
+        throw Failure(ExitCode::Interrupted, named.text + " is not deleted.");
+    }
+    return *answer == "y" || *answer == "yes";
 }
 
 } // namespace
 
 ExitCode RunCheckIn(Context& context) {
-    return ChangeItems<&IRepositoryProxy::CheckIn>(context, "Checked in", "checked in");
+    return ChangeItems(context, &Client::CheckIn, "Checked in", "checked in");
 }
 
 ExitCode RunCheckOut(Context& context) {
-    return ChangeItems<&IRepositoryProxy::CheckOut>(context, "Checked out", "checked out");
+    return ChangeItems(context, &Client::CheckOut, "Checked out", "checked out");
 }
 
 ExitCode RunRemove(Context& context) {
-    return ChangeItems<&IRepositoryProxy::Delete>(context, "Deleted", "deleted");
+    return ForEachItem(context, context.Settings().items, [&](const NamedItem& named) {
+        if (!MayDelete(context, named)) {
+            return ItemOutcome{"Kept " + named.text, {{"id", named.item.id}, {"deleted", false}}};
+        }
+        Attempt(named.text + " cannot be deleted.",
+                [&] { return context.TheClient().Delete(named.item, context.Limits()); });
+        return ItemOutcome{"Deleted " + named.text, {{"id", named.item.id}, {"deleted", true}}};
+    });
 }
 
 ExitCode RunPath(Context& context) {
-    return ForEachItem(context, context.Settings().items, [&](const std::string& item) {
-        const std::wstring id = context.Items().Id(item);
-        const std::string path = AskPath(context.TheService(), id, item);
-        return Outcome{path, {{"id", Utf8::ToNarrow(id)}, {"path", path}}};
+    return ForEachItem(context, context.Settings().items, [&](const NamedItem& named) {
+        const std::string path = Attempt("The path of " + named.text + " cannot be told.", [&] {
+            return context.TheClient().PathOf(named.item, context.Limits());
+        });
+        return ItemOutcome{path, {{"id", named.item.id}, {"path", path}}};
     });
 }
 

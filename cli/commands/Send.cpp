@@ -1,39 +1,287 @@
 // The commands that send files, and the one that asks what became of them.
 
-#include "cli/transfer/Jobs.h"
+#include "cli/output/Paths.h"
+#include "cli/transfer/Places.h"
+#include "cli/transfer/Reports.h"
+#include "cli/transfer/Runner.h"
+#include "support/LocalName.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <condition_variable>
+#include <fstream>
+#include <map>
+#include <mutex>
+#include <vector>
 
 namespace brevint::cli {
 
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+/// A file or folder to be sent.
+struct Upload {
+    std::string text;       ///< As the command line calls it.
+    std::string place;      ///< Its path at the service.
+    std::size_t number = 0; ///< Of its outcome.
+    fs::path path;
+    std::string targetId; ///< Of the folder that it goes to, or of the file that it replaces.
+    bool isReplacement = false;
+};
+
+/// Throws a Failure unless that is a file that can be read, and has content, which the service
+/// insists on.
+void RequireSendable(const std::string& text, const fs::path& path) {
+    std::error_code reason;
+    const fs::file_status status = fs::status(path, reason);
+    if (fs::exists(status) && !fs::is_regular_file(status)) {
+        throw Failure(ExitCode::LocalFile, "\"" + text + "\" is neither a file nor a folder.");
+    }
+    if (!std::ifstream(path, std::ios::binary)) {
+        throw LocalFailure("\"" + text + "\" cannot be read",
+                           std::error_code(errno, std::generic_category()));
+    }
+    if (fs::file_size(path) == 0) {
+        throw Failure(ExitCode::LocalFile,
+                      "\"" + text + "\" is empty. The service takes no empty files.");
+    }
+}
+
+void BeginFile(Context& context, Runner& runner, const Upload& file) {
+    const bool endsWhenSent = context.Settings().noWait;
+    runner.Begin(
+        {.number = file.number,
+         .name = file.text,
+         .summary = file.text + " cannot be sent to " + file.place + ".",
+         .begin = [&context, file](Board::Listener listener) -> Moving {
+             Client& client = context.TheClient();
+             return file.isReplacement
+                        ? client.Replace(file.targetId, file.path, {.onChange = listener})
+                        : client.Upload(file.path, file.targetId, {.onChange = listener});
+         },
+         .conclude =
+             [file, endsWhenSent](const Moving&, const Outcome& sent, ItemOutcome& result) {
+                 result.document["action"] = "move";
+                 TellJob(sent, file.isReplacement, result);
+                 result.line = endsWhenSent ? sent.jobId : sent.itemId + "  " + file.text;
+             },
+         .endsWhenSent = endsWhenSent});
+}
+
+void BeginFolder(Context& context, Runner& runner, const Upload& folder) {
+    runner.Begin(
+        {.number = folder.number,
+         .name = folder.text,
+         .summary = folder.text + " cannot be sent to " + folder.place + ".",
+         .begin = [&context, folder](Board::Listener listener) -> Moving {
+             return context.TheClient().UploadFolder(folder.path, folder.targetId,
+                                                     {.onChange = listener,
+                                                      .existing = ExistingOf(context.Settings()),
+                                                      .planOnly = context.Settings().planOnly},
+                                                     context.Limits());
+         },
+         .onPlanned =
+             [&context, folder](const TransferGroup& group) {
+                 TellRefused(context, folder.place, group);
+                 for (std::size_t i = 0; i < group.GetProgress().entryCount; ++i) {
+                     const GroupEntry entry = group.GetEntry(i);
+                     if (entry.action == EntryAction::Transfer) {
+                         WarnOfEnding(context, folder.place + "/" + entry.path);
+                     }
+                 }
+             },
+         .conclude =
+             [&context, folder](const Moving& moving, const Outcome&, ItemOutcome& result) {
+                 result.document["id"] = folder.targetId;
+                 TellFolder(context, folder.place, std::get<TransferGroup>(moving), result);
+             }});
+}
+
+/// What one put is about to do, decided before anything moves.
+class Plan {
+public:
+    Plan(Context& context, Outcomes& outcomes, NamedItem folder)
+        : m_context(context), m_outcomes(outcomes), m_folder(std::move(folder)) {
+        const Listing listing = Attempt("The folder " + m_folder.text + " cannot be listed.", [&] {
+            return context.TheClient().List(m_folder.item, context.Limits());
+        });
+        for (const Item& item : listing) {
+            m_there.emplace(NameKey(item.name), item);
+        }
+    }
+
+    void Add(const std::string& text) {
+        const std::size_t number = m_outcomes.Add(text);
+        m_outcomes.Settle(number, [&] { return Judge(text, number); });
+    }
+
+    void CarryOut() {
+        Runner runner(m_context, m_outcomes);
+        for (const Upload& file : m_files) {
+            BeginFile(m_context, runner, file);
+        }
+        for (Upload& folder : m_folders) {
+            try {
+                MakeFolder(folder);
+                BeginFolder(m_context, runner, folder);
+            } catch (...) {
+                m_outcomes.Settle(folder.number, ItemOutcome{.failure = CurrentFailure()});
+            }
+        }
+        runner.Finish();
+    }
+
+private:
+    /// What is known of it before it moves, if it does.
+    ItemOutcome Judge(const std::string& text, std::size_t number) {
+        const Options& options = m_context.Settings();
+        const fs::path path = ToPath(text);
+        const fs::path name = fs::absolute(path).lexically_normal();
+        const std::string shown =
+            PathToUtf8(name.has_filename() ? name.filename() : name.parent_path().filename());
+        Upload upload{text, m_folder.text + (m_folder.text.ends_with('/') ? "" : "/") + shown,
+                      number, path, m_folder.item.id};
+        const bool isFolder = fs::is_directory(path);
+        if (isFolder && !options.recursive) {
+            throw Failure(ExitCode::Usage, "\"" + text + "\" is a folder.",
+                          "Send it with all that it holds with put -r.");
+        }
+        if (!isFolder) {
+            RequireSendable(text, path);
+        }
+        m_taken.Take(upload.place);
+        const auto there = m_there.find(NameKey(shown));
+        const bool isThere = there != m_there.end();
+        if (isThere && (there->second.kind == ItemKind::Folder) != isFolder) {
+            throw Failure(ExitCode::Refused, upload.place + " is there, and is something else.");
+        }
+        if (isFolder) {
+            upload.targetId = isThere ? there->second.id : "";
+            return JudgeFolder(std::move(upload));
+        }
+        const Version local = LocalVersion(path);
+        if (isThere) {
+            if (JudgeExisting(options, upload.place, local, VersionOf(there->second)) ==
+                Step::Skip) {
+                return UpToDate(upload.place);
+            }
+            upload.targetId = there->second.id;
+            upload.isReplacement = true;
+        }
+        WarnOfEnding(m_context, upload.place);
+        if (options.planOnly) {
+            return WouldWrite(upload.place, local.size);
+        }
+        m_files.push_back(std::move(upload));
+        return {};
+    }
+
+    ItemOutcome JudgeFolder(Upload folder) {
+        // What would be in a folder that is not there yet the library cannot plan.
+        if (m_context.Settings().planOnly && folder.targetId.empty()) {
+            return {.line =
+                        folder.place + "  would be made, with all that " + folder.text + " holds",
+                    .document = {{"action", "make-folder"}}};
+        }
+        m_folders.push_back(std::move(folder));
+        return {};
+    }
+
+    void MakeFolder(Upload& folder) {
+        if (folder.targetId.empty()) {
+            folder.targetId = Attempt(folder.place + " cannot be made.", [&] {
+                return m_context.TheClient().CreateFolder(
+                    m_folder.item, folder.place.substr(folder.place.rfind('/') + 1),
+                    m_context.Limits());
+            });
+        }
+    }
+
+    Context& m_context;
+    Outcomes& m_outcomes;
+    const NamedItem m_folder;
+    std::map<std::string, Item> m_there; ///< What the folder holds, by the keys of the names.
+    TakenNames m_taken;
+    std::vector<Upload> m_files;
+    std::vector<Upload> m_folders;
+};
+
+/// Waits. False when the token was stopped before the time was over.
+bool Pause(const StopToken& stop, std::chrono::milliseconds time) {
+    std::mutex mutex;
+    std::condition_variable changed;
+    const auto wake = [&] {
+        const std::scoped_lock lock(mutex);
+        changed.notify_all();
+    };
+    const StopCallback<decltype(wake)> onStop(stop, wake);
+    std::unique_lock lock(mutex);
+    return !changed.wait_for(lock, time, [&] { return stop.stop_requested(); });
+}
+
+} // namespace
+
 ExitCode RunPut(Context& context) {
     const Options& options = context.Settings();
-    const std::wstring folderId = context.Items().Id(options.folder);
-    return ForEachItem(context, options.files, [&](const std::string& file) {
-        return SendFile(context, JobKind::Upload, folderId, file, !options.noWait,
-                        file + " cannot be put into " + options.folder + ".");
-    });
+    const NamedItem folder = context.TheItems().Find(options.folder);
+    if (folder.item.kind == ItemKind::File) {
+        throw Failure(ExitCode::Usage, folder.text + " is a file.",
+                      "Give it new content with brevint replace.");
+    }
+    Outcomes outcomes(context);
+    Plan plan(context, outcomes, folder);
+    for (const std::string& file : options.files) {
+        plan.Add(file);
+    }
+    plan.CarryOut();
+    return outcomes.End();
 }
 
 ExitCode RunReplace(Context& context) {
     const Options& options = context.Settings();
-    return ForEachItem(context, {options.item}, [&](const std::string& item) {
-        return SendFile(context, JobKind::Overwrite, context.Items().Id(item), options.file,
-                        !options.noWait, item + " cannot be replaced by " + options.file + ".");
+    Outcomes outcomes(context);
+    const std::size_t number = outcomes.Add(options.item);
+    outcomes.Settle(number, [&]() -> ItemOutcome {
+        const fs::path path = ToPath(options.file);
+        RequireSendable(options.file, path);
+        const NamedItem named = context.TheItems().Find(options.item);
+        Runner runner(context, outcomes);
+        BeginFile(context, runner, {options.file, named.text, number, path, named.item.id, true});
+        runner.Finish();
+        return {};
     });
+    return outcomes.End();
 }
 
 ExitCode RunJob(Context& context) {
     const Options& options = context.Settings();
-    const std::wstring jobId = CheckIdentifier(options.job);
-    const JobKind kind = options.jobOf == "put" ? JobKind::Upload : JobKind::Overwrite;
-    const std::string summary = "The job " + options.job + " has failed, or cannot be asked for.";
-    const std::optional<std::string> itemId =
-        options.wait ? AwaitJob(context, kind, jobId, "job " + options.job, summary)
-                     : PollJob(context, kind, jobId, summary);
-    nlohmann::json document = {{"jobId", options.job}, {"finished", itemId.has_value()}};
-    if (itemId) {
-        document["id"] = *itemId;
+    const JobKind kind = options.jobOf == "put" ? JobKind::Upload : JobKind::Replacement;
+    const auto end =
+        std::chrono::steady_clock::now() + std::chrono::seconds(options.timeoutSeconds);
+    const auto ask = [&] {
+        return Attempt("The job " + options.job + " has failed, or cannot be asked for.", [&] {
+            return context.TheClient().AskJob(options.job, kind, context.Limits());
+        });
+    };
+    Job job = ask();
+    for (auto pause = 100ms; options.wait && !job.isFinished; pause = std::min(2 * pause, 5000ms)) {
+        if (std::chrono::steady_clock::now() + pause > end) {
+            throw Failure(ExitCode::TimedOut, "The job " + options.job + " goes on.",
+                          "Allow more time with --timeout.");
+        }
+        if (!Pause(context.Stop(), pause)) {
+            throw Failure(ExitCode::Interrupted, "The job " + options.job + " goes on.");
+        }
+        job = ask();
     }
-    context.Out().Line(itemId ? "finished  " + *itemId : "not finished yet");
+    nlohmann::json document = {{"jobId", options.job}, {"finished", job.isFinished}};
+    if (job.isFinished) {
+        document["id"] = job.itemId;
+    }
+    context.Out().Line(job.isFinished ? "finished  " + job.itemId : "not finished yet");
     context.Out().Document(document);
     return ExitCode::Success;
 }

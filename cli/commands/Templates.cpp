@@ -1,10 +1,5 @@
-#include "base/Hex.h"
-#include "brevint/ITemplateProxy.h"
-#include "brevint/TemplateInfo.h"
-#include "brevint/TemplateResponse.h"
 #include "cli/output/Table.h"
 #include "cli/run/Context.h"
-#include "support/Utf8.h"
 
 #include <nlohmann/json.hpp>
 
@@ -12,28 +7,21 @@ namespace brevint::cli {
 
 ExitCode RunTemplates(Context& context) {
     const std::string& type = context.Settings().type;
-    const auto response = context.TheService().Call(
-        "The templates of the type \"" + type + "\" cannot be listed.",
-        // The library puts the type into the address as it is given.
-        [wide = Utf8::ToWide(base::PercentEncode(type))](Service& service) {
-            return service.Templates()->GetTemplates(service.Url().c_str(), wide.c_str());
-        });
     Table table({{"Category"}, {"Created"}, {"Created by"}, {"Name"}, {"Description"}});
     nlohmann::json documents = nlohmann::json::array();
-    for (const CTemplateInfo& info :
-         TakeRecords(*response, &CTemplateResponse::GetTemplateMetadata)) {
-        const auto text = [](const std::wstring& wide) {
-            return Utf8::ToNarrow(wide);
-        };
-        table.AddRow({text(info.GetCategory()), text(info.GetCreated()), text(info.GetCreatedBy()),
-                      text(info.GetName()), text(info.GetDescription())});
-        documents.push_back({{"id", text(info.GetId())},
-                             {"key", text(info.GetKey())},
-                             {"name", text(info.GetName())},
-                             {"category", text(info.GetCategory())},
-                             {"description", text(info.GetDescription())},
-                             {"created", text(info.GetCreated())},
-                             {"createdBy", text(info.GetCreatedBy())}});
+    const std::vector<Template> templates =
+        Attempt("The templates of the type \"" + type + "\" cannot be listed.",
+                [&] { return context.TheClient().GetTemplates(type, context.Limits()); });
+    for (const Template& record : templates) {
+        table.AddRow(
+            {record.category, record.created, record.createdBy, record.name, record.description});
+        documents.push_back({{"id", record.id},
+                             {"key", record.key},
+                             {"name", record.name},
+                             {"category", record.category},
+                             {"description", record.description},
+                             {"created", record.created},
+                             {"createdBy", record.createdBy}});
     }
     context.Out().Print(table);
     context.Out().Document({{"templates", std::move(documents)}});

@@ -1,28 +1,19 @@
-#include "brevint/VersionInfoResponse.h"
-#include "brevint/VersionProxy.h"
-#include "brevint/WebRequestFactory.h"
 #include "cli/run/Context.h"
-#include "support/Utf8.h"
 
 #include <nlohmann/json.hpp>
 
 namespace brevint::cli {
 
 ExitCode RunVersions(Context& context) {
-    const auto response = context.TheService().Call(
-        context.TheSession().url + " does not tell its version.", [](Service& service) {
-            WebRequestFactory factory;
-            return CVersionProxy(&factory).GetVersionInfo(service.Url().c_str());
-        });
-    const std::string version = Utf8::ToNarrow(response->GetSystemVersion());
-    std::vector<std::string> lines = {"Service: " + version};
-    nlohmann::json desktop = nlohmann::json::array();
-    for (const std::wstring& accepted : response->GetCompatableDesktopVersions()) {
-        desktop.push_back(Utf8::ToNarrow(accepted));
-        lines.push_back("Accepted desktop version: " + desktop.back().get<std::string>());
+    const Versions versions =
+        Attempt(context.TheSession().url + " does not tell its version.",
+                [&] { return context.TheClient().GetVersions(context.Limits()); });
+    std::vector<std::string> lines = {"Service: " + versions.service};
+    for (const std::string& accepted : versions.applications) {
+        lines.push_back("Accepted desktop version: " + accepted);
     }
     context.Out().Lines(lines);
-    context.Out().Document({{"service", version}, {"desktop", std::move(desktop)}});
+    context.Out().Document({{"service", versions.service}, {"desktop", versions.applications}});
     return ExitCode::Success;
 }
 

@@ -2,6 +2,8 @@
 
 #include "cli/output/ExitCode.h"
 
+#include <brevint/client/Error.h>
+
 #include <exception>
 #include <string>
 #include <system_error>
@@ -24,6 +26,20 @@ struct Failure : std::exception {
     int code = 0;                    ///< The library's error code; 0 when no call was made.
     std::string codeName;            ///< Its name in brevint/ErrorCodes.h.
 };
+
+/// What the library says of a call or transfer, as a Failure that begins with `summary`: "The
+/// folder cannot be listed."
+Failure FailureOf(const std::string& summary, const Error& error);
+
+/// What `work` returns. A failure of the library in it is thrown as FailureOf.
+template <class Function>
+auto Attempt(const std::string& summary, Function work) {
+    try {
+        return work();
+    } catch (const Exception& failed) {
+        throw FailureOf(summary, failed.GetError());
+    }
+}
 
 /// The exception that is being handled, as a Failure. One that no command expects is thrown on.
 Failure CurrentFailure();

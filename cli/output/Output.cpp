@@ -24,6 +24,23 @@ std::string Colour(Terminal::Stream stream, const char* number, const std::strin
                                         : text;
 }
 
+void WriteError(const std::string& text) {
+    try {
+        Terminal::Write(Terminal::Stream::Error, text);
+    } catch (const std::system_error&) {
+        return; // nobody is there to be told
+    }
+}
+
+// Blanks by which a level of JSON is indented.
+constexpr int kIndented = 2;
+constexpr int kOneLine = -1;
+
+std::string JsonText(const nlohmann::json& document, int indentation) {
+    return NeutraliseJson(
+        document.dump(indentation, ' ', false, nlohmann::json::error_handler_t::replace));
+}
+
 constexpr char kBold[] = "1";
 constexpr char kRed[] = "31";
 
@@ -51,13 +68,15 @@ void Output::Print(const Table& table) const {
 
 void Output::Document(const nlohmann::json& document) const {
     if (m_json) {
-        Write(
-            NeutraliseJson(document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace)) +
-            "\n");
+        Write(JsonText(document, kIndented) + "\n");
     }
 }
 
 void Output::Report(const Failure& failure) const {
+    if (m_events) {
+        Event({{"event", "failure"}, {"error", ToJson(failure)}});
+        return;
+    }
     std::string text = Colour(Terminal::Stream::Error, kRed, "brevint:") + " " +
                        Neutralise(failure.summary) + "\n";
     if (!failure.serverWords.empty()) {
@@ -70,10 +89,18 @@ void Output::Report(const Failure& failure) const {
     if (!failure.hint.empty()) {
         text += "  What to try: " + Neutralise(failure.hint) + "\n";
     }
-    try {
-        Terminal::Write(Terminal::Stream::Error, text);
-    } catch (const std::system_error&) {
-        return; // nobody is there to be told
+    WriteError(text);
+}
+
+void Output::Remark(const std::string& line) const {
+    if (!m_events) {
+        WriteError(Neutralise(line) + "\n");
+    }
+}
+
+void Output::Event(const nlohmann::json& event) const {
+    if (m_events) {
+        WriteError(JsonText(event, kOneLine) + "\n");
     }
 }
 

@@ -15,7 +15,8 @@ namespace brevint::cli {
 /// failures on standard error. Everything is made harmless for terminals here.
 class Output {
 public:
-    explicit Output(bool json) : m_json(json) {}
+    /// With `events` everything on standard error is JSON too, one document a line.
+    explicit Output(bool json, bool events = false) : m_json(json), m_events(events) {}
 
     bool IsJson() const { return m_json; }
 
@@ -33,8 +34,15 @@ public:
     /// the exit code tells of the failure too.
     void Report(const Failure& failure) const;
 
+    /// A line for people on standard error, where that takes no events. Throws nothing, likewise.
+    void Remark(const std::string& line) const;
+
+    /// A line for programs on standard error, where that takes events, likewise.
+    void Event(const nlohmann::json& event) const;
+
 private:
     bool m_json;
+    bool m_events;
 };
 
 /// The failure as it stands in documents.

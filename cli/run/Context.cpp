@@ -1,8 +1,12 @@
 #include "cli/run/Context.h"
 
 #include "cli/output/Failure.h"
-#include "cli/session/ServiceUrl.h"
+#include "cli/run/Password.h"
+#include "cli/run/Roots.h"
+#include "cli/terminal/Terminal.h"
 
+#include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace brevint::cli {
@@ -13,22 +17,24 @@ namespace {
 Session ChooseSession(const Options& options) {
     std::optional<Session> session = LoadSession();
     if (options.url.empty()) {
-        if (!session) {
+        if (!session || session->cookies.empty()) {
             throw Failure(ExitCode::NotAuthorised, "You are not signed in.",
                           "Sign in with brevint sign-in --url URL --user NAME.");
         }
         return *std::move(session);
     }
-    std::string url = CheckServiceUrl(options.url, options.insecureHttp);
+    std::string url = options.url;
+    url.erase(url.find_last_not_of('/') + 1);
     if (session && session->url == url) {
         return *std::move(session);
     }
-    return Session{std::move(url), {}, {}};
+    return Session{std::move(url), {}, {}, {}};
 }
 
 } // namespace
 
-Context::Context(Options options) : m_options(std::move(options)), m_output(m_options.json) {}
+Context::Context(Options options)
+    : m_options(std::move(options)), m_output(m_options.json, m_options.events) {}
 
 const Session& Context::TheSession() {
     if (!m_session) {
@@ -37,18 +43,58 @@ const Session& Context::TheSession() {
     return *m_session;
 }
 
-Service& Context::TheService() {
-    if (!m_service) {
-        m_service = std::make_shared<Service>(TheSession(), Timeout());
+Client& Context::TheClient() {
+    if (!m_client) {
+        const Session& session = TheSession();
+        // Whether the address may be http was settled when the user signed in to it.
+        const bool isKnown = !session.cookies.empty();
+        ClientSettings settings{.insecureHttp = m_options.insecureHttp || isKnown};
+        settings.transfers.stallLimit = std::min<std::chrono::milliseconds>(
+            settings.transfers.stallLimit, std::chrono::seconds(m_options.timeoutSeconds));
+        settings.transfers.concurrent = m_options.concurrent;
+        Attempt("The service cannot be used.", [&] { m_client.emplace(session.url, settings); });
+        Error error;
+        if (isKnown && !m_client->RestoreSession(session.cookies, {.error = &error})) {
+            throw FailureOf("The session that was kept cannot be used.",
+                            {.failure = brevint::Failure::LocalFile, .hint = "Sign in again."});
+        }
     }
-    return *m_service;
+    return *m_client;
 }
 
-ItemResolver& Context::Items() {
+Items& Context::TheItems() {
     if (!m_items) {
-        m_items = std::make_unique<ItemResolver>(TheService(), m_options.root);
+        m_items.emplace(TheClient(), KnownRoots(TheSession(), m_options.roots), Limits());
     }
     return *m_items;
+}
+
+void Context::SignInAgain() {
+    Session session = TheSession();
+    const std::string summary = "The session with " + session.url + " has ended.";
+    if (session.user.empty() || !Terminal::IsTerminal(Terminal::Stream::Input)) {
+        throw Failure(ExitCode::NotAuthorised, summary,
+                      "Sign in with brevint sign-in --url URL --user NAME.");
+    }
+    m_output.Remark(summary);
+    const std::string password = ReadPassword(session.user, Stop());
+    Attempt("The sign-in to " + session.url + " failed.", [&] {
+        TheClient().SignIn(session.user, password, Limits());
+        session.cookies = TheClient().SaveSession();
+    });
+    SaveSession(session);
+    m_session = std::move(session);
+}
+
+StopToken Context::Stop() {
+    if (!m_interrupt) {
+        m_interrupt.emplace();
+    }
+    return m_interrupt->Token();
+}
+
+CallOptions Context::Limits() {
+    return {.stop = Stop(), .limit = std::chrono::seconds(m_options.timeoutSeconds)};
 }
 
 } // namespace brevint::cli

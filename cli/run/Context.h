@@ -1,15 +1,15 @@
 #pragma once
 
 #include "cli/output/Output.h"
+#include "cli/run/Items.h"
 #include "cli/run/Options.h"
-#include "cli/service/ItemResolver.h"
-#include "cli/service/Service.h"
 #include "cli/session/Session.h"
+#include "cli/terminal/Interrupt.h"
 
-#include <chrono>
+#include <brevint/client.h>
+
 #include <memory>
 #include <optional>
-#include <string>
 
 namespace brevint::cli {
 
@@ -21,25 +21,33 @@ public:
     const Options& Settings() const { return m_options; }
     const Output& Out() const { return m_output; }
 
-    /// The longest time to wait for one thing.
-    std::chrono::seconds Timeout() const { return std::chrono::seconds(m_options.timeoutSeconds); }
-
     /// The session with the service of --url, without cookies if it is not the one signed in to, or
     /// with the one signed in to. Throws a Failure when there is neither.
     const Session& TheSession();
 
     /// The service of that session.
-    Service& TheService();
+    Client& TheClient();
 
     /// Finds items at that service.
-    ItemResolver& Items();
+    Items& TheItems();
+
+    /// Asks for the password of the session's user, signs in, and keeps the new session. Throws a
+    /// Failure where there is nobody to ask, too.
+    void SignInAgain();
+
+    /// From the first call on Ctrl-C stops this token instead of ending the program.
+    StopToken Stop();
+
+    /// What calls end at: Ctrl-C, or --timeout.
+    CallOptions Limits();
 
 private:
     const Options m_options;
     const Output m_output;
     std::optional<Session> m_session;
-    std::shared_ptr<Service> m_service; ///< Shared with calls that are left behind.
-    std::unique_ptr<ItemResolver> m_items;
+    std::optional<Interrupt> m_interrupt;
+    std::optional<Client> m_client;
+    std::optional<Items> m_items;
 };
 
 } // namespace brevint::cli

@@ -1,8 +1,5 @@
 #pragma once
 
-#include "brevint/RootFolder.h"
-#include "support/Utf8.h"
-
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -12,10 +9,12 @@ namespace brevint::cli {
 /// What a command line says. Which command takes which of these stands in commands/Commands.cpp.
 struct Options {
     // Of all commands.
-    std::string url; ///< Empty: that of the session.
-    std::string root = Utf8::ToNarrow(RootFolder::Projects);
-    std::uint32_t timeoutSeconds = 3600;
+    std::string url;                ///< Empty: that of the session.
+    std::vector<std::string> roots; ///< "NAME=ID"
+    std::uint32_t timeoutSeconds = 300;
     bool json = false;
+    bool events = false;
+    bool quiet = false;
     bool insecureHttp = false;
 
     // Of some.
@@ -31,7 +30,16 @@ struct Options {
     std::string output; ///< Empty: called as on the service.
     std::string directory = ".";
     std::string jobOf = "put";
+    std::string sort = "name";
+    std::uint32_t concurrent = 4;
     bool allFields = false;
+    bool recursive = false;
+    bool reverse = false;
+    bool update = false;
+    bool overwrite = false;
+    bool keepTimes = false;
+    bool planOnly = false;
+    bool force = false;
     bool wait = false;
     bool noWait = false;
 };

@@ -3,9 +3,7 @@
 #include "cli/output/Failure.h"
 #include "cli/output/Paths.h"
 #include "cli/session/PrivateFile.h"
-#include "cli/session/ServiceUrl.h"
-#include "cli/terminal/Interrupt.h"
-#include "support/LocalFileWriter.h"
+#include "cli/session/TemporaryFile.h"
 
 #include <nlohmann/json.hpp>
 
@@ -16,34 +14,6 @@ namespace {
 std::filesystem::path SessionFile() {
     return StateFolder() / "session.json";
 }
-
-/// The name of a file that is in the making, and the file itself once somebody has made it: gone
-/// with this object unless it was moved.
-class TemporaryFile {
-public:
-    explicit TemporaryFile(const std::filesystem::path& folder)
-        : m_path(folder / LocalFileWriter::PartName()) {}
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-    ~TemporaryFile() {
-        std::error_code ignored;
-        std::filesystem::remove(m_path, ignored);
-    }
-
-    const std::filesystem::path& Path() const { return m_path; }
-
-    /// Puts the file in the place of `target` in one step, whether there is one or not.
-    void MoveTo(const std::filesystem::path& target) {
-        std::error_code reason;
-        std::filesystem::rename(m_path, target, reason);
-        if (reason) {
-            throw LocalFailure("\"" + PathToUtf8(target) + "\" cannot be replaced", reason);
-        }
-    }
-
-private:
-    std::filesystem::path m_path;
-};
 
 } // namespace
 
@@ -63,7 +33,6 @@ std::optional<Session> LoadSession() {
 }
 
 void SaveSession(const Session& session) {
-    const Interrupt interrupt; // the temporary file holds a credential too
     const std::filesystem::path path = SessionFile();
     CreatePrivateFolder(path.parent_path());
     TemporaryFile file(path.parent_path());
@@ -81,25 +50,21 @@ void ForgetSession() {
 }
 
 std::string FormatSession(const Session& session) {
-    const nlohmann::json document = {
-        {"url", session.url}, {"user", session.user}, {"cookies", session.cookies}};
+    const nlohmann::json document = {{"url", session.url},
+                                     {"user", session.user},
+                                     {"cookies", session.cookies},
+                                     {"roots", session.roots}};
     return document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
 }
 
 std::optional<Session> ParseSession(std::string_view text) {
     const auto document = nlohmann::json::parse(text, nullptr, false);
     try {
-        Session session{document.at("url"), document.at("user"), document.at("cookies")};
-        // Whether the address may be http was settled at the sign-in.
-        if (session.url == CheckServiceUrl(session.url, true)) {
-            return session;
-        }
+        return Session{document.at("url"), document.at("user"), document.at("cookies"),
+                       document.value("roots", std::map<std::string, std::string>())};
     } catch (const nlohmann::json::exception&) {
         return std::nullopt;
-    } catch (const Failure&) {
-        return std::nullopt;
     }
-    return std::nullopt;
 }
 
 } // namespace brevint::cli

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,14 +11,16 @@ namespace brevint::cli {
 struct Session {
     std::string url;
     std::string user;
-    std::string cookies; ///< "name=value; name=value"
+    std::string cookies; ///< As Client::SaveSession tells them; empty: not signed in.
+    std::map<std::string, std::string> roots; ///< Identifiers of the folders that hold all others.
 };
 
 /// The session that a sign-in has left; nothing when there is none. Throws a Failure when its file
 /// is damaged or open to others.
 std::optional<Session> LoadSession();
 
-/// Keeps the session for later runs, in place of an earlier one.
+/// Keeps the session for later runs, in place of an earlier one. The file that is in the making is
+/// gone when this throws; an Interrupt should be at work meanwhile.
 void SaveSession(const Session& session);
 
 /// Forgets the session kept, whatever state its file is in.

@@ -1,11 +1,13 @@
 #pragma once
 
-#include <chrono>
+#include <brevint/client/StopToken.h>
+
+#include <memory>
 
 namespace brevint::cli {
 
-/// While it lives, Ctrl-C and other requests to end are noted instead of ending the program, so
-/// that what was begun can be cleaned up. They nest, on one thread.
+/// While it lives, Ctrl-C and other requests to end stop its token instead of ending the program,
+/// so that what was begun can be cleaned up. One at a time.
 class Interrupt {
 public:
     Interrupt();
@@ -13,8 +15,13 @@ public:
     Interrupt& operator=(const Interrupt&) = delete;
     ~Interrupt();
 
-    /// True once a request has come; waits for one that long.
-    bool Wait(std::chrono::milliseconds time);
+    StopToken Token() const { return m_source.get_token(); }
+
+private:
+    struct Watch;
+
+    StopSource m_source;
+    std::unique_ptr<Watch> m_watch;
 };
 
 } // namespace brevint::cli

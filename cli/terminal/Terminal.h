@@ -1,5 +1,7 @@
 #pragma once
 
+#include <brevint/client/StopToken.h>
+
 #include <cstddef>
 #include <filesystem>
 #include <optional>
@@ -38,9 +40,12 @@ bool IsOutput(const std::filesystem::path& path);
 /// characters. Throws std::system_error when it cannot be written.
 void Write(Stream stream, std::string_view text);
 
-/// Writes `prompt` to standard error and reads one line from the terminal at standard input without
-/// showing it. Nothing when Ctrl-C or the end of input came instead. The terminal is as before in
-/// every case, also while the program is stopped; it asks again when it goes on.
-std::optional<std::string> ReadHiddenLine(const std::string& prompt);
+/// Whether what is typed is shown.
+enum class Echo { Shown, Hidden };
+
+/// Writes `prompt` to standard error and reads one line from the terminal at standard input.
+/// Nothing when the token was stopped or the input has ended. The terminal is as before in every
+/// case, also while the program is stopped; it asks again when it goes on.
+std::optional<std::string> ReadLine(const std::string& prompt, Echo echo, const StopToken& stop);
 
 } // namespace brevint::cli::Terminal

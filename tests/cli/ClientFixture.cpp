@@ -43,6 +43,7 @@ std::string ReadFile(const std::filesystem::path& path) {
 }
 
 void WriteFile(const std::filesystem::path& path, const std::string& content) {
+    std::filesystem::create_directories(path.parent_path());
     std::ofstream(path, std::ios::binary) << content;
 }
 
@@ -76,7 +77,7 @@ nlohmann::json ClientTest::RunJson(std::vector<std::string> arguments, int exitC
 }
 
 void ClientTest::KeepSession(const std::string& url, const std::string& cookies) {
-    cli::SaveSession({url, "ada", cookies});
+    cli::SaveSession({url, "ada", cookies, {}});
 }
 
 std::filesystem::path ClientTest::SessionFile() const {

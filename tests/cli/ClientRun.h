@@ -37,6 +37,7 @@ private:
 
 /// The bytes of a file; "" when there is none.
 std::string ReadFile(const std::filesystem::path& path);
+/// Makes the folder, too.
 void WriteFile(const std::filesystem::path& path, const std::string& content);
 
 /// Lets every user of the machine read the file, or write to the folder.

@@ -1,37 +1,59 @@
 // The parts of the client that need no service.
 
-#include "brevint/ErrorCodes.h"
-#include "brevint/FolderItem.h"
-#include "brevint/IGetFolderContentsResponse.h"
-#include "brevint/InternetCache.h"
 #include "cli/output/Failure.h"
 #include "cli/output/Table.h"
-#include "cli/service/Service.h"
-#include "cli/service/Verdict.h"
-#include "cli/session/ServiceUrl.h"
+#include "cli/run/Items.h"
 #include "cli/terminal/DisplayWidth.h"
 #include "cli/terminal/SafeText.h"
-#include "cli/transfer/SafeName.h"
-#include "support/Utf8.h"
+#include "cli/transfer/Bars.h"
 
 #include <gtest/gtest.h>
 
 namespace brevint::cli {
 namespace {
 
-TEST(SafeFileName, IsTheLastSegmentWhereItIsHarmless) {
-    using namespace std::string_literals;
-    for (const std::string name :
-         {"b", "Überblick — 概要 📷.txt", "it's 100% [1] & {more}~, #5; a=b", " b", "b..c", "nully",
-          "com10", "console.log"}) {
-        EXPECT_EQ(name, SafeFileName("/a/" + name)) << name;
+TEST(FitsPattern, TakesStarsAndQuestionMarks) {
+    const struct {
+        const char* pattern;
+        std::vector<std::string> fitting;
+        std::vector<std::string> others;
+    } cases[] = {
+        {"*", {"", "a", "概要"}, {}},
+        {"*.txt", {".txt", "a.txt", "a.txt.txt"}, {"a.txt ", "a.TXT", "txt"}},
+        {"a*b*c", {"abc", "aXbXc", "abcbc"}, {"abcd", "ab", "acb"}},
+        {"?", {"a", "é", "📷"}, {"", "ab"}},
+        {"概?", {"概要"}, {"概"}},
+        {"**a?", {"ab", "xab"}, {"a"}},
+    };
+    for (const auto& test : cases) {
+        for (const std::string& name : test.fitting) {
+            EXPECT_TRUE(FitsPattern(name, test.pattern)) << test.pattern << " " << name;
+        }
+        for (const std::string& name : test.others) {
+            EXPECT_FALSE(FitsPattern(name, test.pattern)) << test.pattern << " " << name;
+        }
     }
-    for (const std::string& name :
-         {""s,      "."s,       ".."s,    "..\\..\\b"s,   "C:b"s,          "b:stream"s,
-          "b\n"s,   "\x1b[2J"s, "b\0c"s,  "b\x7f"s,       "b."s,           "b "s,
-          "nul"s,   "NUL.txt"s, "Com1"s,  "com¹"s,        "lpt9 .x"s,      "conout$"s,
-          "what?"s, ".bashrc"s, "b\xFF"s, "\xC2\x9B[2J"s, "fdp\u202E.xe"s, "b\u200B"s}) {
-        EXPECT_EQ(std::nullopt, SafeFileName("/a/" + name)) << name;
+}
+
+TEST(BarLine, FitsInEveryTerminal) {
+    Status status;
+    status.name = "/Projects/2026/Überblick — 概要.txt";
+    status.state = TransferState::Running;
+    status.bytesDone = 12'900'000;
+    status.bytesTotal = 28'400'000;
+    status.bytesPerSecond = 3'300'000;
+    status.timeLeft = std::chrono::seconds(3605);
+    const std::pair<std::size_t, const char*> cases[] = {
+        {0, ""},
+        {8, "…xt  45%"},
+        {100, "…26/Überblick — 概要.txt [#########............]  45%  12.3 MiB of 27.0 MiB, "
+              "3.1 MiB/s, 1:00:05 left"},
+    };
+    for (const auto& [columns, line] : cases) {
+        EXPECT_EQ(line, BarLine(status, columns));
+    }
+    for (std::size_t columns = 0; columns < 200; ++columns) {
+        EXPECT_LE(DisplayWidth(BarLine(status, columns)), columns);
     }
 }
 
@@ -86,64 +108,6 @@ TEST(Table, CutsWhatIsTooWide) {
         table.AddRow({name, "1"});
         EXPECT_EQ(shown + "  1", table.Lines().back());
     }
-}
-
-/// The address as the program uses it; nothing when it is refused.
-std::optional<std::string> Accepted(const std::string& url, bool insecureHttp) {
-    try {
-        return CheckServiceUrl(url, insecureHttp);
-    } catch (const Failure& failure) {
-        EXPECT_EQ(ExitCode::Usage, failure.exitCode) << url;
-        return std::nullopt;
-    }
-}
-
-TEST(ServiceUrl, IsOneThatKeepsThePasswordSecret) {
-    for (const char* safe :
-         {"https://host", "HTTPS://Host.example:8443/app/x", "https://[2001:db8::1]:443",
-          "http://127.255.1.1:8080", "http://LocalHost/app", "http://[::1]:1"}) {
-        EXPECT_EQ(safe, Accepted(std::string(safe) + "//", false));
-    }
-    for (const char* clear : {"http://host/app", "http://127.0.0.1.host", "http://127.1",
-                              "http://[::2]", "http://localhost.example"}) {
-        EXPECT_EQ(std::nullopt, Accepted(clear, false)) << clear;
-        EXPECT_EQ(clear, Accepted(clear, true));
-    }
-    for (const char* wrong :
-         {"", "host", "ftp://host", "https:///app", "https://host?x", "https://host#x",
-          "https://host:65536", "https://host:0", "https://host:", "https://a\\b", "https://a%2eb",
-          "http://user:pw@localhost", "http://127.0.0.1@host", "http://localhost:80:80",
-          "http://localhost\t", "http://localhost\\@host", "http://[::1]host", "http://[]"}) {
-        EXPECT_EQ(std::nullopt, Accepted(wrong, true)) << wrong;
-    }
-}
-
-/// A listing whose records there is no memory for.
-class ListingWithoutMemory : public IGetFolderContentsResponse {
-public:
-    bool GetSucceeded() const override { return m_code == ErrorCode::Success; }
-    double GetErrorCode() const override { return m_code; }
-    void GetFolderContents(std::vector<CFolderItem*>&) override { m_code = ErrorCode::EmptyReply; }
-
-private:
-    double m_code = ErrorCode::Success;
-};
-
-TEST(Listing, IsNotEmptyForWantOfMemory) {
-    ListingWithoutMemory listing;
-    EXPECT_THROW(TakeRecords(listing, &ListingWithoutMemory::GetFolderContents), std::bad_alloc);
-}
-
-TEST(Cookies, AreForgottenForAServiceInASubfolder) {
-    const std::string host = "http://127.0.0.1:1";
-    CInternetCache jar;
-    for (const char* folder : {"/", "/app/", "/app/x/"}) {
-        jar.SetCookie(Utf8::ToWide(host + folder).c_str(), L"FedAuth=secret");
-    }
-    const std::wstring service = Utf8::ToWide(host + "/app/x/Repository");
-    ASSERT_NE(std::wstring::npos, jar.GetCookie(service.c_str()).find(L"secret"));
-    ForgetCookies(host + "/app/x");
-    EXPECT_EQ(std::wstring::npos, jar.GetCookie(service.c_str()).find(L"secret"));
 }
 
 } // namespace

@@ -15,7 +15,7 @@ protected:
     /// The item's record in its folder's listing; null when it is not there.
     json Record(const std::string& folder, const std::string& name) {
         const json listing = RunJson({"ls", folder});
-        for (const json& item : listing["items"]) {
+        for (const json& item : listing["folders"][0]["items"]) {
             if (item["name"] == name) {
                 return item;
             }
@@ -27,7 +27,7 @@ protected:
 TEST_F(ClientRepositoryTest, ListsFolders) {
     const json photos = Record("/Projects/Bridge", "Фото 📷");
     EXPECT_EQ(nullptr, photos["size"]);
-    EXPECT_EQ("Folder", photos["typeDescription"]);
+    EXPECT_EQ("folder", photos["kind"]);
     const json big = Record("00000000-0000-0000-0000-000000000001", "Big.bin");
     EXPECT_EQ(kBigSize, big["size"]);
     EXPECT_EQ(false, big["locked"]);
@@ -75,12 +75,10 @@ TEST_F(ClientRepositoryTest, SendsFiles) {
         1)["results"];
     EXPECT_EQ("UploadFileRejected", results[1]["error"]["name"]);
     EXPECT_EQ(5, results[2]["error"]["exitCode"]);
-    EXPECT_EQ(5, results[3]["error"]["exitCode"]);
+    EXPECT_EQ(2, results[3]["error"]["exitCode"]);
     EXPECT_EQ(results[0]["id"], Record("/Projects/Bridge", "Überblick [1].bin")["id"]);
     EXPECT_EQ(0, Run({"get", results[0]["id"], "-o", "back"}).exitCode);
     EXPECT_EQ(content, ReadFile(Work() / "back"));
-    const auto again = Run({"put", "Überblick [1].bin", "--to", "/Projects/Bridge"});
-    EXPECT_NE(std::string::npos, again.error.find("1600 (UploadNameExists)")) << again.error;
 }
 
 TEST_F(ClientRepositoryTest, FollowsJobs) {
@@ -112,8 +110,82 @@ TEST_F(ClientRepositoryTest, ChangesItems) {
     EXPECT_EQ("second", Run({"get", file, "-o", "-"}).output);
     EXPECT_EQ(file,
               RunJson({"path", Record(folder, "a.txt")["id"]})["results"][0].value("path", ""));
-    RunJson({"rm", folder});
+    EXPECT_EQ(2, Run({"rm", folder}).exitCode);
+    RunJson({"rm", "-r", folder});
     EXPECT_EQ(nullptr, Record("/Projects", "Übersicht"));
+}
+
+/// What the entries of the one folder that was moved say of that member.
+std::set<std::string> OfEntries(const json& document, const char* member) {
+    std::set<std::string> values;
+    for (const json& entry : document["results"][0]["entries"]) {
+        values.insert(entry[member]);
+    }
+    return values;
+}
+
+TEST_F(ClientRepositoryTest, MovesTrees) {
+    WriteFile(Work() / "tree" / "a.txt", "a");
+    WriteFile(Work() / "tree" / "sub" / cli::ToPath("Überblick.bin"), Pattern(200'000));
+    EXPECT_EQ(2, Run({"put", "tree", "--to", "/Projects"}).exitCode);
+    EXPECT_EQ(0, Run({"put", "-rn", "tree", "--to", "/Projects"}).exitCode);
+    EXPECT_EQ(nullptr, Record("/Projects", "tree"));
+    WriteFile(Work() / "tree" / "empty", "");
+    const json sent = RunJson({"put", "-r", "tree", "--to", "/Projects"}, 5);
+    EXPECT_EQ((std::set<std::string>{"move", "make-folder", "refuse"}), OfEntries(sent, "action"));
+    std::filesystem::remove(Work() / "tree" / "empty");
+
+    const std::string tree = "/Projects/tree";
+    EXPECT_EQ(2, Run({"get", tree}).exitCode);
+    EXPECT_EQ((std::set<std::string>{"a.txt", "sub", "sub/Überblick.bin"}),
+              OfEntries(RunJson({"get", "-r", tree, "-n", "-d", "back"}), "path"));
+    EXPECT_EQ(std::set<std::string>{"tree"}, WorkNames());
+    const auto got = Run({"get", "-r", tree, "-d", "back", "--keep-times"});
+    EXPECT_EQ(0, got.exitCode) << got.error;
+    EXPECT_EQ("a", ReadFile(Work() / "back" / "tree" / "a.txt"));
+    EXPECT_EQ(Pattern(200'000),
+              ReadFile(Work() / "back" / "tree" / "sub" / cli::ToPath("Überblick.bin")));
+    for (const json& again : {RunJson({"put", "-r", "--update", "tree", "--to", "/Projects"}),
+                              RunJson({"get", "-r", "--update", tree, "-d", "back"})}) {
+        EXPECT_EQ(std::set<std::string>{"skip"}, OfEntries(again, "action"));
+    }
+}
+
+// A name from the service, or a file of it, gives way only where that was asked for.
+TEST_F(ClientRepositoryTest, ReplacesNothingUnasked) {
+    const std::string notes = "/Projects/Bridge/Notes.txt";
+    WriteFile(Work() / "Notes.txt", "mine");
+    EXPECT_EQ(1, Run({"get", notes}).exitCode);
+    EXPECT_EQ(1, Run({"put", "Notes.txt", "--to", "/Projects/Bridge"}).exitCode);
+    EXPECT_EQ("mine", ReadFile(Work() / "Notes.txt"));
+    EXPECT_EQ(0, Run({"put", "Notes.txt", "--to", "/Projects/Bridge", "--overwrite"}).exitCode);
+    EXPECT_EQ("mine", Run({"cat", notes}).output);
+    EXPECT_EQ("skip", RunJson({"put", "Notes.txt", "--to", "/Projects/Bridge",
+                               "--update"})["results"][0]["action"]);
+    WriteFile(Work() / "Notes.txt", "other");
+    EXPECT_EQ(0, Run({"get", notes, "--update"}).exitCode);
+    EXPECT_EQ("mine", ReadFile(Work() / "Notes.txt"));
+    std::filesystem::create_directory(Work() / "to");
+    EXPECT_EQ(0, Run({"get", notes, "-o", "to"}).exitCode);
+    EXPECT_EQ("mine", ReadFile(Work() / "to" / "Notes.txt"));
+}
+
+TEST_F(ClientRepositoryTest, TakesPatterns) {
+    const json results = RunJson({"get", "/Projects/Bridge/*.txt", "/Projects/B*/Nothing"}, 1);
+    EXPECT_EQ(5U, results["results"].size());
+    EXPECT_EQ(4U, WorkNames().size());
+    const std::string shown = Run({"ls", "-R", "--sort", "size", "--reverse"}).output;
+    EXPECT_LT(shown.find("/Projects:"), shown.find("Block.bin"));
+    EXPECT_EQ(1, Run({"ls", "/Projects/*.none"}).exitCode);
+}
+
+TEST_F(ClientRepositoryTest, TellsEvents) {
+    std::istringstream lines(Run({"get", kBig, "--events"}).error);
+    std::string last;
+    for (std::string line; std::getline(lines, line);) {
+        last = json::parse(line)["event"];
+    }
+    EXPECT_EQ("finished", last);
 }
 
 TEST_F(ClientRepositoryTest, TellsOfTheService) {

@@ -32,10 +32,10 @@ TEST_F(ClientServiceTest, KeepsASessionThatIsTheUsersAlone) {
 TEST_F(ClientServiceTest, TakesTheCookiesToNoOtherAddress) {
     ASSERT_EQ(0, SignIn().exitCode);
     ScriptedServer other;
-    Run({"ls", "--url", Narrow(other.Url(""))});
+    Run({"ls", "/Projects", "--url", Narrow(other.Url(""))});
     ASSERT_EQ(1U, other.Requests().size());
     EXPECT_EQ(0U, other.Requests().front().HeaderCount("Cookie"));
-    EXPECT_EQ(0, Run({"ls", "--url", m_service.Url()}).exitCode);
+    EXPECT_EQ(0, Run({"ls", "/Projects", "--url", m_service.Url()}).exitCode);
 }
 
 TEST_F(ClientServiceTest, IsOverAfterSignOut) {
@@ -47,7 +47,7 @@ TEST_F(ClientServiceTest, IsOverAfterSignOut) {
 
     // The service has forgotten it too, which a second sign-out does not mind.
     cli::CreatePrivateFile(SessionFile(), session);
-    EXPECT_EQ(3, Run({"ls"}).exitCode);
+    EXPECT_EQ(3, Run({"ls", "/Projects"}).exitCode);
     EXPECT_EQ(0, Run({"sign-out"}).exitCode);
     EXPECT_EQ(3, Run({"sign-out"}).exitCode);
 }
@@ -91,9 +91,11 @@ TEST_F(ClientTest, WithoutAServiceSaysSo) {
     const auto signIn = Run({"sign-in", "--url", url, "--user", "ada"}, "x\n");
     EXPECT_EQ(4, signIn.exitCode);
     EXPECT_NE(std::string::npos, signIn.error.find(url));
-    KeepSession(url, "a=b");
-    for (const char* command : {"ls", "whoami", "versions", "sign-out"}) {
-        EXPECT_EQ(4, RunJson({command}, 4)["error"]["exitCode"]) << command;
+    KeepSession(url, "FedAuth=a; FedAuth1=b");
+    for (const std::vector<std::string>& command :
+         {std::vector<std::string>{"ls", "/Projects"}, {"whoami"}, {"versions"}, {"sign-out"}}) {
+        const std::string message = RunJson(command, 4)["error"]["message"];
+        EXPECT_NE(std::string::npos, message.find("refuses the connection")) << message;
     }
     EXPECT_FALSE(std::filesystem::exists(SessionFile()));
 }

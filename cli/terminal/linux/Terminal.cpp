@@ -2,6 +2,8 @@
 
 #include "support/linux/Descriptor.h"
 
+#include <array>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -11,7 +13,6 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/ioctl.h>
-#include <sys/signalfd.h>
 #include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
@@ -46,58 +47,75 @@ private:
     termios m_before{};
 };
 
-/// While it lives, signals that end, stop or continue the program are read from a descriptor
-/// instead of doing so. Those that are ignored stay so.
+// What wakes a prompt: a signal's number, or 0 for a stopped token. -1 while nobody asks. A signal
+// handler, which may run on any thread, finds it here.
+std::atomic<int> wakingsIn = -1;
+
+void WakePrompt(int reason) {
+    const int error = errno;
+    const auto byte = static_cast<char>(reason);
+    // When the pipe is full there are reasons enough in it.
+    [[maybe_unused]] const ssize_t written = write(wakingsIn, &byte, 1);
+    errno = error;
+}
+
+/// While it lives, signals that stop, continue or quit the program are read from a pipe instead of
+/// doing so. Those that are ignored stay so.
 class HeldSignals {
 public:
     HeldSignals() {
-        sigset_t held;
-        sigemptyset(&held);
-        for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGTSTP, SIGCONT}) {
-            struct sigaction action = {};
-            sigaction(signal, nullptr, &action);
-            if (action.sa_handler != SIG_IGN) {
-                sigaddset(&held, signal);
+        std::array<int, 2> ends{};
+        if (pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
+            throw std::system_error(errno, std::generic_category());
+        }
+        m_out = Descriptor(ends[0]);
+        m_in = Descriptor(ends[1]);
+        wakingsIn = ends[1];
+        struct sigaction action = {};
+        action.sa_handler = WakePrompt;
+        action.sa_flags = SA_RESTART;
+        for (std::size_t i = 0; i < kHeld.size(); ++i) {
+            sigaction(kHeld[i], nullptr, &m_before[i]);
+            if (m_before[i].sa_handler != SIG_IGN) {
+                sigaction(kHeld[i], &action, nullptr);
             }
         }
-        pthread_sigmask(SIG_BLOCK, &held, &m_before);
-        m_descriptor = Descriptor(signalfd(-1, &held, SFD_CLOEXEC));
     }
     HeldSignals(const HeldSignals&) = delete;
     HeldSignals& operator=(const HeldSignals&) = delete;
-    ~HeldSignals() { pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
+    ~HeldSignals() {
+        for (std::size_t i = 0; i < kHeld.size(); ++i) {
+            sigaction(kHeld[i], &m_before[i], nullptr);
+        }
+        wakingsIn = -1;
+    }
 
-    int Get() const { return m_descriptor.Get(); }
+    int Get() const { return m_out.Get(); }
 
-    /// The next signal.
+    /// The next reason to wake; -1 when there is none.
     int Take() const {
-        signalfd_siginfo info = {};
-        return read(Get(), &info, sizeof info) == sizeof info ? static_cast<int>(info.ssi_signo)
-                                                              : SIGINT;
+        char reason = 0;
+        return read(Get(), &reason, 1) == 1 ? reason : -1;
     }
 
     /// Lets a signal do what it does, and returns if the program goes on after that.
-    static void LetThrough(int signal) {
-        const sigset_t one = SetOf(signal);
+    void LetThrough(int signal) const {
+        struct sigaction held = {};
+        struct sigaction usual = {};
+        usual.sa_handler = SIG_DFL;
+        sigaction(signal, &usual, &held);
         raise(signal);
-        pthread_sigmask(SIG_UNBLOCK, &one, nullptr);
-        pthread_sigmask(SIG_BLOCK, &one, nullptr);
+        sigaction(signal, &held, nullptr);
         // What ended the stop has done its work.
-        const sigset_t continued = SetOf(SIGCONT);
-        const timespec noTime = {};
-        sigtimedwait(&continued, nullptr, &noTime);
+        Take();
     }
 
 private:
-    static sigset_t SetOf(int signal) {
-        sigset_t set;
-        sigemptyset(&set);
-        sigaddset(&set, signal);
-        return set;
-    }
+    static constexpr std::array kHeld = {SIGQUIT, SIGTSTP, SIGCONT};
 
-    sigset_t m_before{};
-    Descriptor m_descriptor;
+    Descriptor m_out;
+    Descriptor m_in;
+    std::array<struct sigaction, kHeld.size()> m_before{};
 };
 
 } // namespace
@@ -153,27 +171,34 @@ void Write(Stream stream, std::string_view text) {
     }
 }
 
-std::optional<std::string> ReadHiddenLine(const std::string& prompt) {
+std::optional<std::string> ReadLine(const std::string& prompt, Echo echo, const StopToken& stop) {
     const HeldSignals signals;
-    std::optional<EchoOff> echoOff(std::in_place);
-    Write(Stream::Error, prompt);
+    const auto wake = [] {
+        WakePrompt(0);
+    };
+    const StopCallback<decltype(wake)> onStop(stop, wake);
+    std::optional<EchoOff> echoOff;
+    const auto ask = [&] {
+        if (echo == Echo::Hidden) {
+            echoOff.emplace();
+        }
+        Write(Stream::Error, prompt);
+    };
+    ask();
     std::string line;
     for (;;) {
         pollfd sources[] = {{STDIN_FILENO, POLLIN, 0}, {signals.Get(), POLLIN, 0}};
         poll(sources, std::size(sources), -1);
-        if (sources[1].revents != 0) {
-            const int signal = signals.Take();
-            if (signal == SIGINT || signal == SIGTERM || signal == SIGHUP) {
-                return std::nullopt;
-            }
+        if (const int signal = signals.Take(); signal == 0) {
+            return std::nullopt;
+        } else if (signal > 0) {
             // Stopped, ended by Ctrl-\, or continued after a stop that nobody can hold: whoever has
             // the terminal meanwhile may have changed it.
             echoOff.reset();
             if (signal != SIGCONT) {
-                HeldSignals::LetThrough(signal);
+                signals.LetThrough(signal);
             }
-            echoOff.emplace();
-            Write(Stream::Error, prompt);
+            ask();
             line.clear();
         } else if (sources[0].revents != 0) {
             char c = 0;

@@ -1,5 +1,6 @@
 #include "cli/terminal/Interrupt.h"
 
+#include <mutex>
 #include <system_error>
 
 #include <windows.h>
@@ -8,42 +9,40 @@ namespace brevint::cli {
 
 namespace {
 
-int nesting = 0;
-
-/// Stays set once a request has come.
-HANDLE requested = nullptr;
+// The handler runs on a thread of the system, at any time.
+std::mutex mutex;
+StopSource* watching = nullptr;
 
 BOOL WINAPI NoteRequest(DWORD kind) {
     if (kind != CTRL_C_EVENT && kind != CTRL_BREAK_EVENT) {
         return FALSE;
     }
-    SetEvent(requested);
-    return TRUE;
+    const std::scoped_lock lock(mutex);
+    return watching && watching->request_stop() ? TRUE : FALSE;
 }
 
 } // namespace
 
-Interrupt::Interrupt() {
-    if (nesting++ > 0) {
-        return;
+/// The handler, and what it stops.
+struct Interrupt::Watch {
+    explicit Watch(StopSource& source) {
+        const std::scoped_lock lock(mutex);
+        watching = &source;
+        if (!SetConsoleCtrlHandler(NoteRequest, TRUE)) {
+            throw std::system_error(static_cast<int>(GetLastError()), std::system_category());
+        }
     }
-    // Kept for the life of the process: the handler may run on its own thread at any time.
-    if (!requested) {
-        requested = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    }
-    if (!requested || !SetConsoleCtrlHandler(NoteRequest, TRUE)) {
-        throw std::system_error(static_cast<int>(GetLastError()), std::system_category());
-    }
-}
-
-Interrupt::~Interrupt() {
-    if (--nesting == 0) {
+    Watch(const Watch&) = delete;
+    Watch& operator=(const Watch&) = delete;
+    ~Watch() {
         SetConsoleCtrlHandler(NoteRequest, FALSE);
+        const std::scoped_lock lock(mutex);
+        watching = nullptr;
     }
-}
+};
 
-bool Interrupt::Wait(std::chrono::milliseconds time) {
-    return WaitForSingleObject(requested, static_cast<DWORD>(time.count())) == WAIT_OBJECT_0;
-}
+Interrupt::Interrupt() : m_watch(std::make_unique<Watch>(m_source)) {}
+
+Interrupt::~Interrupt() = default;
 
 } // namespace brevint::cli

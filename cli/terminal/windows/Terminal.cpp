@@ -1,6 +1,5 @@
 #include "cli/terminal/Terminal.h"
 
-#include "cli/terminal/Interrupt.h"
 #include "support/Utf8.h"
 
 #include <algorithm>
@@ -66,15 +65,15 @@ bool IsTerminal(Stream stream) {
 }
 
 bool IsCapable(Stream stream) {
-    return IsTerminal(stream);
+    DWORD mode = 0;
+    return GetConsoleMode(Handle(stream), &mode) &&
+           SetConsoleMode(Handle(stream),
+                          mode | ENABLE_PROCESSED_OUTPUT | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
 }
 
 bool HasColours(Stream stream) {
     const wchar_t* const forbidden = _wgetenv(L"NO_COLOR");
-    DWORD mode = 0;
-    return (!forbidden || *forbidden == L'\0') && GetConsoleMode(Handle(stream), &mode) &&
-           SetConsoleMode(Handle(stream),
-                          mode | ENABLE_PROCESSED_OUTPUT | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+    return IsCapable(stream) && (!forbidden || *forbidden == L'\0');
 }
 
 std::size_t Width(Stream stream) {
@@ -113,19 +112,21 @@ void Write(Stream stream, std::string_view text) {
     }
 }
 
-std::optional<std::string> ReadHiddenLine(const std::string& prompt) {
-    // Ctrl-C breaks off the read below, with nothing read.
-    Interrupt interrupt;
-    const EchoOff echoOff;
+std::optional<std::string> ReadLine(const std::string& prompt, Echo echo, const StopToken& stop) {
+    std::optional<EchoOff> echoOff;
+    if (echo == Echo::Hidden) {
+        echoOff.emplace();
+    }
     Write(Stream::Error, prompt);
     std::wstring line;
-    for (;;) {
+    while (!stop.stop_requested()) {
+        // Ctrl-C breaks off the read, with nothing read.
         wchar_t buffer[256];
         DWORD count = 0;
         if (!ReadConsoleW(Handle(Stream::Input), buffer, static_cast<DWORD>(std::size(buffer)),
                           &count, nullptr) ||
             count == 0) {
-            return std::nullopt;
+            break;
         }
         line.append(buffer, count);
         if (line.back() == L'\n') {
@@ -133,6 +134,7 @@ std::optional<std::string> ReadHiddenLine(const std::string& prompt) {
             return Utf8::ToNarrow(line);
         }
     }
+    return std::nullopt;
 }
 
 } // namespace brevint::cli::Terminal

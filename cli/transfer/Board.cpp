@@ -1,0 +1,97 @@
+#include "cli/transfer/Board.h"
+
+#include <utility>
+
+namespace brevint::cli {
+
+namespace {
+
+/// More than the library reads at once: if the first report of a transfer is of more bytes, they
+/// have not come since it began.
+constexpr std::uint64_t kMostAtOnce = 1U << 20;
+
+} // namespace
+
+std::size_t Board::Add(std::string name) {
+    const std::scoped_lock lock(m_mutex);
+    Status status;
+    status.name = std::move(name);
+    status.lastProgress = std::chrono::steady_clock::now();
+    m_entries.push_back({std::move(status)});
+    return m_entries.size() - 1;
+}
+
+Status Board::Get(std::size_t number) const {
+    const std::scoped_lock lock(m_mutex);
+    return m_entries[number].status;
+}
+
+void Board::Wait(const StopToken& stop, std::chrono::steady_clock::time_point end, Wake wake) {
+    const auto onStop = [this] {
+        const std::scoped_lock lock(m_mutex);
+        m_changed.notify_all();
+    };
+    const StopCallback<decltype(onStop)> wakeUp(stop, onStop);
+    std::unique_lock lock(m_mutex);
+    m_changed.wait_until(lock, end, [&] {
+        return stop.stop_requested() || m_hasNewState ||
+               (wake == Wake::ByAllChanges && !m_changes.empty());
+    });
+}
+
+std::vector<std::size_t> Board::TakeChanges() {
+    const std::scoped_lock lock(m_mutex);
+    for (const std::size_t number : m_changes) {
+        m_entries[number].isTold = false;
+    }
+    m_hasNewState = false;
+    return std::exchange(m_changes, {});
+}
+
+void Board::Note(std::size_t number, const Progress& now) {
+    const std::scoped_lock lock(m_mutex);
+    Status& status = m_entries[number].status;
+    const TransferState before = status.state;
+    const bool hasProgress = now.bytesDone != status.bytesDone;
+    if (status.bytesDone == 0 && now.bytesDone > kMostAtOnce &&
+        now.state == TransferState::Running) {
+        status.bytesFromBefore = now.bytesDone;
+    }
+    status.state = now.state;
+    status.bytesDone = now.bytesDone;
+    status.bytesTotal = now.bytesTotal;
+    status.bytesPerSecond = now.bytesPerSecond;
+    status.timeLeft = now.timeLeft;
+    status.filesDone = now.state == TransferState::Finished ? 1 : 0;
+    OnChange(number, before, hasProgress);
+}
+
+void Board::Note(std::size_t number, const GroupProgress& now) {
+    const std::scoped_lock lock(m_mutex);
+    Status& status = m_entries[number].status;
+    const TransferState before = status.state;
+    const bool hasProgress = now.bytesDone != status.bytesDone || now.filesDone != status.filesDone;
+    status.state = now.state;
+    status.bytesDone = now.bytesDone;
+    status.bytesTotal = now.bytesTotal;
+    status.bytesPerSecond = now.bytesPerSecond;
+    status.timeLeft = now.timeLeft;
+    status.filesDone = now.filesDone;
+    status.filesTotal = now.filesTotal;
+    OnChange(number, before, hasProgress);
+}
+
+void Board::OnChange(std::size_t number, TransferState before, bool hasProgress) {
+    Entry& entry = m_entries[number];
+    const bool hasNewState = entry.status.state != before;
+    if (hasNewState || hasProgress) {
+        entry.status.lastProgress = std::chrono::steady_clock::now();
+    }
+    m_hasNewState = m_hasNewState || hasNewState;
+    if (!std::exchange(entry.isTold, true)) {
+        m_changes.push_back(number);
+    }
+    m_changed.notify_all();
+}
+
+} // namespace brevint::cli
