@@ -18,8 +18,7 @@ ExitCode RunSignIn(Context& context) {
     url.erase(url.find_last_not_of('/') + 1);
     Session session{url, settings.user, {}, KnownRoots({}, settings.roots)};
     const std::string summary = "The sign-in to " + session.url + " failed.";
-    Client client = Attempt(
-        summary, [&] { return Client(session.url, {.insecureHttp = settings.insecureHttp}); });
+    Client client = MakeClient(session.url, {.insecureHttp = settings.insecureHttp});
     const std::string password = ReadPassword(settings.user, context.Stop());
     Attempt(summary, [&] {
         client.SignIn(settings.user, password, context.Limits());

@@ -56,12 +56,16 @@ std::string HintFor(const Error& error) {
 
 Failure FailureOf(const std::string& summary, const Error& error) {
     Failure failure(ExitCodeOf(error), summary, HintFor(error));
-    if (!error.text.empty()) {
-        failure.summary += " " + error.text;
+    // The service's own words say more than what is known of its codes.
+    const bool hasReason = error.failure == Kind::Refused && !error.serverMessage.empty();
+    if (hasReason || !error.text.empty()) {
+        failure.summary += hasReason ? " The service refuses it." : " " + error.text;
     }
     failure.serverWords = error.serverMessage;
     failure.speaker = error.failure == Kind::SignInRefused ? "portal" : "service";
-    if (const char* const name = brevint_code_name(error.code)) {
+    const char* const name = brevint_code_name(error.code);
+    // What stands for a reply that never came says less than the text.
+    if (name && error.connection == Connection::Fine) {
         failure.code = error.code;
         failure.codeName = name;
     }

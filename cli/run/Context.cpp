@@ -13,6 +13,9 @@ namespace brevint::cli {
 
 namespace {
 
+/// How often a wrong password may be typed.
+constexpr int kSignInAttempts = 3;
+
 /// The session to work with. Cookies go to no other address than the one that they came from.
 Session ChooseSession(const Options& options) {
     std::optional<Session> session = LoadSession();
@@ -33,6 +36,18 @@ Session ChooseSession(const Options& options) {
 
 } // namespace
 
+Client MakeClient(const std::string& url, const ClientSettings& settings) {
+    Error error;
+    Client client(url, settings, &error);
+    if (error && url.starts_with("http://") && !settings.insecureHttp) {
+        error.hint = "Use https://, or allow it with --insecure-http.";
+    }
+    if (error) {
+        throw FailureOf("The service cannot be used.", error);
+    }
+    return client;
+}
+
 Context::Context(Options options)
     : m_options(std::move(options)), m_output(m_options.json, m_options.events) {}
 
@@ -52,12 +67,13 @@ Client& Context::TheClient() {
         settings.transfers.stallLimit = std::min<std::chrono::milliseconds>(
             settings.transfers.stallLimit, std::chrono::seconds(m_options.timeoutSeconds));
         settings.transfers.concurrent = m_options.concurrent;
-        Attempt("The service cannot be used.", [&] { m_client.emplace(session.url, settings); });
+        Client client = MakeClient(session.url, settings);
         Error error;
-        if (isKnown && !m_client->RestoreSession(session.cookies, {.error = &error})) {
-            throw FailureOf("The session that was kept cannot be used.",
-                            {.failure = brevint::Failure::LocalFile, .hint = "Sign in again."});
+        if (isKnown && !client.RestoreSession(session.cookies, {.error = &error})) {
+            throw Failure(ExitCode::LocalFile, "The session that was kept cannot be used.",
+                          "Sign in again.");
         }
+        m_client = std::move(client);
     }
     return *m_client;
 }
@@ -77,11 +93,21 @@ void Context::SignInAgain() {
                       "Sign in with brevint sign-in --url URL --user NAME.");
     }
     m_output.Remark(summary);
-    const std::string password = ReadPassword(session.user, Stop());
-    Attempt("The sign-in to " + session.url + " failed.", [&] {
-        TheClient().SignIn(session.user, password, Limits());
-        session.cookies = TheClient().SaveSession();
-    });
+    CallOptions limits = Limits();
+    Error error;
+    limits.error = &error;
+    for (int attempt = 0; attempt < kSignInAttempts; ++attempt) {
+        const std::string password = ReadPassword(session.user, Stop());
+        TheClient().SignIn(session.user, password, limits);
+        if (error.failure != brevint::Failure::SignInRefused) {
+            break;
+        }
+        m_output.Remark(error.text);
+    }
+    if (error) {
+        throw FailureOf("The sign-in to " + session.url + " failed.", error);
+    }
+    session.cookies = TheClient().SaveSession();
     SaveSession(session);
     m_session = std::move(session);
 }

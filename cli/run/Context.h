@@ -50,4 +50,7 @@ private:
     std::optional<Items> m_items;
 };
 
+/// A client for the service at that address. Throws a Failure for one that cannot be used.
+Client MakeClient(const std::string& url, const ClientSettings& settings);
+
 } // namespace brevint::cli

@@ -15,23 +15,19 @@ namespace {
 TEST(FitsPattern, TakesStarsAndQuestionMarks) {
     const struct {
         const char* pattern;
-        std::vector<std::string> fitting;
-        std::vector<std::string> others;
+        const char* name;
+        bool fits;
     } cases[] = {
-        {"*", {"", "a", "概要"}, {}},
-        {"*.txt", {".txt", "a.txt", "a.txt.txt"}, {"a.txt ", "a.TXT", "txt"}},
-        {"a*b*c", {"abc", "aXbXc", "abcbc"}, {"abcd", "ab", "acb"}},
-        {"?", {"a", "é", "📷"}, {"", "ab"}},
-        {"概?", {"概要"}, {"概"}},
-        {"**a?", {"ab", "xab"}, {"a"}},
+        {"*", "", true},          {"*", "概要", true},        {"*.txt", ".txt", true},
+        {"*.txt", "a.txt", true}, {"*.txt", "a.txt ", false}, {"*.txt", "a.TXT", false},
+        {"*.t", "a.t.t", true},   {"a*b*c", "aXbXc", true},   {"a*b*c", "abcbc", true},
+        {"a*b*c", "abcd", false}, {"a*b*c", "acb", false},    {"?", "📷", true},
+        {"?", "", false},         {"?", "ab", false},         {"概?", "概要", true},
+        {"概?", "概", false},     {"**a?", "xab", true},      {"**a?", "a", false},
     };
     for (const auto& test : cases) {
-        for (const std::string& name : test.fitting) {
-            EXPECT_TRUE(FitsPattern(name, test.pattern)) << test.pattern << " " << name;
-        }
-        for (const std::string& name : test.others) {
-            EXPECT_FALSE(FitsPattern(name, test.pattern)) << test.pattern << " " << name;
-        }
+        EXPECT_EQ(test.fits, FitsPattern(test.name, test.pattern))
+            << test.pattern << " " << test.name;
     }
 }
 
