@@ -21,18 +21,17 @@ bool AsksForJson(const std::vector<std::string>& arguments) {
 } // namespace
 
 ExitCode RunApplication(const std::vector<std::string>& arguments) {
-    bool json = AsksForJson(arguments);
+    Output output(AsksForJson(arguments));
     try {
         const std::optional<Request> request = ParseCommandLine(arguments);
         if (!request) {
             return ExitCode::Success;
         }
-        json = request->options.json;
+        output = Output(request->options.json, request->options.events);
         Context context(request->options);
         return request->command.run(context);
     } catch (...) {
         const Failure failure = CurrentFailure();
-        const Output output(json);
         output.Report(failure);
         output.Document({{"error", ToJson(failure)}});
         return failure.exitCode;

@@ -206,8 +206,9 @@ constexpr CommandRow kCommands[] = {
      "brevint get '/Projects/2026/*.pdf' -d Downloads\n"
      "brevint get -r --update /Projects/2026\n",
      RunGet},
-    {"cat", "Write files to standard output", "", kCat, "nothing: it cannot be combined",
-     "brevint cat /Projects/Notes.txt | less\n", RunCat},
+    {"cat", "Write files to standard output", "", kCat,
+     "`error`: standard output belongs to the file", "brevint cat /Projects/Notes.txt | less\n",
+     RunCat},
     {"put", "Send files and folders into a folder",
      "A file that is there already is replaced only with --overwrite or --update.\n", kPut,
      kPutDocument,

@@ -16,8 +16,7 @@ struct NamedItem {
 };
 
 /// Finds the items that the command line names: by identifier, or by a path that begins with "/"
-/// and the name of a root. A lookup is remembered for the run only where it is part of one
-/// command's question.
+/// and the name of a root.
 class Items {
 public:
     /// `roots` are identifiers by name.

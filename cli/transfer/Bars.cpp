@@ -46,6 +46,14 @@ std::string Padded(const std::string& text, std::size_t columns) {
     return text + std::string(columns - std::min(columns, DisplayWidth(text)), ' ');
 }
 
+void Draw(const std::string& text) {
+    try {
+        Terminal::Write(kStream, text);
+    } catch (const std::system_error&) {
+        return; // a terminal that is gone does not end what goes on without it
+    }
+}
+
 } // namespace
 
 std::string Percentage(const Status& status) {
@@ -125,19 +133,14 @@ void Bars::Show(const Overview& overview) {
         text += line + "\n";
         m_widths.push_back(DisplayWidth(line));
     }
-    Terminal::Write(kStream, text);
+    Draw(text);
 }
 
 void Bars::Hide() {
-    if (m_widths.empty()) {
-        return;
+    if (!m_widths.empty()) {
+        Draw(TakeAway());
+        m_widths.clear();
     }
-    try {
-        Terminal::Write(kStream, TakeAway());
-    } catch (const std::system_error&) {
-        // Nothing to do: a terminal that is gone needs no clean lines.
-    }
-    m_widths.clear();
 }
 
 std::string Bars::TakeAway() const {

@@ -26,6 +26,11 @@ Status Board::Get(std::size_t number) const {
     return m_entries[number].status;
 }
 
+std::chrono::steady_clock::time_point Board::LastProgress(std::size_t number) const {
+    const std::scoped_lock lock(m_mutex);
+    return m_entries[number].status.lastProgress;
+}
+
 void Board::Wait(const StopToken& stop, std::chrono::steady_clock::time_point end, Wake wake) {
     const auto onStop = [this] {
         const std::scoped_lock lock(m_mutex);

@@ -46,6 +46,7 @@ public:
     std::size_t Add(std::string name);
 
     Status Get(std::size_t number) const;
+    std::chrono::steady_clock::time_point LastProgress(std::size_t number) const;
 
     /// All of them at this moment, one after the other.
     void ForEach(const auto& visit) const {

@@ -33,6 +33,14 @@ bool IsPlanned(TransferState state) {
     return IsActive(state) || state == TransferState::Finished || state == TransferState::Failed;
 }
 
+void Mark(std::set<std::size_t>& numbers, std::size_t number, bool belongs) {
+    if (belongs) {
+        numbers.insert(number);
+    } else {
+        numbers.erase(number);
+    }
+}
+
 Failure Interrupted() {
     return {ExitCode::Interrupted, "Interrupted.",
             "The same command goes on with what has come, where the service allows it."};
@@ -99,18 +107,14 @@ void Runner::TakeChanges() {
             m_display->Hide();
             task.move.onPlanned(std::get<TransferGroup>(task.moving));
         }
-        if (status.bytesFromBefore != 0 && status.bytesFromBefore == status.bytesDone &&
+        if (status.bytesFromBefore != 0 && !std::exchange(task.isResumptionTold, true) &&
             !m_context.Settings().quiet) {
             m_display->Hide();
             m_context.Out().Remark(status.name + ": " + FormatSize(status.bytesFromBefore) +
                                    " had come before; it goes on from there.");
         }
-        IsActive(status.state) ? void(m_active.insert(number)) : void(m_active.erase(number));
-        if (status.state == TransferState::NeedsSignIn) {
-            m_waiting.insert(number);
-        } else {
-            m_waiting.erase(number);
-        }
+        Mark(m_active, number, IsActive(status.state));
+        Mark(m_waiting, number, status.state == TransferState::NeedsSignIn);
         if (status.state == TransferState::Processing && task.move.endsWhenSent) {
             Cancel(task.moving);
         }
@@ -166,7 +170,7 @@ void Runner::CancelAll(const Failure& reason) {
 void Runner::CancelStalled() {
     const Clock::time_point now = Clock::now();
     for (const std::size_t number : m_active) {
-        if (now - m_board.Get(number).lastProgress >= m_patience) {
+        if (now - m_board.LastProgress(number) >= m_patience) {
             m_tasks[number].stopped =
                 Failure(ExitCode::TimedOut,
                         "For " + std::to_string(m_context.Settings().timeoutSeconds) +
@@ -180,7 +184,7 @@ void Runner::CancelStalled() {
 Clock::time_point Runner::NextDeadline() const {
     Clock::time_point deadline = Clock::now() + 1h;
     for (const std::size_t number : m_active) {
-        deadline = std::min(deadline, m_board.Get(number).lastProgress + m_patience);
+        deadline = std::min(deadline, m_board.LastProgress(number) + m_patience);
     }
     return m_display->Period() ? std::min(deadline, m_nextShow) : deadline;
 }

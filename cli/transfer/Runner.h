@@ -56,6 +56,7 @@ private:
         std::optional<Failure> stopped; ///< Why it was cancelled.
         bool hasBegun = false;          ///< It has not only waited for its turn.
         bool isPlanned = false;         ///< Of a folder.
+        bool isResumptionTold = false;
         std::size_t firstOpenEntry = 0; ///< Of a folder: those before it have ended.
     };
 
