@@ -1,19 +1,8 @@
 #include "cli/output/SizeText.h"
 
 #include <array>
-#include <charconv>
 
 namespace brevint::cli {
-
-std::optional<std::uint64_t> ParseSize(std::string_view text) {
-    std::uint64_t bytes = 0;
-    const char* const end = text.data() + text.size();
-    const auto [rest, error] = std::from_chars(text.data(), end, bytes);
-    if (error != std::errc() || rest != end) {
-        return std::nullopt;
-    }
-    return bytes;
-}
 
 std::string FormatSize(std::uint64_t bytes) {
     constexpr std::array kUnits = {" KiB", " MiB", " GiB", " TiB", " PiB", " EiB"};
