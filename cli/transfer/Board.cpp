@@ -57,6 +57,9 @@ void Board::Note(std::size_t number, const Progress& now) {
     const std::scoped_lock lock(m_mutex);
     Status& status = m_entries[number].status;
     const TransferState before = status.state;
+    if (IsFinal(before)) {
+        return; // another thread was told of this earlier, and comes later
+    }
     const bool hasProgress = now.bytesDone != status.bytesDone;
     if (status.bytesDone == 0 && now.bytesDone > kMostAtOnce &&
         now.state == TransferState::Running) {
@@ -75,6 +78,9 @@ void Board::Note(std::size_t number, const GroupProgress& now) {
     const std::scoped_lock lock(m_mutex);
     Status& status = m_entries[number].status;
     const TransferState before = status.state;
+    if (IsFinal(before)) {
+        return; // another thread was told of this earlier, and comes later
+    }
     const bool hasProgress = now.bytesDone != status.bytesDone || now.filesDone != status.filesDone;
     status.state = now.state;
     status.bytesDone = now.bytesDone;

@@ -25,6 +25,10 @@ Outcome OutcomeOf(const Moving& moving) {
     return std::visit([](const auto& transfer) { return transfer.GetOutcome(); }, moving);
 }
 
+TransferState StateOf(const Moving& moving) {
+    return std::visit([](const auto& transfer) { return transfer.GetProgress().state; }, moving);
+}
+
 bool IsActive(TransferState state) {
     return state == TransferState::Running || state == TransferState::Processing;
 }
@@ -98,8 +102,10 @@ void Runner::TakeChanges() {
         if (!m_open.contains(number)) {
             continue;
         }
-        const Status status = m_board.Get(number);
         Task& task = m_tasks[number];
+        Status status = m_board.Get(number);
+        // Two threads may have noted their states in the wrong order.
+        status.state = StateOf(task.moving);
         m_display->OnChange(status);
         task.hasBegun = task.hasBegun || IsActive(status.state);
         if (task.move.onPlanned && IsPlanned(status.state) &&
