@@ -64,7 +64,8 @@ brevint_group* Begin(brevint_queue* queue, const brevint_folder_transfer* transf
                                                             .existing = ToExisting(given.existing),
                                                             .planOnly = given.plan_only != 0,
                                                             .keepsTimes = given.keep_times != 0,
-                                                            .durable = given.durable != 0}),
+                                                            .durable = given.durable != 0,
+                                                            .keepsPart = given.keeps_part != 0}),
             std::move(call));
         // The listener may free the handle before this returns.
         const std::shared_ptr<FolderTransfer> group = handle->group;

@@ -138,7 +138,8 @@ std::shared_ptr<Transfer> DownloadPlan::MakeTransfer(const std::shared_ptr<const
                                       DownloadRequest{.itemId = Utf8::ToWide(tree[file].itemId),
                                                       .destination = tree.LocalPathOf(file),
                                                       .listedSize = tree[file].bytes,
-                                                      .durable = Request().durable},
+                                                      .durable = Request().durable,
+                                                      .keepsPart = Request().keepsPart},
                                       std::move(listener));
 }
 

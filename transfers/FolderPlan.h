@@ -23,6 +23,7 @@ struct FolderRequest {
     bool planOnly = false;   ///< Nothing is moved or made.
     bool keepsTimes = false; ///< Downloaded files get the times of their items.
     bool durable = false;    ///< As in DownloadRequest.
+    bool keepsPart = false;  ///< As in DownloadRequest.
 };
 
 /// One direction of moving folders: how to find out what is to be done, and how to do it.

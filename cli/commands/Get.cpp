@@ -193,7 +193,8 @@ void BeginFolder(Context& context, Runner& runner, const Download& folder) {
                                                        {.onChange = listener,
                                                         .existing = ExistingOf(options),
                                                         .planOnly = options.planOnly,
-                                                        .keepTimes = options.keepTimes},
+                                                        .keepTimes = options.keepTimes,
+                                                        .keepsPart = true},
                                                        context.Limits());
          },
          .onPlanned =

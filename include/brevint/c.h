@@ -505,6 +505,7 @@ typedef struct brevint_folder_transfer {
                              to be moved stay in the state "waiting". */
     int32_t keep_times; /**< Not 0: downloaded files get the times of their items. */
     int32_t durable;    /**< As in brevint_download. */
+    int32_t keeps_part; /**< As in brevint_download. */
     brevint_group_listener listener; /**< May be null. */
     void* user;                      /**< Handed to the listener. */
 } brevint_folder_transfer;

@@ -373,6 +373,7 @@ private:
         request.plan_only = how.planOnly ? 1 : 0;
         request.keep_times = how.keepTimes ? 1 : 0;
         request.durable = how.durable ? 1 : 0;
+        request.keeps_part = how.keepsPart ? 1 : 0;
         return Begin<TransferGroup>(folder, options, std::move(how.onChange), request,
                                     [&](const ItemRef& found, brevint_queue* queue) {
                                         request.folder_id = detail::Terminated(found.Id());

@@ -60,6 +60,7 @@ struct FolderOptions {
                             ///< in the state Waiting.
     bool keepTimes = false; ///< Downloaded files get the times of their items.
     bool durable = false;   ///< As in DownloadOptions.
+    bool keepsPart = false; ///< As in DownloadOptions.
 };
 
 namespace detail {
