@@ -113,19 +113,19 @@ std::int64_t Time(std::string_view text) {
 
 /// An identity with the texts that it points to.
 struct OwnedIdentity {
-    brevint_identity identity;
+    brevint_identity identity = {};
     std::string name, portal;
 };
 
 /// A job with the text that it points to.
 struct OwnedJob {
-    brevint_job job;
+    brevint_job job = {};
     std::string itemId;
 };
 
 /// Versions with what they point to.
 struct OwnedVersions {
-    brevint_versions versions;
+    brevint_versions versions = {};
     std::string service;
     std::vector<std::string> applications;
     std::vector<const char*> pointers;

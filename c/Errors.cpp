@@ -1,14 +1,13 @@
 #include "brevint/ErrorDescription.h"
 #include "c/Common.h"
 
-#include <cstdlib>
 #include <new>
 
 namespace {
 
 /// An error with the texts that it points to.
 struct OwnedError {
-    brevint_error error;
+    brevint_error error = {};
     std::string text, serverMessage;
 };
 
@@ -54,13 +53,10 @@ std::int32_t Report(const calls::Failure& failure, brevint_error** error) {
 }
 
 char* MakeText(std::string_view text) {
-    auto* const copy = static_cast<char*>(std::malloc(text.size() + 1));
-    if (!copy) {
-        throw std::bad_alloc();
-    }
-    std::copy(text.begin(), text.end(), copy);
+    auto copy = std::make_unique_for_overwrite<char[]>(text.size() + 1);
+    std::ranges::copy(text, copy.get());
     copy[text.size()] = '\0';
-    return copy;
+    return copy.release();
 }
 
 } // namespace c
@@ -84,5 +80,5 @@ const char* brevint_code_hint(int32_t code) {
 }
 
 void brevint_text_free(char* text) {
-    std::free(text);
+    delete[] text;
 }

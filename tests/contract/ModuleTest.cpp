@@ -67,7 +67,7 @@ TEST(Module, MayBeFreedOnceATransferIsCancelled) {
     ScriptedServer server;
     server.OnConnect().Wait("gate");
     void* const module = LoadModule(BREVINT_MODULE);
-#define BREVINT_FIND(name) reinterpret_cast<decltype(&name)>(FindSymbol(module, #name))
+#define BREVINT_FIND(name) reinterpret_cast<decltype(&(name))>(FindSymbol(module, #name))
     auto* const client =
         BREVINT_FIND(brevint_client_new)(Narrow(server.Url("")).c_str(), nullptr, nullptr);
     auto* const queue = BREVINT_FIND(brevint_queue_new)(client, nullptr);

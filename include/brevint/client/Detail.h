@@ -38,7 +38,7 @@ using Owned = std::unique_ptr<Object, Free>;
 /// A structure with its size and defaults.
 template <class Struct>
 Struct Initial(void (*init)(Struct*)) noexcept {
-    Struct result;
+    Struct result = {};
     init(&result);
     return result;
 }
