@@ -17,23 +17,26 @@ std::optional<SYSTEMTIME> LocalTime(std::chrono::sys_seconds time) {
     constexpr std::int64_t kFrom1601 = 11'644'473'600; // seconds until 1970
     constexpr std::int64_t kLatest = 900'000'000'000;
     const std::int64_t seconds = time.time_since_epoch().count() + kFrom1601;
-    if (seconds < 0 || seconds > kLatest)
+    if (seconds < 0 || seconds > kLatest) {
         return std::nullopt;
+    }
     const ULARGE_INTEGER ticks = {.QuadPart = static_cast<ULONGLONG>(seconds) * 10'000'000};
     const FILETIME file = {ticks.LowPart, ticks.HighPart};
     SYSTEMTIME universal;
     SYSTEMTIME local;
     if (!FileTimeToSystemTime(&file, &universal) ||
-        !SystemTimeToTzSpecificLocalTime(nullptr, &universal, &local))
+        !SystemTimeToTzSpecificLocalTime(nullptr, &universal, &local)) {
         return std::nullopt;
+    }
     return local;
 }
 
 } // namespace
 
 std::wstring SizeText(std::optional<std::uint64_t> bytes) {
-    if (!bytes)
+    if (!bytes) {
         return {};
+    }
     wchar_t buffer[kBufferSize] = L"";
     StrFormatByteSizeW(static_cast<LONGLONG>(std::min<std::uint64_t>(*bytes, INT64_MAX)), buffer,
                        kBufferSize);
@@ -42,8 +45,9 @@ std::wstring SizeText(std::optional<std::uint64_t> bytes) {
 
 std::wstring TimeText(std::optional<std::chrono::sys_seconds> time) {
     const std::optional<SYSTEMTIME> local = time ? LocalTime(*time) : std::nullopt;
-    if (!local)
+    if (!local) {
         return {};
+    }
     wchar_t date[kBufferSize] = L"";
     wchar_t clock[kBufferSize] = L"";
     GetDateFormatEx(LOCALE_NAME_USER_DEFAULT, DATE_SHORTDATE, &*local, nullptr, date, kBufferSize,
@@ -53,8 +57,9 @@ std::wstring TimeText(std::optional<std::chrono::sys_seconds> time) {
 }
 
 std::wstring DurationText(std::optional<std::chrono::seconds> duration) {
-    if (!duration)
+    if (!duration) {
         return {};
+    }
     const auto milliseconds =
         std::clamp<std::int64_t>(duration->count(), 0, MAXINT32 / 1000) * 1000;
     wchar_t buffer[kBufferSize] = L"";

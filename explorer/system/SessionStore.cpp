@@ -56,8 +56,9 @@ std::optional<SessionStore> SessionStore::OfUser() {
     wchar_t* found = nullptr;
     const HRESULT result = SHGetKnownFolderPath(FOLDERID_LocalAppData, 0, nullptr, &found);
     const TaskMemoryPtr<wchar_t> path(found);
-    if (FAILED(result))
+    if (FAILED(result)) {
         return std::nullopt;
+    }
     return SessionStore(std::filesystem::path(found) / L"Brevint" / L"Explorer");
 }
 
@@ -71,44 +72,52 @@ bool SessionStore::Save(const StoredSession& session) {
     SecureZeroMemory(text.data(), text.size());
     const LocalPtr descriptor = UsersOnly();
     SECURITY_ATTRIBUTES attributes = {sizeof attributes, descriptor.get(), FALSE};
-    if (!isProtected || !descriptor || !MakeFolder(m_folder, attributes))
+    if (!isProtected || !descriptor || !MakeFolder(m_folder, attributes)) {
         return false;
+    }
     const HANDLE opened = CreateFileW(File().c_str(), GENERIC_WRITE, 0, &attributes, CREATE_NEW,
                                       FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (opened == INVALID_HANDLE_VALUE)
+    if (opened == INVALID_HANDLE_VALUE) {
         return false;
+    }
     HandlePtr file(opened);
     const bool isWritten = Write(file.get(), secret.Bytes());
     file.reset();
-    if (!isWritten)
+    if (!isWritten) {
         Forget();
+    }
     return isWritten;
 }
 
 std::optional<StoredSession> SessionStore::Load() const {
     const HANDLE opened = CreateFileW(File().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
                                       OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (opened == INVALID_HANDLE_VALUE)
+    if (opened == INVALID_HANDLE_VALUE) {
         return std::nullopt;
+    }
     const HandlePtr file(opened);
-    if (!IsUsersOnly(file.get(), FILE_READ_DATA | FILE_WRITE_DATA | GENERIC_READ | GENERIC_WRITE))
+    if (!IsUsersOnly(file.get(), FILE_READ_DATA | FILE_WRITE_DATA | GENERIC_READ | GENERIC_WRITE)) {
         return std::nullopt;
+    }
     constexpr DWORD kLongest = 1 << 20;
     std::string bytes(kLongest, '\0');
     DWORD size = 0;
-    if (!ReadFile(file.get(), bytes.data(), kLongest, &size, nullptr))
+    if (!ReadFile(file.get(), bytes.data(), kLongest, &size, nullptr)) {
         return std::nullopt;
+    }
     bytes.resize(size);
     DATA_BLOB secret = ToBlob(bytes);
     ProtectedBlob plain;
     if (!CryptUnprotectData(&secret, nullptr, nullptr, nullptr, nullptr, CRYPTPROTECT_UI_FORBIDDEN,
-                            &plain.blob))
+                            &plain.blob)) {
         return std::nullopt;
+    }
     const std::string text = plain.Bytes();
     const std::size_t url = text.find('\n');
     const std::size_t user = text.find('\n', url + 1);
-    if (url == std::string::npos || user == std::string::npos)
+    if (url == std::string::npos || user == std::string::npos) {
         return std::nullopt;
+    }
     return StoredSession{text.substr(0, url), text.substr(url + 1, user - url - 1),
                          text.substr(user + 1)};
 }

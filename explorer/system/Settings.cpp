@@ -7,12 +7,14 @@ namespace brevint::explorer {
 std::wstring Settings::GetText(const wchar_t* name) const {
     DWORD size = 0;
     if (RegGetValueW(HKEY_CURRENT_USER, m_key.c_str(), name, RRF_RT_REG_SZ, nullptr, nullptr,
-                     &size) != ERROR_SUCCESS)
+                     &size) != ERROR_SUCCESS) {
         return {};
+    }
     std::wstring value(size / sizeof(wchar_t), L'\0');
     if (RegGetValueW(HKEY_CURRENT_USER, m_key.c_str(), name, RRF_RT_REG_SZ, nullptr, value.data(),
-                     &size) != ERROR_SUCCESS)
+                     &size) != ERROR_SUCCESS) {
         return {};
+    }
     return value.substr(0, value.find(L'\0'));
 }
 
@@ -24,8 +26,9 @@ std::optional<unsigned> Settings::GetNumber(const wchar_t* name) const {
     DWORD value = 0;
     DWORD size = sizeof value;
     if (RegGetValueW(HKEY_CURRENT_USER, m_key.c_str(), name, RRF_RT_REG_DWORD, nullptr, &value,
-                     &size) != ERROR_SUCCESS)
+                     &size) != ERROR_SUCCESS) {
         return std::nullopt;
+    }
     return value;
 }
 

@@ -63,9 +63,11 @@ std::wstring Text(unsigned id, std::initializer_list<std::wstring_view> argument
 
 std::wstring DisplayText(std::wstring_view name) {
     std::wstring shown(name);
-    for (wchar_t& character : shown)
-        if (MisleadsTheEye(character))
+    for (wchar_t& character : shown) {
+        if (MisleadsTheEye(character)) {
             character = L'\xFFFD';
+        }
+    }
     return shown;
 }
 

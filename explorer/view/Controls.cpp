@@ -28,6 +28,17 @@ void SetText(HWND window, const std::wstring& text) {
     }
 }
 
+int TextHeight(HWND control, int width) {
+    RECT needed = {0, 0, width, 0};
+    const HDC screen = GetDC(control);
+    const HGDIOBJ before = SelectObject(screen, reinterpret_cast<HFONT>(Send(control, WM_GETFONT)));
+    DrawTextW(screen, GetText(control).c_str(), -1, &needed,
+              DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
+    SelectObject(screen, before);
+    ReleaseDC(control, screen);
+    return needed.bottom;
+}
+
 int Scaled(HWND window, int length) {
     return MulDiv(length, static_cast<int>(GetDpiForWindow(window)), USER_DEFAULT_SCREEN_DPI);
 }

@@ -22,6 +22,9 @@ HWND CreateControl(HWND parent, const ControlPlan& plan);
 std::wstring GetText(HWND window);
 void SetText(HWND window, const std::wstring& text); ///< Unless it is the same already.
 
+/// How high a control's text is in lines of that width.
+int TextHeight(HWND control, int width);
+
 /// SendMessage with whatever a message's parameters are.
 template <class Wide = WPARAM, class Long = LPARAM>
 LRESULT Send(HWND window, UINT message, Wide wide = {}, Long longer = {}) {

@@ -288,6 +288,12 @@ bool MainWindow::Translate(MSG& message) {
     if (TranslateAcceleratorW(Handle(), m_keys, &message) ||
         (GetFocus() == m_view->List().Handle() &&
          TranslateAcceleratorW(Handle(), m_itemKeys, &message))) {
+        m_usedAlt = m_usedAlt || message.message == WM_SYSKEYDOWN;
+        return true;
+    }
+    // An Alt that was part of a key of ours must not open the menu when it is let go.
+    if (message.message == WM_SYSKEYUP && message.wParam == VK_MENU &&
+        std::exchange(m_usedAlt, false)) {
         return true;
     }
     return IsDialogMessageW(Handle(), &message);

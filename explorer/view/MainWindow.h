@@ -92,6 +92,7 @@ private:
     int m_treeWidth = 220;  ///< On a screen of 96 dots per inch.
     int m_paneHeight = 150; ///< Likewise.
     bool m_updateIsDue = false;
+    bool m_usedAlt = false;           ///< It is held down, and a key of ours was pressed with it.
     bool m_askedForTransfers = false; ///< To sign in.
     enum class Split { None, Tree, Pane } m_split = Split::None;
 

@@ -55,16 +55,10 @@ void MessageDialog::OnOpen() {
 void MessageDialog::Arrange() {
     const HWND text = Control(IDC_STATE);
     const RECT place = PlaceOf(Handle(), text);
-    RECT needed = {0, 0, place.right - place.left, 0};
-    const HDC screen = GetDC(text);
-    const HGDIOBJ before = SelectObject(screen, reinterpret_cast<HFONT>(Send(text, WM_GETFONT)));
-    DrawTextW(screen, m_message.text.c_str(), -1, &needed,
-              DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
-    SelectObject(screen, before);
-    ReleaseDC(text, screen);
-    const int more = std::max(0L, needed.bottom - (place.bottom - place.top));
-    SetWindowPos(text, nullptr, 0, 0, needed.right, place.bottom - place.top + more,
-                 SWP_NOMOVE | SWP_NOZORDER);
+    const int width = place.right - place.left;
+    const int height = std::max<int>(place.bottom - place.top, TextHeight(text, width));
+    const int more = height - (place.bottom - place.top);
+    SetWindowPos(text, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER);
     for (HWND control = GetWindow(Handle(), GW_CHILD); control;
          control = GetWindow(control, GW_HWNDNEXT)) {
         if (PlaceOf(Handle(), control).top >= place.bottom) {

@@ -55,6 +55,7 @@ LRESULT Notice::OnMessage(UINT message, WPARAM wide, LPARAM longer) {
         } else if (LOWORD(wide) == IDC_NOTICE_DETAILS) {
             SetText(m_text, m_content.text + L"\r\n\r\n" + m_content.details);
             ShowWindow(m_details, SW_HIDE);
+            Arrange();
         }
         return 0;
     default: return Window::OnMessage(message, wide, longer);
@@ -67,10 +68,9 @@ void Notice::Arrange() {
     const int margin = Scaled(Handle(), 16);
     const int width = Scaled(Handle(), 110);
     const int height = Scaled(Handle(), 26);
-    const int textHeight =
-        std::max(height, std::min(Scaled(Handle(), 120),
-                                  static_cast<int>(client.bottom) - 3 * margin - height));
-    MoveWindow(m_text, margin, margin, client.right - 2 * margin, textHeight, TRUE);
+    const int textWidth = std::max(0L, client.right - 2 * margin);
+    const int textHeight = TextHeight(m_text, textWidth);
+    MoveWindow(m_text, margin, margin, textWidth, textHeight, TRUE);
     const int top = 2 * margin + textHeight;
     MoveWindow(m_action, margin, top, width, height, TRUE);
     MoveWindow(m_details, margin + width + margin / 2, top, width, height, TRUE);

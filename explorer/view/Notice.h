@@ -17,7 +17,7 @@ public:
         std::wstring text;
         std::wstring actionLabel = {}; ///< Of a button; empty: there is none.
         std::function<void()> action = {};
-        std::wstring details = {}; ///< Behind a button; empty: there are none.
+        std::wstring details = {}; ///< Shown by another button; empty: there are none.
     };
     void Show(Content content);
     void Hide();
