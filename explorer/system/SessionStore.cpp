@@ -36,12 +36,14 @@ DATA_BLOB ToBlob(std::string& bytes) {
     return {static_cast<DWORD>(bytes.size()), reinterpret_cast<BYTE*>(bytes.data())};
 }
 
-/// Makes the folder, and the one above it, for the user only.
+/// Makes the folder, and those above it that are missing, for the user only.
 bool MakeFolder(const std::filesystem::path& folder, SECURITY_ATTRIBUTES& attributes) {
-    return (CreateDirectoryW(folder.parent_path().c_str(), &attributes) ||
-            GetLastError() == ERROR_ALREADY_EXISTS) &&
-           (CreateDirectoryW(folder.c_str(), &attributes) ||
-            GetLastError() == ERROR_ALREADY_EXISTS);
+    std::error_code ignored;
+    if (folder.has_relative_path() && !std::filesystem::exists(folder.parent_path(), ignored) &&
+        !MakeFolder(folder.parent_path(), attributes)) {
+        return false;
+    }
+    return CreateDirectoryW(folder.c_str(), &attributes) || GetLastError() == ERROR_ALREADY_EXISTS;
 }
 
 bool Write(HANDLE file, std::string_view bytes) {
@@ -52,14 +54,15 @@ bool Write(HANDLE file, std::string_view bytes) {
 
 } // namespace
 
-std::optional<SessionStore> SessionStore::OfUser() {
+std::optional<SessionStore> SessionStore::OfUser(const std::wstring& profile) {
     wchar_t* found = nullptr;
     const HRESULT result = SHGetKnownFolderPath(FOLDERID_LocalAppData, 0, nullptr, &found);
     const TaskMemoryPtr<wchar_t> path(found);
     if (FAILED(result)) {
         return std::nullopt;
     }
-    return SessionStore(std::filesystem::path(found) / L"Brevint" / L"Explorer");
+    const std::filesystem::path folder = std::filesystem::path(found) / L"Brevint" / L"Explorer";
+    return SessionStore(profile.empty() ? folder : folder / profile);
 }
 
 bool SessionStore::Save(const StoredSession& session) {

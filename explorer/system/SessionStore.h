@@ -20,9 +20,9 @@ public:
     /// The folder is made when a session is kept.
     explicit SessionStore(std::filesystem::path folder) : m_folder(std::move(folder)) {}
 
-    /// The store below the user's local application data; nothing where Windows names no such
-    /// folder.
-    static std::optional<SessionStore> OfUser();
+    /// The store of a profile below the user's local application data; nothing where Windows names
+    /// no such folder.
+    static std::optional<SessionStore> OfUser(const std::wstring& profile = {});
 
     /// Returns whether the session is kept. If not, no older one is either.
     bool Save(const StoredSession& session);
