@@ -292,8 +292,8 @@ bool MainWindow::Translate(MSG& message) {
         return true;
     }
     // An Alt that was part of a key of ours must not open the menu when it is let go.
-    if (message.message == WM_SYSKEYUP && message.wParam == VK_MENU &&
-        std::exchange(m_usedAlt, false)) {
+    if ((message.message == WM_SYSKEYUP || message.message == WM_KEYUP) &&
+        message.wParam == VK_MENU && std::exchange(m_usedAlt, false)) {
         return true;
     }
     return IsDialogMessageW(Handle(), &message);
