@@ -111,6 +111,30 @@ TEST_F(TransfersTest, ClosingTheWindowAsksWhileTransfersRun) {
     EXPECT_FALSE(fs::exists(m_folder.Folder() / "Big.bin"));
 }
 
+TEST_F(TransfersTest, TheWindowCanBeClosedAtAnyMoment) {
+    m_service.Misbehave({.bytesPerSecond = 200'000});
+    const fs::path file = Write(L"Tree/Sent.bin", std::string(300'000, 'x'));
+    constexpr int kRounds = 20;
+    for (int round = 0; round < kRounds; ++round) {
+        Drop({file.parent_path()});
+        Command(IDM_SELECT_ALL);
+        Command(IDM_DOWNLOAD);
+        if (Dialog()) { // what an earlier round has brought
+            PressChoice(2);
+        }
+        Command(IDM_REFRESH);
+        int passed = 0;
+        ASSERT_TRUE(PumpUntil([&] { return ++passed > round * 5 || m_isClosed; }));
+        CloseWindow();
+        OpenWindow();
+        GoTo(L"/Projects");
+    }
+    CloseWindow();
+    for (const auto& entry : fs::recursive_directory_iterator(m_folder.Folder())) {
+        EXPECT_EQ(entry.path().wstring().find(L".part"), std::wstring::npos) << entry.path();
+    }
+}
+
 TEST_F(TransfersTest, OpensFilesInAFolderThatIsGoneAfterwards) {
     GoTo(L"/Projects/Bridge");
     Select(L"Notes.txt");
