@@ -30,7 +30,10 @@ UninstPage instfiles
 
 Section
   SetOutPath "$INSTDIR"
-  File "${FILES}/*"
+  File "${FILES}/*.*"
+  SetOutPath "$INSTDIR\licences"
+  File "${FILES}/licences/*.txt"
+  SetOutPath "$INSTDIR"
   WriteUninstaller "$INSTDIR\uninstall.exe"
   CreateShortcut "$SMPROGRAMS\Brevint Explorer.lnk" "$INSTDIR\brevint-explorer.exe"
   WriteRegStr HKCU "${UNINSTALL}" "DisplayName" "Brevint Explorer"
@@ -47,6 +50,7 @@ SectionEnd
 ; the command-line client uses too go only if they hold nothing else.
 Section "Uninstall"
   !include "${LIST}"
+  RMDir /r "$INSTDIR\licences"
   Delete "$INSTDIR\uninstall.exe"
   RMDir "$INSTDIR"
   Delete "$SMPROGRAMS\Brevint Explorer.lnk"

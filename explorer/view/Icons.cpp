@@ -1,5 +1,7 @@
 #include "explorer/view/Icons.h"
 
+#include "explorer/view/Controls.h"
+
 #include <commoncontrols.h>
 #include <shellapi.h>
 
@@ -17,8 +19,9 @@ int Icon(const wchar_t* name, DWORD attributes) {
 } // namespace
 
 HIMAGELIST SmallIcons(HWND window) {
-    constexpr UINT kFarFinerThanUsual = 168;
-    const int size = GetDpiForWindow(window) >= kFarFinerThanUsual ? SHIL_LARGE : SHIL_SMALL;
+    // The small ones are as large as the main screen wants them; this one may be much finer.
+    const int wanted = Scaled(window, 16);
+    const int size = 3 * wanted > 4 * GetSystemMetrics(SM_CXSMICON) ? SHIL_LARGE : SHIL_SMALL;
     void* list = nullptr;
     SHGetImageList(size, __uuidof(IImageList), &list);
     return static_cast<HIMAGELIST>(list);

@@ -497,12 +497,8 @@ void MainWindow::OnSignedOut() {
 }
 
 void MainWindow::OnLocation() {
-    const std::wstring path = DisplayText(Wide(PathOf(m_view ? m_view->Current() : Location())));
-    SetText(m_address, path);
+    SetText(m_address, DisplayText(Wide(PathOf(m_view ? m_view->Current() : Location()))));
     SetText(m_search, L"");
-    SetText(Handle(), path.empty() ? Text(IDS_TITLE)
-                                   : Text(IDS_TITLE_IN_FOLDER,
-                                          {DisplayText(Wide(m_view->Current().back().name))}));
     UpdateLater();
 }
 
@@ -540,6 +536,9 @@ void MainWindow::Update() {
     for (const UINT id : kTools) {
         Send(m_toolbar, TB_ENABLEBUTTON, id, IsEnabled(id) ? TRUE : FALSE);
     }
+    SetText(Handle(), m_view->IsListed() ? Text(IDS_TITLE_IN_FOLDER,
+                                                {DisplayText(Wide(m_view->Current().back().name))})
+                                         : Text(IDS_TITLE));
     UpdateStatus();
 }
 
@@ -589,6 +588,10 @@ void MainWindow::ApplyFont() {
     FontPtr font = MessageFont(static_cast<UINT>(m_dpi));
     SetFontOfAll(Handle(), font.get());
     m_font = std::move(font);
+    const auto scaled = [this](int length) {
+        return MulDiv(length, m_dpi, USER_DEFAULT_SCREEN_DPI);
+    };
+    Send(m_toolbar, TB_SETPADDING, 0, MAKELPARAM(scaled(14), scaled(8)));
     Send(m_toolbar, TB_AUTOSIZE);
 }
 

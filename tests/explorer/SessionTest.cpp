@@ -27,7 +27,8 @@ TEST_F(SessionTest, TellsARefusalInTheDialogAndSignsInAfterIt) {
     Press(IDOK);
     ASSERT_TRUE(AwaitItems(kTop));
     EXPECT_FALSE(Dialog());
-    EXPECT_EQ(explorer::GetText(Main()), L"Projects \x2013 Brevint Explorer");
+    EXPECT_TRUE(PumpUntil(
+        [&] { return explorer::GetText(Main()) == L"Projects \x2013 Brevint Explorer"; }));
     EXPECT_EQ(Setting(L"Address"), Wide(m_service.Url()));
     EXPECT_EQ(Setting(L"User"), L"ada");
 
