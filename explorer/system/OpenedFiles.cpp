@@ -2,6 +2,7 @@
 
 #include "explorer/system/Handles.h"
 #include "explorer/system/Text.h"
+#include "support/LocalName.h"
 #include "support/windows/Ownership.h"
 
 #include <algorithm>
@@ -37,39 +38,25 @@ constexpr std::wstring_view kProgramEndings[] = {
     L".ws",          L".wsc", L".wsf",  L".wsh",
     L".xll"};
 
-/// Names that mean a device in every folder, with whatever ending.
-bool IsDevice(std::wstring_view name) {
-    const std::wstring stem = FoldCase(name.substr(0, name.find(L'.')));
-    constexpr std::wstring_view kDevices[] = {L"con", L"prn",    L"aux",
-                                              L"nul", L"conin$", L"conout$"};
-    const bool isPort =
-        stem.size() == 4 && (stem.starts_with(L"com") || stem.starts_with(L"lpt")) &&
-        std::wstring_view(L"0123456789\xB9\xB2\xB3").find(stem[3]) != std::wstring_view::npos;
-    return isPort || std::ranges::find(kDevices, stem) != std::end(kDevices);
-}
-
 } // namespace
 
 std::wstring LocalName(std::string_view name) {
-    std::wstring local = Wide(name);
+    std::wstring local = DisplayText(Wide(name));
     for (wchar_t& character : local) {
-        if (character < 0x20 ||
-            std::wstring_view(L"<>:\"/\\|?*").find(character) != std::wstring_view::npos) {
+        if (std::wstring_view(L"<>:\"/\\|?*").find(character) != std::wstring_view::npos) {
             character = L'_';
         }
     }
     // Windows drops these at the end, and with them perhaps another ending than the one that shows.
     local.erase(local.find_last_not_of(L" .") + 1);
-    if (local.empty() || IsDevice(local)) {
-        local.insert(0, 1, L'_');
-    }
     constexpr std::size_t kLongest = 200;
     if (local.size() > kLongest) {
         const std::wstring ending = std::filesystem::path(local).extension().wstring();
         const std::size_t kept = ending.size() < kLongest ? kLongest - ending.size() : 0;
         local = local.substr(0, kept) + ending.substr(0, kLongest);
     }
-    return local;
+    // What is left is a device, a part file or one that Windows obeys.
+    return IsLocalName(Utf8(local)) ? local : L'_' + local;
 }
 
 bool IsProgram(const std::wstring& localName) {

@@ -67,6 +67,7 @@ LRESULT FolderList::OnNotify(const NMHDR& header) {
     }
     case LVN_ITEMCHANGED:
     case LVN_ODSTATECHANGED:
+        m_selection.reset();
         if (!m_isChanging) {
             m_listener.onSelection();
         }
@@ -121,7 +122,7 @@ void FolderList::Sort(Column column, bool isDescending) {
 }
 
 void FolderList::Change(const std::function<void()>& change, bool keepsSelection) {
-    m_isChanging = true;
+    BeginChange();
     std::vector<std::string> selected;
     std::string focused;
     if (keepsSelection) {
@@ -136,14 +137,30 @@ void FolderList::Change(const std::function<void()>& change, bool keepsSelection
     ListView_SetItemCountEx(m_handle, static_cast<int>(m_model.RowCount()),
                             keepsSelection ? LVSICF_NOSCROLL : 0);
     const std::set<std::string_view> wanted(selected.begin(), selected.end());
-    for (std::size_t row = 0; !wanted.empty() && row < m_model.RowCount(); ++row) {
+    const bool areAllSelected = wanted.size() == m_model.RowCount();
+    if (areAllSelected) {
+        ListView_SetItemState(m_handle, -1, LVIS_SELECTED, LVIS_SELECTED);
+    }
+    for (std::size_t row = 0; !areAllSelected && !wanted.empty() && row < m_model.RowCount();
+         ++row) {
         if (wanted.contains(m_model.IdOf(row))) {
             ListView_SetItemState(m_handle, static_cast<int>(row), LVIS_SELECTED, LVIS_SELECTED);
         }
     }
     const int focus = static_cast<int>(m_model.RowOf(focused).value_or(0));
     ListView_SetItemState(m_handle, focus, LVIS_FOCUSED, LVIS_FOCUSED);
+    EndChange();
+}
+
+void FolderList::BeginChange() {
+    m_isChanging = true;
+    Send(m_handle, WM_SETREDRAW, FALSE);
+}
+
+void FolderList::EndChange() {
+    Send(m_handle, WM_SETREDRAW, TRUE);
     InvalidateRect(m_handle, nullptr, FALSE);
+    m_selection.reset();
     m_isChanging = false;
     m_listener.onSelection();
 }
@@ -158,13 +175,15 @@ void FolderList::VisitSelected(Visitor visit) const {
 }
 
 FolderList::Selection FolderList::GetSelection() const {
-    Selection selection;
-    VisitSelected([&](std::size_t row) {
-        ++selection.count;
-        selection.files += m_model.IsFolder(row) ? 0U : 1U;
-        selection.lockedFiles += !m_model.IsFolder(row) && m_model.IsLocked(row) ? 1U : 0U;
-    });
-    return selection;
+    if (!m_selection) {
+        Selection& selection = m_selection.emplace();
+        VisitSelected([&](std::size_t row) {
+            ++selection.count;
+            selection.files += m_model.IsFolder(row) ? 0U : 1U;
+            selection.lockedFiles += !m_model.IsFolder(row) && m_model.IsLocked(row) ? 1U : 0U;
+        });
+    }
+    return *m_selection;
 }
 
 std::vector<Item> FolderList::SelectedItems() const {
@@ -183,7 +202,9 @@ void FolderList::Select(std::string_view id) {
 }
 
 void FolderList::SelectAll() {
+    BeginChange();
     ListView_SetItemState(m_handle, -1, LVIS_SELECTED, LVIS_SELECTED);
+    EndChange();
 }
 
 void FolderList::ShowSortColumn() {

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -55,6 +56,9 @@ private:
     void ShowSortColumn();
     /// Changes the model, and then shows it with the same items selected.
     void Change(const std::function<void()>& change, bool keepsSelection = true);
+    /// Between these nothing is drawn, and the listener is told of nothing.
+    void BeginChange();
+    void EndChange();
     template <class Visitor>
     void VisitSelected(Visitor visit) const;
 
@@ -62,7 +66,8 @@ private:
     HWND m_handle;
     FolderModel m_model;
     std::wstring m_filter;
-    std::map<std::wstring, int> m_icons; ///< By endings.
+    std::map<std::wstring, int> m_icons;          ///< By endings.
+    mutable std::optional<Selection> m_selection; ///< Unless it has changed since it was counted.
     bool m_isChanging = false;
 };
 

@@ -69,9 +69,7 @@ void FolderView::GoToPath(const std::string& path) {
         return;
     }
     ShowNotice({.text = Text(IDS_LOADING)});
-    if (m_listing) {
-        m_session.Drop(*m_listing);
-    }
+    DropListing();
     m_listing =
         m_session.Call([path](const Client& client,
                               const CallOptions& options) { return Follow(client, path, options); },
@@ -105,9 +103,7 @@ void FolderView::RefreshIf(const std::string& folderId) {
 }
 
 void FolderView::Fetch(std::string selectedId, bool keepsSelection) {
-    if (m_listing) {
-        m_session.Drop(*m_listing);
-    }
+    DropListing();
     m_listing = m_session.Call(
         [id = m_location.back().id](const Client& client, const CallOptions& options) {
             return Fetched(client, id, options);
@@ -124,6 +120,12 @@ void FolderView::Fetch(std::string selectedId, bool keepsSelection) {
             ShowWhatIsThere();
             m_list.Select(selectedId);
         });
+}
+
+void FolderView::DropListing() {
+    if (m_listing) {
+        m_session.Drop(*std::exchange(m_listing, std::nullopt));
+    }
 }
 
 void FolderView::OpenInTree(const Location& location) {
@@ -190,13 +192,13 @@ void FolderView::Start() {
     if (m_location.empty()) {
         m_tree.ShowRoots();
         GoTo({Roots().front()});
-    } else {
+    } else if (!m_listing) { // what was wanted before goes on by itself
         Refresh();
     }
 }
 
 void FolderView::Clear(Notice::Content why) {
-    m_listing.reset();
+    DropListing();
     m_location.clear();
     m_isListed = false;
     m_tree.Clear();

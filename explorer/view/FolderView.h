@@ -55,6 +55,7 @@ public:
 
 private:
     void Fetch(std::string selectedId, bool keepsSelection);
+    void DropListing();
     void ShowFailure(const Error& error, std::function<void()> again);
     void ShowWhatIsThere();
     void ShowNotice(Notice::Content content);

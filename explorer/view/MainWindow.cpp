@@ -327,7 +327,18 @@ LRESULT MainWindow::OnMessage(UINT message, WPARAM wide, LPARAM longer) {
         OnContextMenu(reinterpret_cast<HWND>(wide), {GET_X_LPARAM(longer), GET_Y_LPARAM(longer)});
         return 0;
     case WM_DROPFILES: OnDrop(reinterpret_cast<HDROP>(wide)); return 0;
-    case WM_SETFOCUS: m_view->FocusList(); return 0;
+    case WM_ACTIVATE:
+        if (LOWORD(wide) == WA_INACTIVE && IsChild(Handle(), GetFocus())) {
+            m_lastFocus = GetFocus();
+        }
+        return Window::OnMessage(message, wide, longer);
+    case WM_SETFOCUS:
+        if (m_lastFocus && IsWindowVisible(m_lastFocus)) {
+            SetFocus(m_lastFocus);
+        } else if (m_view) {
+            m_view->FocusList();
+        }
+        return 0;
     case WM_SETCURSOR:
         return LOWORD(longer) == HTCLIENT && OnSetCursor()
                    ? TRUE

@@ -4,12 +4,12 @@
 #include "explorer/system/Desktop.h"
 #include "explorer/system/SessionStore.h"
 #include "explorer/system/Settings.h"
+#include "explorer/system/Window.h"
 #include "explorer/view/Account.h"
 #include "explorer/view/DialogStack.h"
 #include "explorer/view/FolderView.h"
 #include "explorer/view/ItemCommands.h"
 #include "explorer/view/TransfersPane.h"
-#include "explorer/view/Window.h"
 #include "explorer/work/Dispatcher.h"
 #include "explorer/work/Session.h"
 #include "explorer/work/Worker.h"
@@ -96,6 +96,7 @@ private:
     bool m_askedForTransfers = false; ///< To sign in.
     enum class Split { None, Tree, Pane } m_split = Split::None;
 
+    HWND m_lastFocus = nullptr; ///< Where it was when another window became active.
     HWND m_toolbar = nullptr;
     HWND m_addressLabel = nullptr;
     HWND m_address = nullptr;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "explorer/view/Window.h"
+#include "explorer/system/Window.h"
 
 #include <functional>
 #include <string>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "explorer/model/TransfersModel.h"
-#include "explorer/view/Window.h"
+#include "explorer/system/Window.h"
 
 #include <functional>
 #include <vector>

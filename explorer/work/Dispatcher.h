@@ -1,7 +1,7 @@
 #pragma once
 
 #include "brevint/client.h"
-#include "explorer/view/Window.h"
+#include "explorer/system/Window.h"
 
 #include <functional>
 #include <memory>

@@ -63,8 +63,8 @@ TEST_F(SessionTest, GoesOnWithWhatWasWantedAfterTheSessionHasEnded) {
     Command(IDM_DOWNLOAD);
     ASSERT_TRUE(
         PumpUntil([&] { return Column(TransferList(), 3) == std::vector{Text(IDS_FINISHED)}; }));
-    Select(L"Bridge");
-    Command(IDM_OPEN);
+    Type(IDC_ADDRESS, L"/Projects/Bridge");
+    Command(IDOK);
     ASSERT_TRUE(AwaitDialog(IDC_PASSWORD));
     EXPECT_EQ(DialogText(IDC_STATE), Text(IDS_SESSION_ENDED));
     Type(IDC_PASSWORD, L"ada-secret");

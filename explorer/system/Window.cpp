@@ -1,4 +1,4 @@
-#include "explorer/view/Window.h"
+#include "explorer/system/Window.h"
 
 #include <system_error>
 
