@@ -1,5 +1,6 @@
 #include "explorer/model/TransfersModel.h"
 
+#include "explorer/model/ErrorText.h"
 #include "explorer/resources/Resource.h"
 #include "explorer/system/Formats.h"
 #include "explorer/system/Text.h"
@@ -18,13 +19,22 @@ std::wstring RunningText(const Progress& progress) {
 }
 
 std::wstring FailureText(const TransfersModel::Row& row) {
-    const Error& error = row.outcome.error;
-    const std::string& words = error.serverMessage.empty() ? error.text : error.serverMessage;
-    if (row.firstFailure.empty()) {
-        return Text(IDS_FAILED, {DisplayText(Wide(words))});
+    if (row.failures.empty()) {
+        return Text(IDS_FAILED, {ErrorText(row.outcome.error)});
     }
-    return Text(IDS_FILES_FAILED, {NumberText(row.filesFailed), NumberText(row.filesTotal),
-                                   DisplayText(Wide(row.firstFailure)), DisplayText(Wide(words))});
+    const auto& [path, error] = row.failures.front();
+    return Text(IDS_FILES_FAILED, {NumberText(row.failures.size()), NumberText(row.filesTotal),
+                                   DisplayText(Wide(path)), ErrorText(error)});
+}
+
+std::vector<FileFailure> Failures(const TransferGroup& group) {
+    std::vector<FileFailure> failures;
+    for (std::size_t i = 0; i < group.GetProgress().entryCount; ++i) {
+        if (const Outcome outcome = group.GetEntryOutcome(i); outcome.error) {
+            failures.push_back({group.GetEntry(i).path, outcome.error});
+        }
+    }
+    return failures;
 }
 
 } // namespace
@@ -91,13 +101,8 @@ void TransfersModel::OnProgress(Entry& entry, const GroupProgress& progress) {
     entry.row.filesTotal = progress.filesTotal;
     entry.row.filesDone = progress.filesDone;
     entry.row.filesFailed = progress.filesFailed;
-    if (progress.filesFailed > 0 && entry.row.firstFailure.empty() && entry.group) {
-        for (std::size_t i = 0; i < progress.entryCount; ++i) {
-            if (const Outcome outcome = entry.group.GetEntryOutcome(i); outcome.error) {
-                entry.row.firstFailure = entry.group.GetEntry(i).path;
-                break;
-            }
-        }
+    if (progress.state == TransferState::Failed && entry.group) {
+        entry.row.failures = Failures(entry.group);
     }
     OnProgress(entry, Progress{.state = progress.state,
                                .bytesDone = progress.bytesDone,
@@ -177,6 +182,18 @@ std::wstring StateText(const TransfersModel::Row& row) {
         return Text(row.outcome.jobGoesOn ? IDS_CANCELLED_JOB_GOES_ON : IDS_CANCELLED);
     }
     return {};
+}
+
+std::wstring FailureDetails(const TransfersModel::Row& row) {
+    if (row.failures.empty()) {
+        return ErrorDetails(row.outcome.error);
+    }
+    std::wstring details;
+    for (const auto& [path, error] : row.failures) {
+        details += Text(IDS_FAILED_ITEM, {DisplayText(Wide(path)), ErrorText(error)}) + L"\r\n" +
+                   ErrorDetails(error) + L"\r\n";
+    }
+    return details;
 }
 
 std::optional<unsigned> Percentage(const Progress& progress) {

@@ -24,6 +24,12 @@ struct TransferOrder {
     std::optional<std::uint64_t> listedSize = {};
 };
 
+/// A file of a folder that could not be moved.
+struct FileFailure {
+    std::string path; ///< Below the folder.
+    Error error;
+};
+
 /// Transfers, those under way and those that have ended. All of it on the thread that the client's
 /// executor calls.
 class TransfersModel {
@@ -36,11 +42,11 @@ public:
     struct Row {
         TransferOrder order;
         Progress progress = {};
-        Outcome outcome = {};        ///< Once the state is final.
-        std::size_t filesTotal = 0;  ///< Of a folder.
-        std::size_t filesDone = 0;   ///< Of a folder.
-        std::size_t filesFailed = 0; ///< Of a folder.
-        std::string firstFailure{};  ///< Of a folder: the path of the first file that failed.
+        Outcome outcome = {};                   ///< Once the state is final.
+        std::size_t filesTotal = 0;             ///< Of a folder.
+        std::size_t filesDone = 0;              ///< Of a folder.
+        std::size_t filesFailed = 0;            ///< Of a folder.
+        std::vector<FileFailure> failures = {}; ///< Of a folder, once the state is final.
     };
 
     TransfersModel() = default;
@@ -88,6 +94,8 @@ private:
 
 /// How it stands, in words.
 std::wstring StateText(const TransfersModel::Row& row);
+/// What else is known of a failure.
+std::wstring FailureDetails(const TransfersModel::Row& row);
 /// From 0 to 100; nothing where the size is not known.
 std::optional<unsigned> Percentage(const Progress& progress);
 

@@ -15,7 +15,6 @@
 #define IDD_PROPERTIES 103
 
 /* Commands. */
-#define IDM_FIRST 200
 #define IDM_SIGN_IN 200
 #define IDM_SIGN_OUT 201
 #define IDM_EXIT 202
@@ -40,7 +39,7 @@
 #define IDM_RETRY 221
 #define IDM_CLEAR 222
 #define IDM_NEXT_PANE 223
-#define IDM_LAST 223
+#define IDM_TRANSFER_DETAILS 224
 
 /* Controls of the main window. */
 #define IDC_TOOLBAR 300

@@ -1,8 +1,8 @@
 #include "explorer/view/DialogStack.h"
 
+#include "explorer/model/ErrorText.h"
 #include "explorer/resources/Resource.h"
 #include "explorer/system/Text.h"
-#include "explorer/view/ErrorText.h"
 
 #include <algorithm>
 #include <utility>

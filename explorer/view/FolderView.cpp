@@ -1,9 +1,9 @@
 #include "explorer/view/FolderView.h"
 
+#include "explorer/model/ErrorText.h"
 #include "explorer/resources/Resource.h"
 #include "explorer/system/Text.h"
 #include "explorer/view/Controls.h"
-#include "explorer/view/ErrorText.h"
 
 #include <utility>
 

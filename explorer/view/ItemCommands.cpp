@@ -1,9 +1,9 @@
 #include "explorer/view/ItemCommands.h"
 
+#include "explorer/model/ErrorText.h"
 #include "explorer/resources/Resource.h"
 #include "explorer/system/Formats.h"
 #include "explorer/system/Text.h"
-#include "explorer/view/ErrorText.h"
 #include "explorer/view/NameDialog.h"
 #include "explorer/view/PropertiesDialog.h"
 

@@ -1,10 +1,10 @@
 #include "explorer/view/MainWindow.h"
 
+#include "explorer/model/ErrorText.h"
 #include "explorer/resources/Resource.h"
 #include "explorer/system/Formats.h"
 #include "explorer/system/Text.h"
 #include "explorer/view/Controls.h"
-#include "explorer/view/ErrorText.h"
 
 #include <algorithm>
 #include <iterator>
@@ -158,6 +158,15 @@ const MainWindow::CommandRow* MainWindow::FindCommand(UINT id) {
         {IDM_RETRY, [](Self w) { return w.m_pane->CanRetry(); },
          [](MainWindow& w) {
              w.m_pane->RetrySelected();
+         }},
+        {IDM_TRANSFER_DETAILS, [](Self w) { return w.m_pane->SelectedFailure() != nullptr; },
+         [](MainWindow& w) {
+             const TransfersModel::Row& row = *w.m_pane->SelectedFailure();
+             w.m_dialogs.ShowMessage({.icon = IDI_WARNING,
+                                      .title = Text(IDS_TITLE),
+                                      .text = StateText(row),
+                                      .details = FailureDetails(row),
+                                      .choices = {{Text(IDS_OK)}}});
          }},
         {IDM_CLEAR, [](Self w) { return w.m_pane->CanClear(); },
          [](MainWindow& w) {
@@ -409,6 +418,8 @@ void MainWindow::OnEnter() {
     if (GetFocus() == m_address) {
         m_view->GoToPath(Utf8(GetText(m_address)));
         m_view->FocusList();
+    } else if (GetFocus() == m_pane->List()) {
+        OnCommand(IDM_TRANSFER_DETAILS, 0);
     } else if (GetFocus() == m_search || GetFocus() == m_view->Tree().Handle()) {
         m_view->FocusList();
     }

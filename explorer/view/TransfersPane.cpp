@@ -75,6 +75,13 @@ void TransfersPane::RetrySelected() {
     }
 }
 
+const TransfersModel::Row* TransfersPane::SelectedFailure() const {
+    const std::vector<std::size_t> selected = Selected();
+    const TransfersModel::Row* const row =
+        selected.size() == 1 ? &m_model.At(selected.front()) : nullptr;
+    return row && row->progress.state == TransferState::Failed ? row : nullptr;
+}
+
 std::vector<std::size_t> TransfersPane::Selected() const {
     std::vector<std::size_t> selected;
     for (int row = -1; (row = ListView_GetNextItem(m_list, row, LVNI_SELECTED)) >= 0;) {
@@ -118,6 +125,9 @@ LRESULT TransfersPane::OnNotify(NMHDR& header) {
         if (reinterpret_cast<const NMLVKEYDOWN&>(header).wVKey == VK_DELETE) {
             CancelSelected();
         }
+        return 0;
+    case NM_DBLCLK:
+        SendMessageW(GetParent(Handle()), WM_COMMAND, IDM_TRANSFER_DETAILS, 0);
         return 0;
     case LVN_ITEMCHANGED:
     case LVN_ODSTATECHANGED:

@@ -23,6 +23,8 @@ public:
 
     bool CanCancel() const { return HasSelected(TransfersModel::CanCancel); }
     bool CanRetry() const { return HasSelected(TransfersModel::CanRetry); }
+    /// The one transfer that is selected and has failed; null: there is none.
+    const TransfersModel::Row* SelectedFailure() const;
     bool CanClear() const { return m_model.ActiveCount() < m_model.Count(); }
     void CancelSelected();
     void RetrySelected();

@@ -86,7 +86,13 @@ TEST_F(TransfersTest, AFailureIsToldInWordsAndWhatHasEndedCanBeTriedAgain) {
         return !Column(TransferList()).empty() &&
                Column(TransferList(), 3).front().find(L"does not accept") != std::wstring::npos;
     }));
+    SelectTransfer(0);
+    Command(IDM_TRANSFER_DETAILS);
+    ASSERT_TRUE(AwaitDialog(IDC_MESSAGE_ICON));
+    EXPECT_NE(DialogText(IDC_DETAILS_TEXT), L"");
+    PressChoice(0);
     BeginEndless();
+    ListView_SetItemState(TransferList(), -1, 0, LVIS_SELECTED);
     SelectTransfer(1);
     Command(IDM_CANCEL);
     ASSERT_TRUE(PumpUntil([&] { return Column(TransferList(), 3).at(1) == Text(IDS_CANCELLED); }));

@@ -1,4 +1,4 @@
-#include "explorer/view/ErrorText.h"
+#include "explorer/model/ErrorText.h"
 
 #include "explorer/resources/Resource.h"
 #include "explorer/system/Text.h"
