@@ -100,7 +100,6 @@ void TransfersModel::OnProgress(Entry& entry, const Progress& progress) {
 void TransfersModel::OnProgress(Entry& entry, const GroupProgress& progress) {
     entry.row.filesTotal = progress.filesTotal;
     entry.row.filesDone = progress.filesDone;
-    entry.row.filesFailed = progress.filesFailed;
     if (progress.state == TransferState::Failed && entry.group) {
         entry.row.failures = Failures(entry.group);
     }

@@ -45,7 +45,6 @@ public:
         Outcome outcome = {};                   ///< Once the state is final.
         std::size_t filesTotal = 0;             ///< Of a folder.
         std::size_t filesDone = 0;              ///< Of a folder.
-        std::size_t filesFailed = 0;            ///< Of a folder.
         std::vector<FileFailure> failures = {}; ///< Of a folder, once the state is final.
     };
 

@@ -45,7 +45,12 @@ public:
     bool Translate(MSG& message);
 
 private:
-    struct CommandRow;
+    /// When a command makes sense, and what it does.
+    struct CommandRow {
+        UINT id;
+        bool (*isEnabled)(const MainWindow&);
+        void (*run)(MainWindow&);
+    };
     static const CommandRow* FindCommand(UINT id);
 
     LRESULT OnMessage(UINT message, WPARAM wide, LPARAM longer) override;
@@ -89,8 +94,9 @@ private:
     const HACCEL m_itemKeys;
     FontPtr m_font;
     int m_dpi = USER_DEFAULT_SCREEN_DPI;
-    int m_treeWidth = 220;  ///< On a screen of 96 dots per inch.
-    int m_paneHeight = 150; ///< Likewise.
+    int m_treeWidth = 220;      ///< On a screen of 96 dots per inch.
+    int m_paneHeight = 150;     ///< Likewise.
+    bool m_isMaximized = false; ///< It was when it was closed last.
     bool m_updateIsDue = false;
     bool m_usedAlt = false;           ///< It is held down, and a key of ours was pressed with it.
     bool m_askedForTransfers = false; ///< To sign in.

@@ -197,10 +197,6 @@ void TransfersPane::DrawBar(HDC context, int row) const {
     RestoreDC(context, state);
 }
 
-void TransfersPane::SetFont(HFONT font) {
-    SetFontOfAll(Handle(), font);
-}
-
 void TransfersPane::Rescale(int newDpi, int oldDpi) {
     for (int i = 0; i < static_cast<int>(std::size(kWidths)); ++i) {
         ListView_SetColumnWidth(m_list, i,

@@ -15,7 +15,6 @@ public:
     TransfersPane(HWND parent, TransfersModel& model, std::function<void()> onChange);
 
     HWND List() const { return m_list; }
-    void SetFont(HFONT font);
     void Rescale(int newDpi, int oldDpi);
 
     /// Shows what has changed in the model; nothing: the number of the transfers.
