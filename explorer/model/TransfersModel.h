@@ -1,0 +1,101 @@
+#pragma once
+
+#include "brevint/client.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace brevint::explorer {
+
+enum class TransferKind { Download, Upload, Replace, DownloadFolder, UploadFolder };
+
+/// What is to be moved where.
+struct TransferOrder {
+    TransferKind kind = TransferKind::Download;
+    std::string name;            ///< Of the file or folder, for people.
+    std::string remoteId;        ///< Of the item, or for an upload of the folder that it goes into.
+    std::filesystem::path local; ///< Of the file or folder here.
+    std::optional<std::uint64_t> listedSize = {};
+};
+
+/// A file of a folder that could not be moved.
+struct FileFailure {
+    std::string path; ///< Below the folder.
+    Error error;
+};
+
+/// Transfers, those under way and those that have ended. All of it on the thread that the client's
+/// executor calls.
+class TransfersModel {
+public:
+    /// Called with the place of what has changed; nothing: there are more or fewer than before.
+    using Changed = std::function<void(std::optional<std::size_t>)>;
+    using Ended = std::function<void(const Outcome&)>;
+
+    /// How one transfer stands.
+    struct Row {
+        TransferOrder order;
+        Progress progress = {};
+        Outcome outcome = {};                   ///< Once the state is final.
+        std::size_t filesTotal = 0;             ///< Of a folder.
+        std::size_t filesDone = 0;              ///< Of a folder.
+        std::vector<FileFailure> failures = {}; ///< Of a folder, once the state is final.
+    };
+
+    TransfersModel() = default;
+    TransfersModel(const TransfersModel&) = delete;
+    TransfersModel& operator=(const TransfersModel&) = delete;
+
+    void SetChanged(Changed changed) { m_changed = std::move(changed); }
+
+    /// `ended` is called once, at the end of the transfer or of one that tries it again.
+    void Begin(const std::shared_ptr<Client>& client, TransferOrder order, Ended ended = {});
+    void Cancel(std::size_t index);
+    /// Begins one anew that was cancelled or has failed.
+    void Retry(std::size_t index);
+    /// Forgets what has ended.
+    void ClearEnded();
+    void CancelAll();
+
+    std::size_t Count() const { return m_entries.size(); }
+    const Row& At(std::size_t index) const { return m_entries[index]->row; }
+    std::size_t ActiveCount() const;
+    bool NeedsSignIn() const;
+    static bool CanCancel(const Row& row) { return !IsFinal(row.progress.state); }
+    static bool CanRetry(const Row& row) {
+        return row.progress.state == TransferState::Failed ||
+               row.progress.state == TransferState::Cancelled;
+    }
+
+private:
+    struct Entry {
+        Row row;
+        Ended ended;
+        std::shared_ptr<Client> client;
+        Transfer transfer;
+        TransferGroup group;
+    };
+
+    void Start(Entry& entry);
+    void OnProgress(Entry& entry, const Progress& progress);
+    void OnProgress(Entry& entry, const GroupProgress& progress);
+    void Tell(const Entry& entry);
+
+    std::vector<std::unique_ptr<Entry>> m_entries;
+    Changed m_changed;
+};
+
+/// How it stands, in words.
+std::wstring StateText(const TransfersModel::Row& row);
+/// What else is known of a failure.
+std::wstring FailureDetails(const TransfersModel::Row& row);
+/// From 0 to 100; nothing where the size is not known.
+std::optional<unsigned> Percentage(const Progress& progress);
+
+} // namespace brevint::explorer

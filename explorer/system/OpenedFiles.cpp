@@ -1,0 +1,116 @@
+#include "explorer/system/OpenedFiles.h"
+
+#include "explorer/system/Handles.h"
+#include "explorer/system/Text.h"
+#include "support/LocalName.h"
+#include "support/windows/Ownership.h"
+
+#include <algorithm>
+#include <array>
+#include <system_error>
+
+#include <windows.h>
+
+namespace brevint::explorer {
+
+namespace {
+
+constexpr wchar_t kFolderPrefix[] = L"Brevint Explorer ";
+
+/// Endings of what Windows runs, or takes orders from.
+constexpr std::wstring_view kProgramEndings[] = {
+    L".ade",         L".adp", L".app",  L".appref-ms",
+    L".application", L".bas", L".bat",  L".chm",
+    L".cmd",         L".com", L".cpl",  L".csh",
+    L".diagcab",     L".dll", L".exe",  L".fxp",
+    L".gadget",      L".hlp", L".hta",  L".inf",
+    L".ins",         L".isp", L".jar",  L".jnlp",
+    L".js",          L".jse", L".ksh",  L".lnk",
+    L".mad",         L".mdb", L".mde",  L".msc",
+    L".msh",         L".msi", L".msix", L".msp",
+    L".mst",         L".ocx", L".ops",  L".pcd",
+    L".pif",         L".pl",  L".prg",  L".ps1",
+    L".ps1xml",      L".ps2", L".psc1", L".psm1",
+    L".py",          L".pyw", L".reg",  L".rb",
+    L".scf",         L".scr", L".sct",  L".settingcontent-ms",
+    L".shb",         L".shs", L".sys",  L".url",
+    L".vb",          L".vbe", L".vbs",  L".website",
+    L".ws",          L".wsc", L".wsf",  L".wsh",
+    L".xll"};
+
+} // namespace
+
+std::wstring LocalName(std::string_view name) {
+    std::wstring local = DisplayText(Wide(name));
+    for (wchar_t& character : local) {
+        if (std::wstring_view(L"<>:\"/\\|?*").find(character) != std::wstring_view::npos) {
+            character = L'_';
+        }
+    }
+    // Windows drops these at the end, and with them perhaps another ending than the one that shows.
+    local.erase(local.find_last_not_of(L" .") + 1);
+    constexpr std::size_t kLongest = 200;
+    if (local.size() > kLongest) {
+        const std::wstring ending = std::filesystem::path(local).extension().wstring();
+        const std::size_t kept = ending.size() < kLongest ? kLongest - ending.size() : 0;
+        local = local.substr(0, kept) + ending.substr(0, kLongest);
+    }
+    // What is left is a device, a part file or one that Windows obeys.
+    return IsLocalName(Utf8(local)) ? local : L'_' + local;
+}
+
+bool IsProgram(const std::wstring& localName) {
+    const std::wstring ending = FoldCase(std::filesystem::path(localName).extension().wstring());
+    return std::ranges::find(kProgramEndings, ending) != std::end(kProgramEndings);
+}
+
+bool MarkAsDownloaded(const std::filesystem::path& file) {
+    const HANDLE opened = CreateFileW((file.wstring() + L":Zone.Identifier").c_str(), GENERIC_WRITE,
+                                      0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (opened == INVALID_HANDLE_VALUE) {
+        return false;
+    }
+    const HandlePtr stream(opened);
+    constexpr std::string_view kInternet = "[ZoneTransfer]\r\nZoneId=3\r\n";
+    DWORD written = 0;
+    return WriteFile(stream.get(), kInternet.data(), static_cast<DWORD>(kInternet.size()), &written,
+                     nullptr) &&
+           written == kInternet.size();
+}
+
+OpenedFiles::OpenedFiles(std::filesystem::path parent) {
+    std::error_code failed;
+    // Each program's folder bears its process's number.
+    for (const auto& entry : std::filesystem::directory_iterator(parent, failed)) {
+        const std::wstring name = entry.path().filename().wstring();
+        if (!name.starts_with(kFolderPrefix)) {
+            continue;
+        }
+        const DWORD process =
+            std::wcstoul(name.c_str() + std::size(kFolderPrefix) - 1, nullptr, 10);
+        const HandlePtr running(OpenProcess(SYNCHRONIZE, FALSE, process));
+        if (!running) {
+            std::error_code ignored;
+            std::filesystem::remove_all(entry.path(), ignored);
+        }
+    }
+    m_folder = parent / (kFolderPrefix + std::to_wstring(GetCurrentProcessId()));
+}
+
+OpenedFiles::~OpenedFiles() {
+    std::error_code ignored; // the next start tries again
+    std::filesystem::remove_all(m_folder, ignored);
+}
+
+std::filesystem::path OpenedFiles::NewPath(const std::wstring& localName) {
+    const LocalPtr descriptor = UsersOnly();
+    SECURITY_ATTRIBUTES attributes = {sizeof attributes, descriptor.get(), FALSE};
+    CreateDirectoryW(m_folder.c_str(), &attributes); // may be there
+    const std::filesystem::path folder = m_folder / std::to_wstring(++m_count);
+    if (!descriptor || !CreateDirectoryW(folder.c_str(), &attributes)) {
+        return {};
+    }
+    return folder / localName;
+}
+
+} // namespace brevint::explorer

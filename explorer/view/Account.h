@@ -1,0 +1,57 @@
+#pragma once
+
+#include "explorer/system/SessionStore.h"
+#include "explorer/system/Settings.h"
+#include "explorer/view/DialogStack.h"
+#include "explorer/view/SignInDialog.h"
+#include "explorer/work/Session.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace brevint::explorer {
+
+/// Signs the user in and out, and keeps the session for the next start if that is wanted.
+class Account {
+public:
+    struct Listener {
+        std::function<void()> onSignedIn;
+        std::function<void()> onSignedOut; ///< Or not signed in after all.
+        /// The stored session cannot be tried.
+        std::function<void(const Error&, std::function<void()> again)> onUnreachable;
+    };
+
+    Account(Session& session, DialogStack& dialogs, Settings& settings,
+            std::optional<SessionStore> store, Listener listener);
+    Account(const Account&) = delete;
+    Account& operator=(const Account&) = delete;
+
+    bool IsSignedIn() const { return m_isSignedIn; }
+    const std::string& User() const { return m_user; }
+
+    /// Goes on with the stored session, or asks for one.
+    void Start();
+    /// Shows the dialog, unless it is there. What waits for a session goes on after it.
+    void AskToSignIn(std::wstring why = {});
+    void SignOut();
+
+private:
+    void SignIn(const SignInDialog::Entries& entries);
+    void OnSignedIn(const std::string& user, bool staysSignedIn);
+    void OnRefused();
+    void Restore();
+
+    Session& m_session;
+    DialogStack& m_dialogs;
+    Settings& m_settings;
+    std::optional<SessionStore> m_store;
+    const Listener m_listener;
+    std::string m_user;
+    SignInDialog* m_dialog = nullptr; ///< While it is open.
+    std::optional<Session::CallId> m_signIn;
+    bool m_isSignedIn = false;
+};
+
+} // namespace brevint::explorer

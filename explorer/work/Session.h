@@ -1,0 +1,112 @@
+#pragma once
+
+#include "brevint/client.h"
+#include "explorer/work/Worker.h"
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace brevint::explorer {
+
+/// The user's session with one service, and the calls that are made in it. A call that finds no
+/// session waits until the user has signed in, and is then made again. All of it is on the window's
+/// thread; a result comes to nobody once the object is gone.
+class Session {
+public:
+    struct Listener {
+        std::function<void()> onCallsChanged; ///< One has begun or ended.
+        std::function<void()> onSignInNeeded; ///< See ResumeCalls and FailCalls.
+    };
+    using CallId = unsigned;
+
+    Session(Worker& worker, Executor executor, Listener listener);
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    /// Turns to a service. Nothing is sent. Another service's calls are given up. Returns what is
+    /// wrong with the address.
+    Error Open(const std::string& url);
+    /// Gives up the service with all calls.
+    void Close();
+
+    bool IsOpen() const { return m_client != nullptr; }
+    const std::shared_ptr<Client>& GetClient() const { return m_client; }
+    const std::string& Url() const { return m_url; }
+
+    /// Calls `work(client, options)` on a thread of its own, and then `done` with the Reply.
+    template <class Work, class Done>
+    CallId Call(Work work, Done done) {
+        const CallId id = ++m_lastCall;
+        Make(id, std::move(work), std::move(done));
+        return id;
+    }
+    /// Its result is wanted by nobody any more.
+    void Drop(CallId id);
+    /// Ends a call at once, which tells that it was cancelled.
+    void Stop(CallId id);
+    /// Ends all calls, which tell that they were cancelled.
+    void StopAll();
+
+    bool IsBusy() const { return !m_calls.empty(); }
+    /// Since when the call that has taken longest is under way.
+    std::chrono::seconds LongestWait() const;
+
+    /// Makes the calls that wait for a sign-in.
+    void ResumeCalls();
+    /// There is none: these calls fail.
+    void FailCalls();
+
+private:
+    using Clock = std::chrono::steady_clock;
+    /// Long enough for any listing; whoever does not want to wait stops the call.
+    static constexpr std::chrono::minutes kLimit{5};
+
+    struct Pending {
+        Clock::time_point begin;
+        Task task;
+    };
+    struct Waiting {
+        CallId id;
+        std::function<void()> resume;
+        std::function<void()> fail;
+    };
+
+    template <class Work, class Done>
+    void Make(CallId id, Work work, Done done) {
+        auto onThread = [client = m_client, work](const StopToken& stop) {
+            return work(*client, CallOptions{.stop = stop, .limit = kLimit});
+        };
+        auto onWindow = [this, id, work, done](auto reply) {
+            m_calls.erase(id);
+            m_listener.onCallsChanged();
+            if (reply.error.failure == Failure::NotSignedIn) {
+                m_waiting.push_back({id, [=, this] { Make(id, work, done); },
+                                     [=] {
+                                         done(reply);
+                                     }});
+                m_listener.onSignInNeeded();
+            } else {
+                done(std::move(reply));
+            }
+        };
+        m_calls[id] = {Clock::now(), m_worker.Run(std::move(onThread), std::move(onWindow))};
+        m_listener.onCallsChanged();
+    }
+
+    Worker& m_worker;
+    const Executor m_executor;
+    const Listener m_listener;
+    std::string m_url;
+    std::shared_ptr<Client> m_client;
+    std::map<CallId, Pending> m_calls;
+    std::vector<Waiting> m_waiting;
+    CallId m_lastCall = 0;
+};
+
+} // namespace brevint::explorer

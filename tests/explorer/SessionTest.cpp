@@ -1,0 +1,104 @@
+#include "tests/explorer/WindowFixture.h"
+
+#include "explorer/system/Text.h"
+#include "tests/support/ScriptedServer.h"
+
+namespace brevint::test {
+namespace {
+
+using explorer::Text;
+using explorer::Wide;
+
+const std::vector<std::wstring> kTop = {L"Archive", L"Bridge", L"Big.bin"};
+
+class SessionTest : public WindowTest {
+protected:
+    std::wstring Setting(const wchar_t* name) {
+        return explorer::Settings(kSettings).GetText(name);
+    }
+};
+
+TEST_F(SessionTest, TellsARefusalInTheDialogAndSignsInAfterIt) {
+    SignIn(L"wrong");
+    ASSERT_TRUE(PumpUntil([&] { return IsWindowEnabled(GetDlgItem(Dialog(), IDOK)); }));
+    EXPECT_NE(DialogText(IDC_STATE), L"");
+    EXPECT_EQ(GetFocus(), GetDlgItem(Dialog(), IDC_PASSWORD));
+    Type(IDC_PASSWORD, L"ada-secret");
+    Press(IDOK);
+    ASSERT_TRUE(AwaitItems(kTop));
+    EXPECT_FALSE(Dialog());
+    EXPECT_TRUE(PumpUntil(
+        [&] { return explorer::GetText(Main()) == L"Projects \x2013 Brevint Explorer"; }));
+    EXPECT_EQ(Setting(L"Address"), Wide(m_service.Url()));
+    EXPECT_EQ(Setting(L"User"), L"ada");
+
+    CloseWindow(); // without having asked to stay signed in
+    OpenWindow();
+    ASSERT_TRUE(AwaitDialog(IDC_PASSWORD));
+    EXPECT_EQ(DialogText(IDC_USER), L"ada");
+    EXPECT_EQ(DialogText(IDC_PASSWORD), L"");
+}
+
+TEST_F(SessionTest, StaysSignedInUntilTheUserSignsOut) {
+    CheckDlgButton(Dialog(), IDC_STAY, BST_CHECKED);
+    SignIn();
+    ASSERT_TRUE(AwaitItems(kTop));
+    CloseWindow();
+    OpenWindow();
+    ASSERT_TRUE(AwaitItems(kTop));
+    EXPECT_FALSE(Dialog());
+
+    Command(IDM_SIGN_OUT);
+    ASSERT_TRUE(PumpUntil([&] { return NoticeText() == Text(IDS_NOT_SIGNED_IN); }));
+    EXPECT_TRUE(Items().empty());
+    CloseWindow();
+    OpenWindow();
+    EXPECT_TRUE(AwaitDialog(IDC_PASSWORD));
+}
+
+TEST_F(SessionTest, GoesOnWithWhatWasWantedAfterTheSessionHasEnded) {
+    GoTo(L"/Projects");
+    m_service.Misbehave({.endsSession = true, .requests = 1});
+    Select(L"Big.bin");
+    Command(IDM_DOWNLOAD);
+    ASSERT_TRUE(
+        PumpUntil([&] { return Column(TransferList(), 3) == std::vector{Text(IDS_FINISHED)}; }));
+    Type(IDC_ADDRESS, L"/Projects/Bridge");
+    Command(IDOK);
+    ASSERT_TRUE(AwaitDialog(IDC_PASSWORD));
+    EXPECT_EQ(DialogText(IDC_STATE), Text(IDS_SESSION_ENDED));
+    Type(IDC_PASSWORD, L"ada-secret");
+    Press(IDOK);
+    ASSERT_TRUE(PumpUntil([&] { return Items().size() == 6; }));
+    EXPECT_EQ(explorer::GetText(Child(IDC_ADDRESS)), L"/Projects/Bridge");
+}
+
+TEST_F(SessionTest, ASilentServerCanBeGivenUpAtOnce) {
+    ScriptedServer silent;
+    silent.OnConnect().Wait("never");
+    ASSERT_TRUE(AwaitDialog(IDC_PASSWORD));
+    Type(IDC_URL, silent.Url(""));
+    Type(IDC_USER, L"ada");
+    Type(IDC_PASSWORD, L"ada-secret");
+    Press(IDOK);
+    ASSERT_TRUE(PumpUntil([&] { return silent.AwaitArrivalAt("never"); }));
+    EXPECT_EQ(DialogText(IDC_STATE), Text(IDS_SIGNING_IN));
+    Press(IDCANCEL);
+    ASSERT_TRUE(PumpUntil([&] { return IsWindowEnabled(GetDlgItem(Dialog(), IDOK)); }));
+    Press(IDCANCEL);
+    ASSERT_TRUE(AwaitNoDialog());
+    EXPECT_EQ(NoticeText(), Text(IDS_NOT_SIGNED_IN));
+}
+
+TEST_F(SessionTest, TellsThatThereIsNoService) {
+    GoTo(L"/Projects");
+    m_service.Stop();
+    Command(IDM_REFRESH);
+    ASSERT_TRUE(PumpUntil([&] { return NoticeText() != L""; }));
+    EXPECT_TRUE(Items().empty());
+    EXPECT_FALSE(IsEnabled(IDM_UPLOAD));
+    EXPECT_TRUE(IsEnabled(IDM_REFRESH));
+}
+
+} // namespace
+} // namespace brevint::test
