@@ -50,8 +50,9 @@ typedef struct brevint_group brevint_group;
 
 /** A size or a duration that nobody knows. */
 #define BREVINT_UNKNOWN_SIZE UINT64_MAX
-/** Identifiers of the reference service's folders that hold all others. */
+/** The identifier of the reference service's folder "/Projects". */
 #define BREVINT_PROJECTS "00000000-0000-0000-0000-000000000001"
+/** The identifier of its folder "/Templates". */
 #define BREVINT_TEMPLATES "00000000-0000-0000-0000-000000000002"
 /** A time that nobody knows. */
 #define BREVINT_UNKNOWN_TIME INT64_MIN
