@@ -64,8 +64,9 @@ unset_proxies() {
     unset http_proxy https_proxy all_proxy no_proxy HTTP_PROXY HTTPS_PROXY ALL_PROXY NO_PROXY
 }
 
-# Wine. One prefix serves all builds: it takes 700 MB and some ten seconds to make.
-export WINEPREFIX=$cache/wine WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES="mscoree=;mshtml="
+# Wine. One prefix serves all builds: it takes 700 MB and some ten seconds to make. BREVINT_WINE names
+# another one.
+export WINEPREFIX=$cache/wine${BREVINT_WINE:+-$BREVINT_WINE} WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES="mscoree=;mshtml="
 
 # One Wine process, kept apart from our standard streams (whatever it starts inherits them, and a
 # reader of ours would wait for it) and from the lock of wine_start.
