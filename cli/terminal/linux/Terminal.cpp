@@ -35,15 +35,22 @@ class EchoOff {
 public:
     EchoOff() {
         tcgetattr(STDIN_FILENO, &m_before);
-        termios hidden = m_before;
-        hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO);
-        tcsetattr(STDIN_FILENO, TCSAFLUSH, &hidden);
+        TurnOff(TCSAFLUSH);
     }
     EchoOff(const EchoOff&) = delete;
     EchoOff& operator=(const EchoOff&) = delete;
     ~EchoOff() { tcsetattr(STDIN_FILENO, TCSAFLUSH, &m_before); }
 
+    /// Once more, after somebody else has had the terminal. What has been typed since stays.
+    void Renew() const { TurnOff(TCSADRAIN); }
+
 private:
+    void TurnOff(int when) const {
+        termios hidden = m_before;
+        hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+        tcsetattr(STDIN_FILENO, when, &hidden);
+    }
+
     termios m_before{};
 };
 
@@ -191,13 +198,17 @@ std::optional<std::string> ReadLine(const std::string& prompt, Echo echo, const 
         poll(sources, std::size(sources), -1);
         if (const int signal = signals.Take(); signal == 0) {
             return std::nullopt;
-        } else if (signal > 0) {
-            // Stopped, ended by Ctrl-\, or continued after a stop that nobody can hold: whoever has
-            // the terminal meanwhile may have changed it.
-            echoOff.reset();
-            if (signal != SIGCONT) {
-                signals.LetThrough(signal);
+        } else if (signal == SIGCONT) {
+            // After a stop that nobody can hold, or late after another one: an answer may have been
+            // typed meanwhile.
+            if (echoOff) {
+                echoOff->Renew();
             }
+            Write(Stream::Error, prompt);
+        } else if (signal > 0) {
+            // Stopped, or ended by Ctrl-\: whoever has the terminal meanwhile may change it.
+            echoOff.reset();
+            signals.LetThrough(signal);
             ask();
             line.clear();
         } else if (sources[0].revents != 0) {
