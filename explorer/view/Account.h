@@ -1,10 +1,10 @@
 #pragma once
 
+#include "explorer/background/Session.h"
 #include "explorer/system/SessionStore.h"
 #include "explorer/system/Settings.h"
 #include "explorer/view/DialogStack.h"
 #include "explorer/view/SignInDialog.h"
-#include "explorer/work/Session.h"
 
 #include <functional>
 #include <memory>

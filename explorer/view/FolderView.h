@@ -1,10 +1,10 @@
 #pragma once
 
+#include "explorer/background/Session.h"
 #include "explorer/model/Location.h"
 #include "explorer/view/FolderList.h"
 #include "explorer/view/FolderTree.h"
 #include "explorer/view/Notice.h"
-#include "explorer/work/Session.h"
 
 #include <functional>
 #include <optional>

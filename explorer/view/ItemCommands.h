@@ -1,11 +1,11 @@
 #pragma once
 
+#include "explorer/background/Session.h"
 #include "explorer/model/TransfersModel.h"
 #include "explorer/system/Desktop.h"
 #include "explorer/system/OpenedFiles.h"
 #include "explorer/view/DialogStack.h"
 #include "explorer/view/FolderView.h"
-#include "explorer/work/Session.h"
 
 #include <filesystem>
 #include <functional>

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "explorer/background/Dispatcher.h"
+#include "explorer/background/Session.h"
+#include "explorer/background/Worker.h"
 #include "explorer/model/TransfersModel.h"
 #include "explorer/system/Desktop.h"
 #include "explorer/system/SessionStore.h"
@@ -10,9 +13,6 @@
 #include "explorer/view/FolderView.h"
 #include "explorer/view/ItemCommands.h"
 #include "explorer/view/TransfersPane.h"
-#include "explorer/work/Dispatcher.h"
-#include "explorer/work/Session.h"
-#include "explorer/work/Worker.h"
 
 #include <functional>
 #include <memory>

@@ -1,4 +1,4 @@
-#include "explorer/work/Worker.h"
+#include "explorer/background/Worker.h"
 
 #include <list>
 #include <system_error>

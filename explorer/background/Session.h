@@ -1,7 +1,7 @@
 #pragma once
 
 #include "brevint/client.h"
-#include "explorer/work/Worker.h"
+#include "explorer/background/Worker.h"
 
 #include <chrono>
 #include <functional>

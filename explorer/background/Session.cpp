@@ -1,4 +1,4 @@
-#include "explorer/work/Session.h"
+#include "explorer/background/Session.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "explorer/work/Dispatcher.h"
+#include "explorer/background/Dispatcher.h"
 
 #include <deque>
 #include <mutex>
