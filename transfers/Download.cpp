@@ -97,10 +97,12 @@ bool Download::OpenPart() {
         m_record && m_record->url == m_url && m_size >= m_record->kept &&
         m_size <= m_record->total &&
         (m_request.listedSize == kUnknownSize || m_request.listedSize == m_record->total);
+    if (!fits) {
+        m_record.reset();
+    }
+    lock.unlock(); // the listener may cancel, which takes it
     if (fits) {
         Report(m_size);
-    } else {
-        m_record.reset();
     }
     return true;
 }

@@ -17,6 +17,20 @@ constexpr const char* kTarget = "/Repository/Files/id";
 class Resume : public testing::Test {
 protected:
     ScriptedServer m_server;
+    /// Four bytes of ten arrive, and then the attempts are used up.
+    void LeavePart(const Queue& queue) {
+        Store(m_destination, "old");
+        m_server.On(kTarget)
+            .Head(200, {{"ETag", "\"a\""}, {"Content-Length", "10"}})
+            .Send("0123")
+            .Close();
+        m_server.On(kTarget).Reply(503);
+        EXPECT_EQ(Outcome(StartDownload(queue, "id", m_destination)).state,
+                  BREVINT_TRANSFER_FAILED);
+        EXPECT_EQ(Contents(m_destination), "old");
+        EXPECT_EQ(FileCount(m_folder.Folder()), 3); // with the part and its record
+    }
+
     TempFolder m_folder;
     const std::filesystem::path m_destination = m_folder.Folder() / "file";
 };
@@ -93,20 +107,27 @@ TEST_F(Resume, NeverMixesWhatDoesNotFit) {
 }
 
 TEST_F(Resume, LeavesAPartForALaterTransferAndTheOldFileAsItWas) {
-    Store(m_destination, "old");
-    m_server.On(kTarget)
-        .Head(200, {{"ETag", "\"a\""}, {"Content-Length", "10"}})
-        .Send("0123")
-        .Close();
-    m_server.On(kTarget).Reply(503);
     const Queue queue = MakeQueue(Narrow(m_server.Url("/")));
-    EXPECT_EQ(Outcome(StartDownload(queue, "id", m_destination)).state, BREVINT_TRANSFER_FAILED);
-    EXPECT_EQ(Contents(m_destination), "old");
-    EXPECT_EQ(FileCount(m_folder.Folder()), 3); // with the part and its record
+    LeavePart(queue);
     m_server.On(kTarget).Reply(206, {{"ETag", "\"a\""}, {"Content-Range", "bytes 4-9/10"}},
                                "456789");
     EXPECT_EQ(Outcome(StartDownload(queue, "id", m_destination)).state, BREVINT_TRANSFER_FINISHED);
     EXPECT_EQ(Contents(m_destination), "0123456789");
+    EXPECT_EQ(FileCount(m_folder.Folder()), 1);
+}
+
+TEST_F(Resume, MayBeCancelledByItsListenerBeforeItGoesOn) {
+    const Queue queue = MakeQueue(Narrow(m_server.Url("/")));
+    LeavePart(queue);
+    Listener listener = [](brevint_transfer* transfer, const brevint_progress& now) {
+        if (now.bytes_done > 0) {
+            brevint_transfer_cancel(transfer);
+        }
+    };
+    const TransferPtr transfer =
+        StartDownload(queue, "id", m_destination, BREVINT_UNKNOWN_SIZE, &listener);
+    EXPECT_EQ(Outcome(transfer).state, BREVINT_TRANSFER_CANCELLED);
+    EXPECT_EQ(Contents(m_destination), "old");
     EXPECT_EQ(FileCount(m_folder.Folder()), 1);
 }
 
