@@ -21,7 +21,7 @@ using Transfer = std::unique_ptr<brevint_transfer, TransferFree>;
 
 Queue NewQueue(const TaskArguments& arguments) {
     brevint_queue_settings settings;
-    brevint_queue_settings_init(&settings);
+    brevint_queue_settings_init(&settings, sizeof settings);
     settings.concurrent = static_cast<std::uint32_t>(arguments.atOnce);
     brevint_client* const client = brevint_client_new(arguments.url.c_str(), nullptr, nullptr);
     Queue queue(brevint_queue_new(client, &settings));
@@ -32,7 +32,7 @@ Queue NewQueue(const TaskArguments& arguments) {
 void AwaitSuccess(const Transfer& transfer) {
     brevint_transfer_wait(transfer.get(), std::numeric_limits<std::uint32_t>::max());
     brevint_outcome outcome;
-    brevint_outcome_init(&outcome);
+    brevint_outcome_init(&outcome, sizeof outcome);
     Require(brevint_transfer_outcome(transfer.get(), &outcome) != 0 &&
                 outcome.state == BREVINT_TRANSFER_FINISHED,
             "the transfer failed");
@@ -47,7 +47,7 @@ void Fetch(const TaskArguments& arguments, Stopwatch& watch, const char* suffix,
         for (std::size_t i = 0; i < arguments.count; ++i) {
             const std::string destination = arguments.file + std::to_string(i);
             brevint_download what;
-            brevint_download_init(&what);
+            brevint_download_init(&what, sizeof what);
             what.item_id = id.c_str();
             what.destination = destination.c_str();
             what.durable = durable ? 1 : 0;
@@ -94,7 +94,7 @@ void TransferUp(const TaskArguments& arguments, Stopwatch& watch) {
     watch.Start();
     const Queue queue = NewQueue(arguments);
     brevint_upload what;
-    brevint_upload_init(&what);
+    brevint_upload_init(&what, sizeof what);
     what.folder_id = "1";
     what.local_path = arguments.file.c_str();
     what.listener = StopAtJob;
@@ -109,7 +109,7 @@ void CancelSilent(const TaskArguments& arguments, Stopwatch& watch) {
     for (std::size_t i = 0; i < arguments.count; ++i) {
         std::atomic<bool> hasBytes = false;
         brevint_download what;
-        brevint_download_init(&what);
+        brevint_download_init(&what, sizeof what);
         what.item_id = id.c_str();
         what.destination = arguments.file.c_str();
         what.listener = NoteFirstBytes;

@@ -24,6 +24,8 @@
 #include "transport/StreamingExchange.h"
 
 #include <exception>
+#include <initializer_list>
+#include <iterator>
 #include <new>
 #include <vector>
 
@@ -53,7 +55,7 @@ static_assert(BREVINT_ROLE_ADMINISTRATOR == UserRole::Administrator &&
               BREVINT_ROLE_USER == UserRole::User);
 static_assert(BREVINT_FAILURE_OUT_OF_MEMORY == static_cast<int>(calls::FailureKind::OutOfMemory));
 
-calls::CallLimits Limits(const brevint_call* call) {
+calls::CallLimits LimitsOf(const brevint_call* call) {
     const brevint_call given = Complete(call, brevint_call_init);
     calls::CallLimits limits;
     if (given.cancellation) {
@@ -65,16 +67,24 @@ calls::CallLimits Limits(const brevint_call* call) {
     return limits;
 }
 
-/// Carries out a call whose work fills `result`, which it shares with its caller, and hands that to
-/// `store` after a success.
+/// What a call has been given, in the library's form.
+using Texts = std::vector<std::wstring>;
+
+/// Carries out a call: `work` takes the given texts and fills `result`, which it shares with its
+/// caller. After a success `store` takes that.
 template <class Result, class Function, class Store>
-std::int32_t Call(const brevint_client* client, const brevint_call* call, Effect effect,
-                  brevint_error** error, Function work, Store store) {
+std::int32_t Call(const brevint_client* client, std::initializer_list<const char*> given,
+                  const brevint_call* call, Effect effect, brevint_error** error, Function work,
+                  Store store) {
     return Guarded(error, [&] {
+        Texts texts;
+        std::ranges::transform(given, std::back_inserter(texts), Wide);
         const auto result = std::make_shared<Result>();
-        Failure failure = calls::RunBounded(
-            client->service, Limits(call), effect,
-            [result, work = std::move(work)](const CallContext& at) { return work(at, *result); });
+        Failure failure =
+            calls::RunBounded(client->service, LimitsOf(call), effect,
+                              [result, work, texts = std::move(texts)](const CallContext& at) {
+                                  return work(at, texts, *result);
+                              });
         if (!failure) {
             store(*result);
         }
@@ -84,12 +94,12 @@ std::int32_t Call(const brevint_client* client, const brevint_call* call, Effect
 
 /// The same for a call that tells nothing but whether it succeeded.
 template <class Function>
-std::int32_t Call(const brevint_client* client, const brevint_call* call, Effect effect,
-                  brevint_error** error, Function work) {
+std::int32_t Call(const brevint_client* client, std::initializer_list<const char*> given,
+                  const brevint_call* call, Effect effect, brevint_error** error, Function work) {
     struct Nothing {};
     return Call<Nothing>(
-        client, call, effect, error,
-        [work = std::move(work)](const CallContext& at, Nothing&) { return work(at); },
+        client, given, call, effect, error,
+        [work](const CallContext& at, const Texts& texts, Nothing&) { return work(at, texts); },
         [](Nothing&) {});
 }
 
@@ -97,13 +107,13 @@ std::int32_t Call(const brevint_client* client, const brevint_call* call, Effect
 template <class Response, class Describe>
 std::int32_t CallOnItem(const brevint_client* client, const char* item_id, const brevint_call* call,
                         brevint_error** error, Describe describe) {
-    return Call(client, call, Effect::Change, error,
-                [id = Wide(item_id), describe](const CallContext& at) {
-                    if (!calls::IsIdentifier(id)) {
-                        return calls::InvalidIdentifier(id);
+    return Call(client, {item_id}, call, Effect::Change, error,
+                [describe](const CallContext& at, const Texts& texts) {
+                    if (!calls::IsIdentifier(texts[0])) {
+                        return calls::InvalidIdentifier(texts[0]);
                     }
                     Response response;
-                    return calls::Ask(at, describe(at.service.Url(), id), response);
+                    return calls::Ask(at, describe(at.service.Url(), texts[0]), response);
                 });
 }
 
@@ -153,13 +163,14 @@ void brevint_cancellation_free(brevint_cancellation* cancellation) {
     delete cancellation;
 }
 
-void brevint_call_init(brevint_call* call) {
-    Clear(call);
-    call->milliseconds = static_cast<std::uint32_t>(calls::CallLimits().time.count());
+void brevint_call_init(brevint_call* call, size_t size) {
+    auto defaults = Blank<brevint_call>();
+    defaults.milliseconds = static_cast<std::uint32_t>(calls::CallLimits().time.count());
+    Initialise(defaults, call, size);
 }
 
-void brevint_client_settings_init(brevint_client_settings* settings) {
-    Clear(settings);
+void brevint_client_settings_init(brevint_client_settings* settings, size_t size) {
+    Initialise<brevint_client_settings>({}, settings, size);
 }
 
 brevint_client* brevint_client_new(const char* service_url, const brevint_client_settings* settings,
@@ -189,18 +200,19 @@ void brevint_client_free(brevint_client* client) {
 
 int32_t brevint_sign_in(brevint_client* client, const char* user, const char* password,
                         const brevint_call* call, brevint_error** error) {
-    return Call(client, call, Effect::None, error,
-                [user = Wide(user), password = Wide(password),
-                 insecureHttp = client->insecureHttp](const CallContext& at) {
-                    return calls::SignIn(at, user, password, insecureHttp);
+    return Call(client, {user, password}, call, Effect::None, error,
+                [insecureHttp = client->insecureHttp](const CallContext& at, const Texts& texts) {
+                    return calls::SignIn(at, texts[0], texts[1], insecureHttp);
                 });
 }
 
 int32_t brevint_sign_out(brevint_client* client, const brevint_call* call, brevint_error** error) {
-    const std::int32_t done = Call(client, call, Effect::Change, error, calls::SignOut);
+    const std::int32_t done =
+        Call(client, {}, call, Effect::Change, error,
+             [](const CallContext& at, const Texts&) { return calls::SignOut(at); });
     try {
         calls::ForgetSession(*client->service);
-    } catch (const std::bad_alloc&) {
+    } catch (const std::exception&) {
         return done ? Report(calls::OutOfMemory(), error) : 0;
     }
     return done;
@@ -232,11 +244,15 @@ int32_t brevint_session_restore(brevint_client* client, const char* session,
 int32_t brevint_ask_identity(const brevint_client* client, const brevint_call* call,
                              brevint_identity** identity, brevint_error** error) {
     return Call<CIdentityResponse>(
-        client, call, Effect::None, error, calls::AskIdentity, [&](CIdentityResponse& response) {
+        client, {}, call, Effect::None, error,
+        [](const CallContext& at, const Texts&, CIdentityResponse& response) {
+            return calls::AskIdentity(at, response);
+        },
+        [&](CIdentityResponse& response) {
             auto owned = std::make_unique<OwnedIdentity>();
             owned->name = Utf8::ToNarrow(response.GetUsername());
             owned->portal = Utf8::ToNarrow(response.GetIdentifyingPartyUrl());
-            Clear(&owned->identity);
+            owned->identity = Blank<brevint_identity>();
             owned->identity.name = owned->name.c_str();
             owned->identity.portal_url = owned->portal.c_str();
             owned->identity.role = response.GetUserRole();
@@ -251,8 +267,8 @@ void brevint_identity_free(brevint_identity* identity) {
 int32_t brevint_ask_versions(const brevint_client* client, const brevint_call* call,
                              brevint_versions** versions, brevint_error** error) {
     return Call<CVersionInfoResponse>(
-        client, call, Effect::None, error,
-        [](const CallContext& at, CVersionInfoResponse& response) {
+        client, {}, call, Effect::None, error,
+        [](const CallContext& at, const Texts&, CVersionInfoResponse& response) {
             return calls::Ask(at, CVersionInfoRequestInfo(at.service.Url()), response);
         },
         [&](const CVersionInfoResponse& response) {
@@ -264,7 +280,7 @@ int32_t brevint_ask_versions(const brevint_client* client, const brevint_call* c
             for (const std::string& version : owned->applications) {
                 owned->pointers.push_back(version.c_str());
             }
-            Clear(&owned->versions);
+            owned->versions = Blank<brevint_versions>();
             owned->versions.service = owned->service.c_str();
             owned->versions.applications = owned->pointers.data();
             owned->versions.application_count = owned->pointers.size();
@@ -276,24 +292,33 @@ void brevint_versions_free(brevint_versions* versions) {
     delete reinterpret_cast<OwnedVersions*>(versions); // of which they are the first member
 }
 
-void brevint_template_init(brevint_template* record) {
-    Clear(record);
+void brevint_template_init(brevint_template* record, size_t size) {
+    Initialise<brevint_template>({}, record, size);
 }
 
 int32_t brevint_ask_templates(const brevint_client* client, const char* type_key,
                               const brevint_call* call, brevint_templates** templates,
                               brevint_error** error) {
-    const std::wstring key = Wide(type_key);
     return Call<CTemplateResponse>(
-        client, call, Effect::None, error,
-        [key = BaseHlpr::HttpEscapeW(key.data(), static_cast<unsigned>(key.size()))](
-            const CallContext& at, CTemplateResponse& response) {
+        client, {type_key}, call, Effect::None, error,
+        [](const CallContext& at, const Texts& texts, CTemplateResponse& response) {
+            const std::wstring key =
+                BaseHlpr::HttpEscapeW(texts[0].data(), static_cast<unsigned>(texts[0].size()));
             return calls::Ask(at, CTemplateRequestInfo(at.service.Url(), key), response);
         },
         [&](CTemplateResponse& response) {
             std::vector<CTemplateInfo*> made;
             response.GetTemplateMetadata(made);
-            const std::vector<std::unique_ptr<CTemplateInfo>> infos(made.begin(), made.end());
+            std::vector<std::unique_ptr<CTemplateInfo>> infos;
+            try {
+                infos.reserve(made.size());
+            } catch (const std::bad_alloc&) {
+                std::ranges::for_each(made, std::default_delete<CTemplateInfo>());
+                throw;
+            }
+            for (CTemplateInfo* const info : made) {
+                infos.emplace_back(info);
+            }
             if (!response.GetSucceeded()) {
                 throw std::bad_alloc();
             }
@@ -319,8 +344,7 @@ int32_t brevint_templates_get(const brevint_templates* templates, size_t index,
         return 0;
     }
     const brevint_templates::Record& known = templates->records[index];
-    brevint_template result;
-    brevint_template_init(&result);
+    brevint_template result = Blank<brevint_template>();
     result.id = known.id.c_str();
     result.key = known.key.c_str();
     result.name = known.name.c_str();
@@ -337,11 +361,12 @@ void brevint_templates_free(brevint_templates* templates) {
     delete templates;
 }
 
-void brevint_item_init(brevint_item* item) {
-    Clear(item);
-    item->bytes = BREVINT_UNKNOWN_SIZE;
-    item->created_time = BREVINT_UNKNOWN_TIME;
-    item->modified_time = BREVINT_UNKNOWN_TIME;
+void brevint_item_init(brevint_item* item, size_t size) {
+    auto defaults = Blank<brevint_item>();
+    defaults.bytes = BREVINT_UNKNOWN_SIZE;
+    defaults.created_time = BREVINT_UNKNOWN_TIME;
+    defaults.modified_time = BREVINT_UNKNOWN_TIME;
+    Initialise(defaults, item, size);
 }
 
 size_t brevint_items_count(const brevint_items* items) {
@@ -353,8 +378,7 @@ int32_t brevint_items_get(const brevint_items* items, size_t index, brevint_item
         return 0;
     }
     const FolderItemView known = items->listing.At(index);
-    brevint_item result;
-    brevint_item_init(&result);
+    brevint_item result = Blank<brevint_item>();
     result.id = known.id.data();
     result.parent_id = known.parentId.data();
     result.owner_id = known.ownerId.data();
@@ -381,9 +405,9 @@ void brevint_items_free(brevint_items* items) {
 int32_t brevint_list(const brevint_client* client, const char* folder_id, const brevint_call* call,
                      brevint_items** items, brevint_error** error) {
     return Call<FolderListing>(
-        client, call, Effect::None, error,
-        [id = Wide(folder_id)](const CallContext& at, FolderListing& listing) {
-            return calls::ListFolder(at, id, listing);
+        client, {folder_id}, call, Effect::None, error,
+        [](const CallContext& at, const Texts& texts, FolderListing& listing) {
+            return calls::ListFolder(at, texts[0], listing);
         },
         [&](FolderListing& listing) {
             *items = std::make_unique<brevint_items>(std::move(listing)).release();
@@ -393,10 +417,9 @@ int32_t brevint_list(const brevint_client* client, const char* folder_id, const 
 int32_t brevint_find(const brevint_client* client, const char* folder_id, const char* path,
                      const brevint_call* call, brevint_items** item, brevint_error** error) {
     return Call<FolderListing>(
-        client, call, Effect::None, error,
-        [id = Wide(folder_id), path = std::string(View(path))](const CallContext& at,
-                                                               FolderListing& listing) {
-            return calls::Find(at, id, path, listing);
+        client, {folder_id, path}, call, Effect::None, error,
+        [](const CallContext& at, const Texts& texts, FolderListing& listing) {
+            return calls::Find(at, texts[0], Utf8::ToNarrow(texts[1]), listing);
         },
         [&](FolderListing& listing) {
             *item = std::make_unique<brevint_items>(std::move(listing)).release();
@@ -406,11 +429,11 @@ int32_t brevint_find(const brevint_client* client, const char* folder_id, const 
 int32_t brevint_ask_path(const brevint_client* client, const char* item_id,
                          const brevint_call* call, char** path, brevint_error** error) {
     return Call<CPathResponse>(
-        client, call, Effect::None, error,
-        [id = Wide(item_id)](const CallContext& at, CPathResponse& response) {
-            return calls::IsIdentifier(id)
-                       ? calls::Ask(at, CPathRequestInfo(at.service.Url(), id), response)
-                       : calls::InvalidIdentifier(id);
+        client, {item_id}, call, Effect::None, error,
+        [](const CallContext& at, const Texts& texts, CPathResponse& response) {
+            return calls::IsIdentifier(texts[0])
+                       ? calls::Ask(at, CPathRequestInfo(at.service.Url(), texts[0]), response)
+                       : calls::InvalidIdentifier(texts[0]);
         },
         [&](const CPathResponse& response) {
             *path = MakeText(Utf8::ToNarrow(response.GetPath()));
@@ -420,9 +443,9 @@ int32_t brevint_ask_path(const brevint_client* client, const char* item_id,
 int32_t brevint_create_folder(const brevint_client* client, const char* parent_id, const char* name,
                               const brevint_call* call, char** folder_id, brevint_error** error) {
     return Call<std::wstring>(
-        client, call, Effect::Change, error,
-        [parent = Wide(parent_id), name = Wide(name)](const CallContext& at, std::wstring& id) {
-            return calls::CreateFolder(at, parent, name, id);
+        client, {parent_id, name}, call, Effect::Change, error,
+        [](const CallContext& at, const Texts& texts, std::wstring& id) {
+            return calls::CreateFolder(at, texts[0], texts[1], id);
         },
         [&](const std::wstring& id) { *folder_id = MakeText(Utf8::ToNarrow(id)); });
 }
@@ -438,9 +461,9 @@ int32_t brevint_delete(const brevint_client* client, const char* item_id, const 
 int32_t brevint_read(const brevint_client* client, const char* item_id, size_t most,
                      const brevint_call* call, char** bytes, size_t* count, brevint_error** error) {
     return Call<std::vector<char>>(
-        client, call, Effect::None, error,
-        [id = Wide(item_id), most](const CallContext& at, std::vector<char>& content) {
-            return calls::ReadFile(at, id, most, content);
+        client, {item_id}, call, Effect::None, error,
+        [most](const CallContext& at, const Texts& texts, std::vector<char>& content) {
+            return calls::ReadFile(at, texts[0], most, content);
         },
         [&](const std::vector<char>& content) {
             *bytes = MakeText({content.data(), content.size()});
@@ -451,16 +474,15 @@ int32_t brevint_read(const brevint_client* client, const char* item_id, size_t m
 int32_t brevint_ask_job(const brevint_client* client, const char* job_id, int32_t of_replacement,
                         const brevint_call* call, brevint_job** job, brevint_error** error) {
     return Call<calls::Job>(
-        client, call, Effect::None, error,
-        [id = Wide(job_id),
-         kind = of_replacement != 0 ? calls::JobKind::Overwrite : calls::JobKind::Upload](
-            const CallContext& at, calls::Job& found) {
-            return calls::AskJob(at, id, kind, found);
+        client, {job_id}, call, Effect::None, error,
+        [kind = of_replacement != 0 ? calls::JobKind::Overwrite : calls::JobKind::Upload](
+            const CallContext& at, const Texts& texts, calls::Job& found) {
+            return calls::AskJob(at, texts[0], kind, found);
         },
         [&](const calls::Job& found) {
             auto owned = std::make_unique<OwnedJob>();
             owned->itemId = Utf8::ToNarrow(found.itemId);
-            Clear(&owned->job);
+            owned->job = Blank<brevint_job>();
             owned->job.is_finished = found.isFinished ? 1 : 0;
             owned->job.item_id = owned->itemId.c_str();
             *job = &owned.release()->job;

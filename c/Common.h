@@ -13,6 +13,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace c {
 
@@ -25,9 +26,13 @@ inline std::wstring Wide(const char* text) {
     return Utf8::ToWide(View(text));
 }
 
+/// On Linux the bytes as they are; on Windows what is malformed becomes what no file has.
 inline std::filesystem::path Path(const char* text) {
-    const std::string_view view = View(text);
-    return std::u8string(view.begin(), view.end());
+    if constexpr (std::is_same_v<std::filesystem::path::value_type, wchar_t>) {
+        return Utf8::ToWide(View(text));
+    } else {
+        return std::string(View(text));
+    }
 }
 
 inline std::string Narrow(const std::filesystem::path& path) {
@@ -35,12 +40,30 @@ inline std::string Narrow(const std::filesystem::path& path) {
     return {text.begin(), text.end()};
 }
 
+/// A structure of this version of the library, without anything in it.
+template <class Struct>
+Struct Blank() {
+    Struct blank = {};
+    blank.size = sizeof(Struct);
+    return blank;
+}
+
+/// Gives a structure of the caller's its size, which may be another version's, and the defaults.
+template <class Struct>
+void Initialise(const Struct& defaults, Struct* target, std::size_t size) {
+    if (size >= sizeof(size)) {
+        std::memset(target, 0, size);
+        std::memcpy(target, &defaults, std::min(size, sizeof(Struct)));
+        std::memcpy(target, &size, sizeof(size)); // its first member
+    }
+}
+
 /// A structure of the caller's, whose size says how much of it there is: members that it lacks have
 /// their defaults.
 template <class Struct>
-Struct Complete(const Struct* given, void (*init)(Struct*)) {
+Struct Complete(const Struct* given, void (*init)(Struct*, std::size_t)) {
     Struct complete = {};
-    init(&complete);
+    init(&complete, sizeof complete);
     if (given) {
         std::memcpy(&complete, given, std::min(given->size, sizeof(Struct)));
         complete.size = sizeof(Struct);
@@ -52,17 +75,12 @@ Struct Complete(const Struct* given, void (*init)(Struct*)) {
 template <class Struct>
 void Store(const Struct& filled, Struct* target) {
     const std::size_t size = std::min(target->size, sizeof(Struct));
-    std::memcpy(&target->size + 1, &filled.size + 1, size - sizeof(size));
+    if (size > sizeof(size)) {
+        std::memcpy(&target->size + 1, &filled.size + 1, size - sizeof(size));
+    }
 }
 
-template <class Struct>
-void Clear(Struct* target) {
-    std::memset(target, 0, sizeof(Struct));
-    target->size = sizeof(Struct);
-}
-
-/// What a code means and what a user can do; both empty for a code that is none.
-const char* Meaning(double code);
+/// What a user can do about a code; empty for a code that is none.
 const char* Hint(double code);
 
 /// Stores the failure for the caller of a function, who may not want it. Returns what the function

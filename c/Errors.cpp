@@ -15,11 +15,6 @@ struct OwnedError {
 
 namespace c {
 
-const char* Meaning(double code) {
-    const ErrorDescription* const description = DescribeError(code);
-    return description ? description->meaning : "";
-}
-
 const char* Hint(double code) {
     const ErrorDescription* const description = DescribeError(code);
     return description ? description->hint : "";
@@ -34,9 +29,11 @@ std::int32_t Report(const calls::Failure& failure, brevint_error** error) {
     }
     try {
         auto owned = std::make_unique<OwnedError>();
-        owned->text = Utf8::ToNarrow(failure.text);
+        owned->text = failure.kind == calls::FailureKind::OutOfMemory
+                          ? "There is no memory left, or no thread to spare."
+                          : Utf8::ToNarrow(failure.text);
         owned->serverMessage = Utf8::ToNarrow(failure.serverMessage);
-        Clear(&owned->error);
+        owned->error = Blank<brevint_error>();
         owned->error.failure = static_cast<std::int32_t>(failure.kind);
         owned->error.code = static_cast<std::int32_t>(failure.code);
         owned->error.connection = static_cast<std::int32_t>(failure.connection);
@@ -67,7 +64,8 @@ void brevint_error_free(brevint_error* error) {
 }
 
 const char* brevint_code_meaning(int32_t code) {
-    return DescribeError(code) ? c::Meaning(code) : nullptr;
+    const ErrorDescription* const description = DescribeError(code);
+    return description ? description->meaning : nullptr;
 }
 
 const char* brevint_code_name(int32_t code) {

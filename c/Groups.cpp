@@ -22,8 +22,7 @@ struct brevint_group {
 namespace {
 
 brevint_group_progress ToC(const transfers::FolderProgress& progress) {
-    brevint_group_progress result;
-    brevint_group_progress_init(&result);
+    brevint_group_progress result = Blank<brevint_group_progress>();
     result.state = static_cast<std::int32_t>(progress.state);
     result.entry_count = progress.entries;
     result.files_total = progress.filesTotal;
@@ -78,16 +77,16 @@ brevint_group* Begin(brevint_queue* queue, const brevint_folder_transfer* transf
 
 } // namespace
 
-void brevint_folder_transfer_init(brevint_folder_transfer* transfer) {
-    Clear(transfer);
+void brevint_folder_transfer_init(brevint_folder_transfer* transfer, size_t size) {
+    Initialise<brevint_folder_transfer>({}, transfer, size);
 }
 
-void brevint_group_progress_init(brevint_group_progress* progress) {
-    Clear(progress);
+void brevint_group_progress_init(brevint_group_progress* progress, size_t size) {
+    Initialise<brevint_group_progress>({}, progress, size);
 }
 
-void brevint_group_entry_init(brevint_group_entry* entry) {
-    Clear(entry);
+void brevint_group_entry_init(brevint_group_entry* entry, size_t size) {
+    Initialise<brevint_group_entry>({}, entry, size);
 }
 
 brevint_group* brevint_queue_download_folder(brevint_queue* queue,
@@ -138,7 +137,7 @@ int32_t brevint_group_entry_get(const brevint_group* group, size_t index,
         }
         const transfers::FolderEntryProgress progress = group->group->EntryProgress(index);
         brevint_group_entry result;
-        brevint_group_entry_init(&result);
+        brevint_group_entry_init(&result, sizeof result);
         result.path = path.c_str();
         result.action = static_cast<std::int32_t>(progress.action);
         result.state = static_cast<std::int32_t>(progress.state);

@@ -14,8 +14,7 @@ using namespace c;
 using transfers::Transfer;
 
 brevint_progress ToC(const transfers::TransferProgress& progress) {
-    brevint_progress result;
-    brevint_progress_init(&result);
+    brevint_progress result = Blank<brevint_progress>();
     result.state = static_cast<std::int32_t>(progress.state);
     result.bytes_done = progress.done;
     result.bytes_total = progress.total;
@@ -35,8 +34,7 @@ OutcomeTexts::OutcomeTexts(const transfers::TransferOutcome& outcome)
 
 brevint_outcome ToC(const transfers::TransferOutcome& outcome, transfers::TransferState state,
                     const OutcomeTexts& texts) {
-    brevint_outcome result;
-    brevint_outcome_init(&result);
+    brevint_outcome result = Blank<brevint_outcome>();
     result.state = static_cast<std::int32_t>(state);
     result.code = static_cast<std::int32_t>(outcome.code);
     result.http_status = static_cast<std::uint32_t>(outcome.status);
@@ -93,37 +91,49 @@ brevint_transfer* Begin(brevint_queue* queue, Request request, brevint_listener 
     }
 }
 
+/// Does what has no way to tell a failure, which can only be lack of memory.
+template <class Work>
+void Unfailing(Work work) noexcept {
+    try {
+        work();
+    } catch (const std::exception&) {
+        // What could not be reached is as it was.
+    }
+}
+
 } // namespace
 
-void brevint_queue_settings_init(brevint_queue_settings* settings) {
+void brevint_queue_settings_init(brevint_queue_settings* settings, size_t size) {
     const transfers::TransferSettings defaults;
     const auto count = [](std::chrono::milliseconds time) {
         return static_cast<std::uint32_t>(time.count());
     };
-    Clear(settings);
-    settings->concurrent = defaults.concurrent;
-    settings->attempts = defaults.attempts;
-    settings->first_pause = count(defaults.firstPause);
-    settings->longest_pause = count(defaults.longestPause);
-    settings->stall_limit = count(defaults.stallLimit);
-    settings->reply_limit = count(defaults.replyLimit);
+    auto result = Blank<brevint_queue_settings>();
+    result.concurrent = defaults.concurrent;
+    result.attempts = defaults.attempts;
+    result.first_pause = count(defaults.firstPause);
+    result.longest_pause = count(defaults.longestPause);
+    result.stall_limit = count(defaults.stallLimit);
+    result.reply_limit = count(defaults.replyLimit);
+    Initialise(result, settings, size);
 }
 
-void brevint_progress_init(brevint_progress* progress) {
-    Clear(progress);
+void brevint_progress_init(brevint_progress* progress, size_t size) {
+    Initialise<brevint_progress>({}, progress, size);
 }
 
-void brevint_outcome_init(brevint_outcome* outcome) {
-    Clear(outcome);
+void brevint_outcome_init(brevint_outcome* outcome, size_t size) {
+    Initialise<brevint_outcome>({}, outcome, size);
 }
 
-void brevint_download_init(brevint_download* download) {
-    Clear(download);
-    download->listed_size = BREVINT_UNKNOWN_SIZE;
+void brevint_download_init(brevint_download* download, size_t size) {
+    auto defaults = Blank<brevint_download>();
+    defaults.listed_size = BREVINT_UNKNOWN_SIZE;
+    Initialise(defaults, download, size);
 }
 
-void brevint_upload_init(brevint_upload* upload) {
-    Clear(upload);
+void brevint_upload_init(brevint_upload* upload, size_t size) {
+    Initialise<brevint_upload>({}, upload, size);
 }
 
 brevint_queue* brevint_queue_new(const brevint_client* client,
@@ -150,12 +160,12 @@ brevint_queue* brevint_queue_new(const brevint_client* client,
 void brevint_queue_free(brevint_queue* queue) {
     const std::unique_ptr<brevint_queue> owned(queue);
     if (queue) {
-        queue->queue->CancelAll();
+        Unfailing([&] { queue->queue->CancelAll(); });
     }
 }
 
 void brevint_queue_signed_in(brevint_queue* queue) {
-    queue->queue->OnSignedIn();
+    Unfailing([&] { queue->queue->OnSignedIn(); });
 }
 
 brevint_transfer* brevint_queue_download(brevint_queue* queue, const brevint_download* download) {
@@ -169,7 +179,7 @@ brevint_transfer* brevint_queue_download(brevint_queue* queue, const brevint_dow
                                        .durable = given.durable != 0,
                                        .keepsPart = given.keeps_part != 0},
             given.listener, given.user);
-    } catch (const std::bad_alloc&) {
+    } catch (const std::exception&) {
         return nullptr;
     }
 }
@@ -185,7 +195,7 @@ brevint_transfer* brevint_queue_upload(brevint_queue* queue, const brevint_uploa
                                          Wide(given.folder_id ? given.folder_id : given.file_id),
                                      .path = Path(given.local_path)},
             given.listener, given.user);
-    } catch (const std::bad_alloc&) {
+    } catch (const std::exception&) {
         return nullptr;
     }
 }

@@ -43,6 +43,13 @@ Failure NotTheService(unsigned long status) {
     return failure;
 }
 
+/// A status of something between us and the service, which may have had the request all the same.
+bool IsOfGateway(unsigned long status) {
+    constexpr unsigned long kBadGateway = 502;
+    constexpr unsigned long kGatewayTimeout = 504;
+    return status == kBadGateway || status == kGatewayTimeout;
+}
+
 /// Sends, and reads the reply. A failure is one of the connection.
 Failure Exchange(const CallContext& at, const IRequestInfo& info, ServiceReply& reply) {
     reply = at.service.Call(info, at.stop, at.timeouts);
@@ -99,10 +106,12 @@ Failure Ask(const CallContext& at, const IRequestInfo& info, CBaseResponse& resp
     if (IsSuccess(reply.head.status) && response.GetSucceeded() && isReply) {
         return {};
     }
-    if (IsSuccess(reply.head.status) && !isReply) {
-        return NotTheService(reply.head.status);
-    }
-    return Refusal(at, reply.head, response);
+    const unsigned long status = reply.head.status;
+    Failure failure =
+        IsSuccess(status) && !isReply ? NotTheService(status) : Refusal(at, reply.head, response);
+    failure.mayHaveHappened =
+        info.GetRequestType() != WebRequestTypeGet && (IsSuccess(status) || IsOfGateway(status));
+    return failure;
 }
 
 Failure NotSignedIn(unsigned long status) {
@@ -155,6 +164,9 @@ Failure Find(const CallContext& at, std::wstring folderId, std::string_view path
         }
         const std::string_view name = path.substr(0, path.find('/'));
         path.remove_prefix(name.size());
+        if (isFound && !IsIdentifier(folderId)) {
+            return NotTheService(0);
+        }
         if (Failure failure = ListFolder(at, folderId, listing)) {
             return failure;
         }

@@ -42,10 +42,9 @@ Failure NoReply(ExchangeFailure connection) {
     return failure;
 }
 
-Failure OutOfMemory() {
+Failure OutOfMemory() noexcept {
     Failure failure;
     failure.kind = FailureKind::OutOfMemory;
-    failure.text = L"There is no memory left, or no thread to spare.";
     return failure;
 }
 

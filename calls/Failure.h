@@ -45,8 +45,8 @@ struct Failure {
 Failure Invalid(std::wstring text);
 /// No reply, or not the whole of it.
 Failure NoReply(ExchangeFailure connection);
-/// There is no memory left, or no thread.
-Failure OutOfMemory();
+/// There is no memory left, or no thread. It has no text, for which memory would be needed.
+Failure OutOfMemory() noexcept;
 /// A reply that refuses. `response` has read its document.
 Failure RefusedBy(const StreamHead& head, const CBaseResponse& response);
 

@@ -98,8 +98,7 @@ std::string FaultOf(std::string_view url, bool insecureHttp) {
     const std::optional<Origin> origin = ParseOrigin(url);
     if (!origin) {
         return "it must begin with https:// or http://, and name a host, and a port from 1 to "
-               "65535 "
-               "if any.";
+               "65535 if any.";
     }
     if (!IsConfidential(*origin) && !insecureHttp) {
         return "passwords and all content would travel unencrypted over the network.";

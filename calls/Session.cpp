@@ -12,6 +12,7 @@
 #include "support/Utf8.h"
 #include "transport/RequestFlags.h"
 
+#include <atomic>
 #include <mutex>
 #include <optional>
 #include <string_view>
@@ -66,6 +67,25 @@ std::timed_mutex& OneAtATime() {
     return mutex;
 }
 
+/// Counts the sessions that were restored or forgotten, so that a sign-in that was given up does
+/// not take away one that came after it.
+std::atomic<unsigned>& Changes() {
+    static std::atomic<unsigned> changes = 0;
+    return changes;
+}
+
+void RemoveCookies(const Service& service) {
+    // Sign-in sets its cookies for the whole host, and the jar deletes for the folder that it is
+    // told.
+    CInternetCache jar;
+    for (const std::string& folder : FoldersOf(Utf8::ToNarrow(service.Url()))) {
+        const std::wstring address = Utf8::ToWide(folder);
+        if (!jar.GetCookie(address.c_str()).empty()) {
+            jar.DeleteCookie(address.c_str());
+        }
+    }
+}
+
 /// One sign-in: service, portal, service.
 class SignInSteps {
 public:
@@ -97,7 +117,7 @@ private:
             return failure;
         }
         if (IsRedirect(reply.head.status)) {
-            m_portalUrl = reply.head.location;
+            m_portalUrl = Resolve(m_url, reply.head.location);
             SetClientMode(m_portalUrl);
             return Check(L"The service sends the sign-in to", m_url, m_portalUrl);
         }
@@ -195,11 +215,15 @@ private:
     }
 
     static std::wstring Resolve(const std::wstring& base, const std::wstring& reference) {
-        if (reference.find(L"://") != std::wstring::npos) {
+        const std::size_t scheme = reference.find(L"://");
+        if (scheme != std::wstring::npos && scheme < reference.find_first_of(L"/?#")) {
             return reference;
         }
         const std::size_t authority = base.find(L"://") + 3;
-        const std::wstring path = WithoutQuery(base);
+        std::wstring path = WithoutQuery(base);
+        if (path.find(L'/', authority) == std::wstring::npos) {
+            path += L'/';
+        }
         const std::size_t keep =
             reference.starts_with(L'/') ? path.find(L'/', authority) : path.rfind(L'/') + 1;
         return path.substr(0, keep) + reference;
@@ -246,11 +270,12 @@ Failure SignIn(const CallContext& at, const std::wstring& user, const std::wstri
     if (!lock) {
         return Refused(FailureKind::TimedOut, L"Another sign-in has not ended in time.");
     }
+    const unsigned before = Changes();
     SignInSteps steps(at, insecureHttp);
     Failure failure = steps.Run(user, password);
     // Before the token is posted no session is this sign-in's own.
-    if (steps.HasPostedToken() && (failure || !at.commit())) {
-        ForgetSession(at.service);
+    if (steps.HasPostedToken() && (failure || !at.commit()) && Changes() == before) {
+        RemoveCookies(at.service);
     }
     return failure;
 }
@@ -265,15 +290,8 @@ void RestoreSession(const Service& service, const std::wstring& cookies) {
 }
 
 void ForgetSession(const Service& service) {
-    // Sign-in sets its cookies for the whole host, and the jar deletes for the folder that it is
-    // told.
-    CInternetCache jar;
-    for (const std::string& folder : FoldersOf(Utf8::ToNarrow(service.Url()))) {
-        const std::wstring address = Utf8::ToWide(folder);
-        if (!jar.GetCookie(address.c_str()).empty()) {
-            jar.DeleteCookie(address.c_str());
-        }
-    }
+    ++Changes();
+    RemoveCookies(service);
 }
 
 } // namespace calls

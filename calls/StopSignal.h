@@ -9,7 +9,7 @@
 
 namespace calls {
 
-/// Stops whatever a transfer's thread is at: an exchange, or a pause.
+/// Stops whatever a call's or a transfer's thread is at: an exchange, or a pause.
 class StopSignal {
 public:
     /// Any thread. Stays raised. Does not wait for the network.

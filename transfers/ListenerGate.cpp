@@ -2,9 +2,6 @@
 
 #include "platform/Thread.h"
 
-#include <algorithm>
-#include <new>
-
 namespace transfers {
 
 void CallGate::Close() noexcept {
@@ -12,27 +9,32 @@ void CallGate::Close() noexcept {
     std::unique_lock lock(m_mutex);
     m_closed = true;
     m_changed.wait(lock, [&] {
-        return std::ranges::all_of(m_callers, [&](std::thread::id id) { return id == self; });
+        const Caller* caller = m_callers;
+        while (caller && caller->thread == self) {
+            caller = caller->next;
+        }
+        return !caller;
     });
 }
 
-bool CallGate::Enter() noexcept {
+bool CallGate::Enter(Caller& caller) noexcept {
     platform::PassExitGate();
     const std::scoped_lock lock(m_mutex);
     if (m_closed) {
         return false;
     }
-    try {
-        m_callers.push_back(std::this_thread::get_id());
-    } catch (const std::bad_alloc&) {
-        return false; // this report is left out
-    }
+    caller.next = m_callers;
+    m_callers = &caller;
     return true;
 }
 
-void CallGate::Leave() noexcept {
+void CallGate::Leave(const Caller& caller) noexcept {
     const std::scoped_lock lock(m_mutex);
-    m_callers.erase(std::ranges::find(m_callers, std::this_thread::get_id()));
+    Caller** link = &m_callers;
+    while (*link != &caller) {
+        link = &(*link)->next;
+    }
+    *link = caller.next;
     m_changed.notify_all();
 }
 

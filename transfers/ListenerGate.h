@@ -5,7 +5,6 @@
 #include <mutex>
 #include <thread>
 #include <utility>
-#include <vector>
 
 namespace transfers {
 
@@ -20,14 +19,21 @@ public:
     void Close() noexcept;
 
 protected:
-    bool Enter() noexcept;
-    void Leave() noexcept;
+    /// A call under way. It lies on the caller's stack, so that none is left out for lack of
+    /// memory.
+    struct Caller {
+        const std::thread::id thread = std::this_thread::get_id();
+        Caller* next = nullptr;
+    };
+
+    bool Enter(Caller& caller) noexcept;
+    void Leave(const Caller& caller) noexcept;
 
 private:
     std::mutex m_mutex;
     std::condition_variable m_changed;
     bool m_closed = false;
-    std::vector<std::thread::id> m_callers;
+    Caller* m_callers = nullptr; ///< A list.
 };
 
 /// Leads calls to a listener until it is closed.
@@ -40,7 +46,8 @@ public:
 
     /// Calls the listener, unless the gate is closed. What the listener throws goes no further.
     void Call(const Progress& progress) noexcept {
-        if (!m_listener || !Enter()) {
+        Caller caller;
+        if (!m_listener || !Enter(caller)) {
             return;
         }
         try {
@@ -48,7 +55,7 @@ public:
         } catch (...) {
             // Nothing to do: a listener has no failure to report.
         }
-        Leave();
+        Leave(caller);
     }
 
 private:

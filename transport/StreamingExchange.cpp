@@ -45,10 +45,10 @@ ExchangeFailure StreamingExchange::Send(const IRequestInfo& info, const std::wst
                                         IBodySource* body) {
     m_head = {};
     m_read = 0;
+    BeginWait(std::min(m_timeouts.send, m_timeouts.receive));
     if (!OpenRequest(info)) {
         return LastFailure();
     }
-    BeginWait(std::min(m_timeouts.send, m_timeouts.receive));
     const std::wstring block = info.GetHeaders() + headers;
     if (body) {
         return SendBody(block, *body);

@@ -10,7 +10,7 @@
  * - **Objects** are handles. Whoever gets one frees it, once, with the function of its name that
  *   ends in "_free"; null is passed over. A client may be freed while its queues live.
  * - **Structures** that a program fills, or has filled, begin with their size, which their init
- *   function sets. By it the functions know which members the program has.
+ *   function is told: sizeof. By it the functions know which members the program has.
  * - **Results**: a function with an `error` returns 1 after a success. Otherwise it returns 0, or
  *   null, and stores an error for the caller to free, unless `error` is null. Null is stored after
  *   a success, and where there is no memory for an error.
@@ -127,7 +127,7 @@ BREVINT_API void brevint_text_free(char* text);
  *
  * Identifiers consist of letters, digits, "-", "_", "{" and "}". Another one is refused before
  * anything is sent, likewise a name that is empty, ".", "..", or has a "/" or a control character.
- * No call follows a redirect.
+ * None but the sign-in follows a redirect.
  * @{ */
 
 /** A cancellation that has not been used. Null: no memory. */
@@ -141,10 +141,10 @@ BREVINT_API void brevint_cancellation_free(brevint_cancellation* cancellation);
 typedef struct brevint_call {
     size_t size;                        /**< Set by brevint_call_init. */
     brevint_cancellation* cancellation; /**< Null: it cannot be cancelled. */
-    uint32_t milliseconds;              /**< The time limit of the whole call: 60 s. */
+    uint32_t milliseconds;              /**< The time limit of the whole call: 60 s; 0 too. */
 } brevint_call;
 
-BREVINT_API void brevint_call_init(brevint_call* call);
+BREVINT_API void brevint_call_init(brevint_call* call, size_t size);
 
 /** How a client behaves. */
 typedef struct brevint_client_settings {
@@ -153,7 +153,7 @@ typedef struct brevint_client_settings {
                               way reads passwords and content. */
 } brevint_client_settings;
 
-BREVINT_API void brevint_client_settings_init(brevint_client_settings* settings);
+BREVINT_API void brevint_client_settings_init(brevint_client_settings* settings, size_t size);
 /** A client for the service at an address, "https://host/app". Nothing is sent. Null settings stand
  * for the defaults. */
 BREVINT_API brevint_client* brevint_client_new(const char* service_url,
@@ -221,7 +221,7 @@ typedef struct brevint_template {
     int64_t created_time; /**< Seconds since 1970, UTC; BREVINT_UNKNOWN_TIME. */
 } brevint_template;
 
-BREVINT_API void brevint_template_init(brevint_template* record);
+BREVINT_API void brevint_template_init(brevint_template* record, size_t size);
 /** Asks for the templates of a type; null or an empty key: for all. */
 BREVINT_API int32_t brevint_ask_templates(const brevint_client* client, const char* type_key,
                                           const brevint_call* call, brevint_templates** templates,
@@ -259,7 +259,7 @@ typedef struct brevint_item {
     int32_t is_public; /**< Not 0: so it is, or the service does not say. */
 } brevint_item;
 
-BREVINT_API void brevint_item_init(brevint_item* item);
+BREVINT_API void brevint_item_init(brevint_item* item, size_t size);
 BREVINT_API size_t brevint_items_count(const brevint_items* items);
 /** Fills a record, whose texts live as long as `items`. 0: there is no such index. */
 BREVINT_API int32_t brevint_items_get(const brevint_items* items, size_t index, brevint_item* item);
@@ -397,11 +397,11 @@ typedef struct brevint_upload {
 } brevint_upload;
 
 /**@{ Sets the size and the defaults. */
-BREVINT_API void brevint_queue_settings_init(brevint_queue_settings* settings);
-BREVINT_API void brevint_progress_init(brevint_progress* progress);
-BREVINT_API void brevint_outcome_init(brevint_outcome* outcome);
-BREVINT_API void brevint_download_init(brevint_download* download);
-BREVINT_API void brevint_upload_init(brevint_upload* upload);
+BREVINT_API void brevint_queue_settings_init(brevint_queue_settings* settings, size_t size);
+BREVINT_API void brevint_progress_init(brevint_progress* progress, size_t size);
+BREVINT_API void brevint_outcome_init(brevint_outcome* outcome, size_t size);
+BREVINT_API void brevint_download_init(brevint_download* download, size_t size);
+BREVINT_API void brevint_upload_init(brevint_upload* upload, size_t size);
 /**@}*/
 
 /** A queue of its own for a client's service. Null settings stand for the defaults. Null when there
@@ -511,9 +511,9 @@ typedef struct brevint_folder_transfer {
     void* user;                      /**< Handed to the listener. */
 } brevint_folder_transfer;
 
-BREVINT_API void brevint_folder_transfer_init(brevint_folder_transfer* transfer);
-BREVINT_API void brevint_group_progress_init(brevint_group_progress* progress);
-BREVINT_API void brevint_group_entry_init(brevint_group_entry* entry);
+BREVINT_API void brevint_folder_transfer_init(brevint_folder_transfer* transfer, size_t size);
+BREVINT_API void brevint_group_progress_init(brevint_group_progress* progress, size_t size);
+BREVINT_API void brevint_group_entry_init(brevint_group_entry* entry, size_t size);
 
 /**
  * Begins to move what a folder of the service holds into a local folder. First all of it is

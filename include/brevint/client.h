@@ -9,9 +9,9 @@
 ///   whether a failure is thrown or stored.
 /// - Every function may be called on any thread, at the same time as any other, unless the object
 ///   is being moved or destroyed. A call blocks the thread that makes it; transfers do not.
-/// - What is thrown is Exception, std::bad_alloc, what a callback of the application has thrown,
-/// and
-///   std::logic_error for misuse: an object that was moved from, a text with a zero in it.
+/// - What is thrown is Exception, std::bad_alloc, and what a callback of the application has
+/// thrown;
+///   for misuse std::logic_error: an object that was moved from, a text with a zero in it.
 ///
 /// One process has one cookie jar, and with it one session for each host.
 
@@ -88,8 +88,8 @@ public:
     /// @{
 
     /// Signs in, and has the transfers that need it go on. If the same user is signed in already,
-    /// that is a success. A sign-in that fails leaves no session. A process has one at
-    /// a time under way.
+    /// that is a success. A sign-in that fails leaves no session. A process has one at a time
+    /// under way.
     bool SignIn(const std::string& user, const std::string& password,
                 const CallOptions& options = {}) {
         const bool succeeded = NewCall(options).Do(brevint_sign_in, user, password);
@@ -125,9 +125,13 @@ public:
     /// Has the transfers that need a sign-in go on, after one that was made elsewhere.
     void SignedIn() {
         State& state = TheState();
-        const std::lock_guard lock(state.mutex);
-        if (state.queue) {
-            brevint_queue_signed_in(state.queue.get());
+        brevint_queue* queue = nullptr; // once made it stays; callbacks may use the client
+        {
+            const std::lock_guard lock(state.mutex);
+            queue = state.queue.get();
+        }
+        if (queue) {
+            brevint_queue_signed_in(queue);
         }
     }
 
@@ -362,7 +366,7 @@ private:
                                });
     }
 
-    /// Downloads a file to a temporary one and reads that. Throws whatever goes wrong.
+    /// Begins to move a folder, in the direction of `start`.
     template <class Start>
     TransferGroup Move(const ItemRef& folder, const std::filesystem::path& local, Start start,
                        FolderOptions how, const CallOptions& options) {

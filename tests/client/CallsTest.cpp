@@ -55,6 +55,11 @@ TEST_F(Calls, SignInOnceAndOut) {
               Failure::SignedInAsOther);
     const std::string session = m_client.SaveSession();
     EXPECT_TRUE(m_client.RestoreSession(session));
+    EXPECT_EQ(m_client.WhoAmI().name, "ada");
+    EXPECT_EQ(ErrorOf([&](How how) {
+                  m_client.Delete({kProjects, ""}, how);
+              }).failure,
+              Failure::Invalid);
     EXPECT_EQ(ErrorOf([&](How how) { m_client.RestoreSession("none", how); }).failure,
               Failure::Invalid);
     m_client.SignOut();

@@ -72,7 +72,7 @@ TEST(Module, MayBeFreedOnceATransferIsCancelled) {
         BREVINT_FIND(brevint_client_new)(Narrow(server.Url("")).c_str(), nullptr, nullptr);
     auto* const queue = BREVINT_FIND(brevint_queue_new)(client, nullptr);
     brevint_upload request;
-    BREVINT_FIND(brevint_upload_init)(&request);
+    BREVINT_FIND(brevint_upload_init)(&request, sizeof request);
     request.folder_id = "id";
     request.local_path = local.c_str();
     auto* const transfer = BREVINT_FIND(brevint_queue_upload)(queue, &request);

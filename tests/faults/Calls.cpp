@@ -80,16 +80,16 @@ Outcome Transfer(const std::wstring& service, const std::wstring& folder) {
     const auto destination = folder + L"/destination";
     std::filesystem::remove(FilePath(destination));
     brevint_queue_settings settings;
-    brevint_queue_settings_init(&settings);
+    brevint_queue_settings_init(&settings, sizeof settings);
     settings.attempts = 1;
     brevint_client_settings any;
-    brevint_client_settings_init(&any);
+    brevint_client_settings_init(&any, sizeof any);
     any.insecure_http = 1;
     brevint_client* client = brevint_client_new(Utf8::ToNarrow(service).c_str(), &any, nullptr);
     brevint_queue* queue = brevint_queue_new(client, &settings);
     brevint_client_free(client);
     brevint_download request;
-    brevint_download_init(&request);
+    brevint_download_init(&request, sizeof request);
     const std::string path = Utf8::ToNarrow(destination);
     request.item_id = "id";
     request.destination = path.c_str();
@@ -97,7 +97,7 @@ Outcome Transfer(const std::wstring& service, const std::wstring& folder) {
     brevint_transfer* transfer = brevint_queue_download(queue, &request);
     brevint_transfer_wait(transfer, 60'000);
     brevint_outcome outcome;
-    brevint_outcome_init(&outcome);
+    brevint_outcome_init(&outcome, sizeof outcome);
     const bool isFinal = brevint_transfer_outcome(transfer, &outcome) != 0;
     const Outcome result =
         JudgeFile(outcome.state == BREVINT_TRANSFER_FINISHED, destination,

@@ -37,7 +37,7 @@ protected:
         brevint_items* items = nullptr;
         EXPECT_EQ(brevint_find(m_client.get(), kProjects, path, nullptr, &items, nullptr), 1);
         brevint_item item;
-        brevint_item_init(&item);
+        brevint_item_init(&item, sizeof item);
         std::string id = items && brevint_items_get(items, 0, &item) ? item.id : "";
         brevint_items_free(items);
         return id;

@@ -20,7 +20,7 @@ inline void CallGroupListener(void* user, brevint_group* group,
 
 inline brevint_folder_transfer Options(brevint_existing existing = BREVINT_EXISTING_REFUSE) {
     brevint_folder_transfer options;
-    brevint_folder_transfer_init(&options);
+    brevint_folder_transfer_init(&options, sizeof options);
     options.existing = existing;
     return options;
 }
@@ -41,7 +41,7 @@ inline GroupPtr Start(FolderFunction begin, const Queue& queue, const std::strin
 
 inline brevint_group_progress Progress(const GroupPtr& group) {
     brevint_group_progress progress;
-    brevint_group_progress_init(&progress);
+    brevint_group_progress_init(&progress, sizeof progress);
     brevint_group_progress_get(group.get(), &progress);
     return progress;
 }
@@ -49,7 +49,7 @@ inline brevint_group_progress Progress(const GroupPtr& group) {
 /// Waits for the end.
 inline brevint_outcome Outcome(const GroupPtr& group) {
     brevint_outcome outcome;
-    brevint_outcome_init(&outcome);
+    brevint_outcome_init(&outcome, sizeof outcome);
     if (brevint_group_wait(group.get(), kLongEnough) != 0) {
         brevint_group_outcome(group.get(), &outcome);
     }
@@ -66,10 +66,10 @@ struct Entry {
 inline std::map<std::string, Entry> Entries(const GroupPtr& group) {
     std::map<std::string, Entry> entries;
     brevint_group_entry entry;
-    brevint_group_entry_init(&entry);
+    brevint_group_entry_init(&entry, sizeof entry);
     for (std::size_t i = 0; brevint_group_entry_get(group.get(), i, &entry) != 0; ++i) {
         brevint_outcome outcome;
-        brevint_outcome_init(&outcome);
+        brevint_outcome_init(&outcome, sizeof outcome);
         const bool hasEnded = brevint_group_entry_outcome(group.get(), i, &outcome) != 0;
         entries[entry.path] = {entry.action, entry.state, hasEnded ? outcome.failure : -1};
     }

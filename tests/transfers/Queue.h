@@ -34,7 +34,7 @@ using TransferPtr = std::unique_ptr<brevint_transfer, TransferFree>;
 inline Queue MakeQueue(const std::string& url, std::uint32_t concurrent = 4,
                        std::uint32_t stallLimit = 60'000) {
     brevint_queue_settings settings;
-    brevint_queue_settings_init(&settings);
+    brevint_queue_settings_init(&settings, sizeof settings);
     settings.concurrent = concurrent;
     settings.first_pause = 1;
     settings.longest_pause = 1;
@@ -60,7 +60,7 @@ inline TransferPtr StartDownload(const Queue& queue, const std::string& id,
                                  std::uint64_t listedSize = BREVINT_UNKNOWN_SIZE,
                                  Listener* listener = nullptr) {
     brevint_download request;
-    brevint_download_init(&request);
+    brevint_download_init(&request, sizeof request);
     const std::string destination = Utf8(path);
     request.item_id = id.c_str();
     request.destination = destination.c_str();
@@ -73,7 +73,7 @@ inline TransferPtr StartDownload(const Queue& queue, const std::string& id,
 inline TransferPtr StartUpload(const Queue& queue, const char* folderId, const char* fileId,
                                const std::filesystem::path& path) {
     brevint_upload request;
-    brevint_upload_init(&request);
+    brevint_upload_init(&request, sizeof request);
     const std::string local = Utf8(path);
     request.folder_id = folderId;
     request.file_id = fileId;
@@ -83,7 +83,7 @@ inline TransferPtr StartUpload(const Queue& queue, const char* folderId, const c
 
 inline brevint_outcome Outcome(const TransferPtr& transfer) {
     brevint_outcome outcome;
-    brevint_outcome_init(&outcome);
+    brevint_outcome_init(&outcome, sizeof outcome);
     if (brevint_transfer_wait(transfer.get(), kLongEnough) != 0) {
         brevint_transfer_outcome(transfer.get(), &outcome);
     }

@@ -289,7 +289,7 @@ TEST_F(Transfers, WaitForASignInAndGoOn) {
     int signIns = 0;
     const auto needsSignIn = [](const TransferPtr& transfer) {
         brevint_progress progress;
-        brevint_progress_init(&progress);
+        brevint_progress_init(&progress, sizeof progress);
         EXPECT_EQ(brevint_transfer_wait(transfer.get(), kLongEnough), 1);
         brevint_transfer_progress(transfer.get(), &progress);
         return progress.state == BREVINT_TRANSFER_NEEDS_SIGN_IN;
@@ -371,7 +371,7 @@ TEST_F(Transfers, CancelledWhileProcessedSayThatTheJobGoesOn) {
         }
     };
     brevint_upload request;
-    brevint_upload_init(&request);
+    brevint_upload_init(&request, sizeof request);
     const std::string local = Utf8(m_destination);
     request.folder_id = kProjects;
     request.local_path = local.c_str();

@@ -107,10 +107,11 @@ public:
 
     /// The item itself, after a lookup if it is meant by a path. None after a failure.
     std::optional<ItemRef> Resolve(const ItemRef& item) {
-        if (item.Path().empty()) {
+        if (!item.Path()) {
             return item;
         }
-        const Owned<brevint_items> found = Ask<brevint_items>(brevint_find, item.Id(), item.Path());
+        const Owned<brevint_items> found =
+            Ask<brevint_items>(brevint_find, item.Id(), *item.Path());
         return found ? std::optional<ItemRef>(GetItem(found.get(), 0)) : std::nullopt;
     }
 

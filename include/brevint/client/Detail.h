@@ -6,6 +6,7 @@
 #include "brevint/c.h"
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -37,9 +38,9 @@ using Owned = std::unique_ptr<Object, Free>;
 
 /// A structure with its size and defaults.
 template <class Struct>
-Struct Initial(void (*init)(Struct*)) noexcept {
+Struct Initial(void (*init)(Struct*, std::size_t)) noexcept {
     Struct result = {};
-    init(&result);
+    init(&result, sizeof result);
     return result;
 }
 

@@ -171,20 +171,20 @@ public:
     ///@}
     /// A download of it must have the size that the item says.
     ItemRef(const Item& item) : m_id(item.id), m_size(item.size) {}
-    /// Names are separated by "/".
+    /// Names are separated by "/". A path without a name means nothing, and not the folder.
     ItemRef(std::string folderId, std::string path)
         : m_id(std::move(folderId)), m_path(std::move(path)) {}
 
     /// Of the item, or of the folder that the path begins at.
     [[nodiscard]] const std::string& Id() const noexcept { return m_id; }
-    /// Empty if the item is known by its identifier.
-    [[nodiscard]] const std::string& Path() const noexcept { return m_path; }
+    /// None if the item is known by its identifier.
+    [[nodiscard]] const std::optional<std::string>& Path() const noexcept { return m_path; }
     /// As a listing has told.
     [[nodiscard]] std::optional<std::uint64_t> Size() const noexcept { return m_size; }
 
 private:
     std::string m_id;
-    std::string m_path;
+    std::optional<std::string> m_path;
     std::optional<std::uint64_t> m_size;
 };
 

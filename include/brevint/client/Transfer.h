@@ -351,8 +351,8 @@ struct UploadOptions {
 
 /// One file on its way.
 ///
-///     brevint::Transfer transfer = client.Download({brevint::kProjects, "Plan.xlsx"},
-///     "Plan.xlsx"); if (const brevint::Outcome outcome = transfer.Wait(); !outcome) {
+///     brevint::Transfer transfer = client.Download(item, "Plan.xlsx");
+///     if (const brevint::Outcome outcome = transfer.Wait(); !outcome) {
 ///         std::cerr << outcome.error.text << '\n';
 ///     }
 class Transfer : public BasicTransfer<detail::OneFile> {

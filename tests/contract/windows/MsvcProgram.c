@@ -39,7 +39,7 @@ static unsigned run(const char* url, const char* folder) {
     brevint_items* items = 0;
     if (!brevint_list(client, projects, 0, &items, 0)) return 4;
     brevint_item item;
-    brevint_item_init(&item);
+    brevint_item_init(&item, sizeof item);
     size_t index = 0;
     while (brevint_items_get(items, index, &item) && strcmp(item.name, "Big.bin") != 0) ++index;
     if (index == brevint_items_count(items) || item.bytes != 3000001 || item.modified_time <= 0)
@@ -50,7 +50,7 @@ static unsigned run(const char* url, const char* folder) {
     sprintf(destination, "%s/Big.bin", folder);
     heard told = {0, 0, 0};
     brevint_download request;
-    brevint_download_init(&request);
+    brevint_download_init(&request, sizeof request);
     request.item_id = item.id;
     request.destination = destination;
     request.listed_size = item.bytes;
@@ -58,7 +58,7 @@ static unsigned run(const char* url, const char* folder) {
     request.user = &told;
     brevint_transfer* transfer = brevint_queue_download(queue, &request);
     brevint_outcome outcome;
-    brevint_outcome_init(&outcome);
+    brevint_outcome_init(&outcome, sizeof outcome);
     brevint_transfer_wait(transfer, 60000);
     if (!brevint_transfer_outcome(transfer, &outcome) ||
         outcome.state != BREVINT_TRANSFER_FINISHED || !outcome.verified)
