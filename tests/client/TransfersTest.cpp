@@ -213,10 +213,20 @@ TEST_F(Transfers, AreWaitedForAndGoOnAfterASignIn) {
                          .breakAfter = kSize / 2,
                          .endsSession = true,
                          .requests = 1});
-    Transfer transfer = client.Download(big, m_destination);
+    std::atomic<bool> hasStopped = false;
+    Transfer another; // begun by a callback of the sign-in, on its thread
+    Transfer transfer =
+        client.Download(big, m_destination, {.onChange = [&](const Progress& now) {
+                            if (now.state == TransferState::Waiting && hasStopped) {
+                                another = client.Download(m_big, m_folder.Folder() / "another");
+                            }
+                        }});
     EXPECT_EQ(transfer.Wait().state, TransferState::NeedsSignIn);
+    hasStopped = true;
     client.SignIn("ada", "ada-secret");
     EXPECT_TRUE(transfer.Wait());
+    ASSERT_TRUE(another);
+    EXPECT_TRUE(another.Wait());
 
     m_service.Misbehave({.breakOff = service::Misbehaviour::Break::Silence});
     transfer = client.Download(m_big, m_destination, {.keepsPart = true});

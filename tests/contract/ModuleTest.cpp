@@ -9,7 +9,10 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <filesystem>
 #include <fstream>
+#include <system_error>
 #include <thread>
 
 namespace brevint::test {
@@ -84,9 +87,11 @@ TEST(Module, MayBeFreedOnceATransferIsCancelled) {
     UnloadModule(module);
     server.Open("gate");
     std::error_code inUse; // on Windows, until the thread lets go of the file
-    while (!std::filesystem::remove(path, inUse)) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+    while (!std::filesystem::remove(path, inUse) && std::chrono::steady_clock::now() < deadline) {
         std::this_thread::yield();
     }
+    EXPECT_FALSE(std::filesystem::exists(path));
 }
 
 } // namespace
