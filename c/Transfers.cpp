@@ -20,6 +20,7 @@ brevint_progress ToC(const transfers::TransferProgress& progress) {
     result.bytes_total = progress.total;
     result.bytes_per_second = progress.bytesPerSecond;
     result.seconds_left = progress.secondsLeft;
+    result.bytes_resumed = progress.resumed;
     return result;
 }
 

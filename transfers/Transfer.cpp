@@ -24,6 +24,7 @@ TransferProgress Transfer::GetProgress() const noexcept {
     progress.state = m_state;
     progress.done = m_done;
     progress.total = m_total;
+    progress.resumed = m_resumed;
     progress.bytesPerSecond = m_speed.BytesPerSecond();
     progress.secondsLeft = m_speed.SecondsFor(progress.done, progress.total);
     return progress;

@@ -79,6 +79,7 @@ protected:
     /// With m_result.
     virtual Step EndAsFailed();
     void SetTotal(std::uint64_t bytes) noexcept { m_total = bytes; }
+    void SetResumed(std::uint64_t bytes) noexcept { m_resumed = bytes; }
     /// Tells how many bytes of the file are through. Less than before counts for nothing.
     void Report(std::uint64_t done);
 
@@ -118,6 +119,7 @@ private:
     std::atomic<TransferState> m_state = TransferState::Waiting;
     std::atomic<std::uint64_t> m_done = 0;
     std::atomic<std::uint64_t> m_total = kUnknownSize;
+    std::atomic<std::uint64_t> m_resumed = 0;
     Speed m_speed;
     std::wstring m_cookies; ///< When its last exchange began. Of the thread that runs it.
 

@@ -32,6 +32,7 @@ struct TransferProgress {
     TransferState state = TransferState::Waiting;
     std::uint64_t done = 0;             ///< Bytes of the file. Never goes back.
     std::uint64_t total = kUnknownSize; ///< Bytes of the file.
+    std::uint64_t resumed = 0;          ///< Of `done`: an earlier transfer has left them.
     std::uint64_t bytesPerSecond = 0;   ///< Lately.
     std::uint64_t secondsLeft = kUnknownSize;
 };

@@ -344,6 +344,7 @@ typedef struct brevint_progress {
     uint64_t bytes_total;      /**< Of the file; BREVINT_UNKNOWN_SIZE. */
     uint64_t bytes_per_second; /**< Lately. */
     uint64_t seconds_left;     /**< BREVINT_UNKNOWN_SIZE. */
+    uint64_t bytes_resumed;    /**< Of bytes_done: an earlier transfer has left them. */
 } brevint_progress;
 
 /** What came of a transfer. */

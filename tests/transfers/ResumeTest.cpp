@@ -35,6 +35,13 @@ protected:
     const std::filesystem::path m_destination = m_folder.Folder() / "file";
 };
 
+std::uint64_t Resumed(const TransferPtr& transfer) {
+    brevint_progress progress;
+    brevint_progress_init(&progress, sizeof progress);
+    brevint_transfer_progress(transfer.get(), &progress);
+    return progress.bytes_resumed;
+}
+
 TEST_F(Resume, GoesOnWhereTheSameFileBrokeOff) {
     struct Case {
         const char* name;
@@ -75,6 +82,7 @@ TEST_F(Resume, GoesOnWhereTheSameFileBrokeOff) {
         const Queue queue = MakeQueue(Narrow(server.Url("/")));
         const TransferPtr transfer = StartDownload(queue, "id", m_destination);
         EXPECT_EQ(Outcome(transfer).state, BREVINT_TRANSFER_FINISHED) << Outcome(transfer).text;
+        EXPECT_EQ(Resumed(transfer), 0U); // it is one transfer
         EXPECT_EQ(Contents(m_destination), whole);
         EXPECT_EQ(FileCount(m_folder.Folder()), 1);
         ASSERT_EQ(server.RequestsFor(kTarget).size(), 2U);
@@ -111,7 +119,9 @@ TEST_F(Resume, LeavesAPartForALaterTransferAndTheOldFileAsItWas) {
     LeavePart(queue);
     m_server.On(kTarget).Reply(206, {{"ETag", "\"a\""}, {"Content-Range", "bytes 4-9/10"}},
                                "456789");
-    EXPECT_EQ(Outcome(StartDownload(queue, "id", m_destination)).state, BREVINT_TRANSFER_FINISHED);
+    const TransferPtr transfer = StartDownload(queue, "id", m_destination);
+    EXPECT_EQ(Outcome(transfer).state, BREVINT_TRANSFER_FINISHED);
+    EXPECT_EQ(Resumed(transfer), 4U);
     EXPECT_EQ(Contents(m_destination), "0123456789");
     EXPECT_EQ(FileCount(m_folder.Folder()), 1);
 }

@@ -71,6 +71,8 @@ struct Progress {
     std::optional<std::uint64_t> bytesTotal;
     std::uint64_t bytesPerSecond = 0; ///< Lately.
     std::optional<std::chrono::seconds> timeLeft;
+    /// Of bytesDone: an earlier transfer has left them, and this one goes on from there.
+    std::uint64_t bytesResumed = 0;
 };
 
 /// What came of a transfer, or how it stands: see `state`.
@@ -122,7 +124,8 @@ struct OneFile {
                 .bytesDone = raw.bytes_done,
                 .bytesTotal = Size(raw.bytes_total),
                 .bytesPerSecond = raw.bytes_per_second,
-                .timeLeft = Duration(raw.seconds_left)};
+                .timeLeft = Duration(raw.seconds_left),
+                .bytesResumed = raw.bytes_resumed};
     }
     static Progress GetProgress(const Handle* handle) {
         Raw raw = Initial(brevint_progress_init);
