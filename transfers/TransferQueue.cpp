@@ -188,14 +188,13 @@ void TransferQueue::PollJobs() {
             continue;
         }
         next->due = Clock::time_point::max(); // it is being asked for
-        const Processing processing = *next;
+        const TransferPtr transfer = next->transfer;
+        const auto longer = std::min(next->pause + next->pause / 2, m_settings.longestPoll);
         lock.unlock();
-        const Transfer::Step step = processing.transfer->PollGuarded();
+        const Transfer::Step step = transfer->PollGuarded();
         lock.lock();
-        Forget(*processing.transfer);
-        const auto pause =
-            std::min(processing.pause + processing.pause / 2, m_settings.longestPoll);
-        Sort(processing.transfer, step, std::max(pause, processing.transfer->m_pollPause), lock);
+        Forget(*transfer);
+        Sort(transfer, step, std::max(longer, transfer->m_pollPause), lock);
     }
     m_polls = false;
 }

@@ -107,11 +107,11 @@ public:
 
     /// The item itself, after a lookup if it is meant by a path. None after a failure.
     std::optional<ItemRef> Resolve(const ItemRef& item) {
-        if (!item.Path()) {
+        const std::optional<std::string>& path = item.Path();
+        if (!path) {
             return item;
         }
-        const Owned<brevint_items> found =
-            Ask<brevint_items>(brevint_find, item.Id(), *item.Path());
+        const Owned<brevint_items> found = Ask<brevint_items>(brevint_find, item.Id(), *path);
         return found ? std::optional<ItemRef>(GetItem(found.get(), 0)) : std::nullopt;
     }
 
