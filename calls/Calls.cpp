@@ -127,6 +127,10 @@ Failure InvalidIdentifier(const std::wstring& text) {
     return Invalid(L"\"" + text + L"\" is no identifier.");
 }
 
+Failure InvalidName(const std::wstring& text) {
+    return Invalid(L"\"" + text + L"\" cannot be the name of an item.");
+}
+
 Failure AskIdentity(const CallContext& at, CIdentityResponse& identity) {
     const CIdentityRequestInfo info(at.service.Url());
     ServiceReply reply;
@@ -195,7 +199,7 @@ Failure CreateFolder(const CallContext& at, const std::wstring& parentId, const 
         return InvalidIdentifier(parentId);
     }
     if (!IsItemName(name)) {
-        return Invalid(L"\"" + name + L"\" cannot be the name of an item.");
+        return InvalidName(name);
     }
     CCreateFolderResponse response;
     Failure failure = Ask(

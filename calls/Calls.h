@@ -22,6 +22,9 @@ Failure Ask(const CallContext& at, const IRequestInfo& info, CBaseResponse& resp
 /// The failure of a text that is no identifier.
 Failure InvalidIdentifier(const std::wstring& text);
 
+/// The failure of a text that cannot be the name of an item.
+Failure InvalidName(const std::wstring& text);
+
 /// The failure of a call without a session.
 Failure NotSignedIn(unsigned long status = 0);
 

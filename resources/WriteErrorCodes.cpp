@@ -1,8 +1,11 @@
 // Writes what is made from the table of error codes: "header" the constants of
 // brevint/ErrorCodes.h, "table" the rows of docs/error-codes.md.
 
+#include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <iostream>
+#include <ranges>
 #include <string>
 #include <string_view>
 
@@ -22,6 +25,10 @@ constexpr Row kRows[] = {
 #include "resources/ErrorCodes.inc"
 #undef BREVINT_ERROR_CODE
 };
+
+static_assert(std::ranges::adjacent_find(kRows, std::greater_equal(), &Row::code) ==
+                  std::ranges::end(kRows),
+              "The codes stand in their order, and none is given out twice.");
 
 /// As lines of a doc comment that fit the formatter's width.
 void WriteComment(std::string_view text) {

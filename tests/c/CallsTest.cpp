@@ -27,71 +27,122 @@ Client MakeClient(const std::string& url) {
     return Client(brevint_client_new(url.c_str(), nullptr, nullptr));
 }
 
-using Function = int32_t (*)(brevint_client*, const brevint_call*, brevint_error**);
+/// Where a call stores something, which is freed at once.
+template <auto Free>
+class Stored;
+template <class Kind, void (*Free)(Kind*)>
+class Stored<Free> {
+public:
+    Stored() = default;
+    Stored(const Stored&) = delete;
+    Stored& operator=(const Stored&) = delete;
+    ~Stored() { Free(m_stored); }
+    operator Kind**() { return &m_stored; }
 
-/// Frees what a call has stored after a success.
-template <class Stored, class Call, class Free>
-int32_t Drop(Call call, Free free) {
-    Stored* stored = nullptr;
-    const int32_t done = call(&stored);
-    free(stored);
-    return done;
-}
+private:
+    Kind* m_stored = nullptr;
+};
 
-int32_t List(brevint_client* client, const brevint_call* call, brevint_error** error) {
-    return Drop<brevint_items>(
-        [&](auto** at) { return brevint_list(client, "id", call, at, error); }, brevint_items_free);
-}
-int32_t AskPath(brevint_client* client, const brevint_call* call, brevint_error** error) {
-    return Drop<char>([&](auto** at) { return brevint_ask_path(client, "id", call, at, error); },
-                      brevint_text_free);
-}
-int32_t AskIdentity(brevint_client* client, const brevint_call* call, brevint_error** error) {
-    return Drop<brevint_identity>(
-        [&](auto** at) { return brevint_ask_identity(client, call, at, error); },
-        brevint_identity_free);
-}
-int32_t AskVersions(brevint_client* client, const brevint_call* call, brevint_error** error) {
-    return Drop<brevint_versions>(
-        [&](auto** at) { return brevint_ask_versions(client, call, at, error); },
-        brevint_versions_free);
-}
-int32_t AskTemplates(brevint_client* client, const brevint_call* call, brevint_error** error) {
-    return Drop<brevint_templates>(
-        [&](auto** at) { return brevint_ask_templates(client, "a&b", call, at, error); },
-        brevint_templates_free);
-}
-int32_t CreateFolder(brevint_client* client, const brevint_call* call, brevint_error** error) {
-    return Drop<char>(
-        [&](auto** at) { return brevint_create_folder(client, "id", "\"\\#%", call, at, error); },
-        brevint_text_free);
-}
-int32_t Delete(brevint_client* client, const brevint_call* call, brevint_error** error) {
-    return brevint_delete(client, "id", call, error);
-}
-int32_t CheckOut(brevint_client* client, const brevint_call* call, brevint_error** error) {
-    return brevint_check_out(client, "id", call, error);
-}
-int32_t SignIn(brevint_client* client, const brevint_call* call, brevint_error** error) {
-    return brevint_sign_in(client, "ada", "ada-secret", call, error);
-}
-int32_t SignInBen(brevint_client* client, const brevint_call* call, brevint_error** error) {
-    return brevint_sign_in(client, "ben", "ben-secret", call, error);
-}
-int32_t SignOut(brevint_client* client, const brevint_call* call, brevint_error** error) {
-    return brevint_sign_out(client, call, error);
-}
+/// What a call is given.
+struct Given {
+    brevint_client* client;
+    const char* id = "id";
+    const char* name = R"("\#%)";
+    const brevint_call* call = nullptr;
+    brevint_error** error = nullptr;
+};
 
-constexpr Function kCalls[] = {List,         AskPath, AskIdentity, AskVersions, AskTemplates,
-                               CreateFolder, Delete,  CheckOut,    SignIn,      SignOut};
+/// A call that can be limited and cancelled.
+struct Row {
+    int32_t (*call)(const Given& g);
+    bool takesName = false;
+    bool takesId = false;
+    bool changes = false; ///< Something at the service.
+};
 
-/// The failure of a call; "none" after a success.
-int32_t FailureOf(Function call, brevint_client* client, const brevint_call* options = nullptr) {
+using Items = Stored<brevint_items_free>;
+using Text = Stored<brevint_text_free>;
+
+constexpr Row kSignIn = {[](const Given& g) {
+    return brevint_sign_in(g.client, "ada", "ada-secret", g.call, g.error);
+}};
+constexpr Row kSignInBen = {[](const Given& g) {
+    return brevint_sign_in(g.client, "ben", "ben-secret", g.call, g.error);
+}};
+constexpr Row kSignOut = {
+    .call = [](const Given& g) { return brevint_sign_out(g.client, g.call, g.error); },
+    .changes = true};
+constexpr Row kList = {
+    .call = [](const Given& g) { return brevint_list(g.client, g.id, g.call, Items(), g.error); },
+    .takesId = true};
+constexpr Row kDelete = {
+    .call = [](const Given& g) { return brevint_delete(g.client, g.id, g.call, g.error); },
+    .takesId = true,
+    .changes = true};
+constexpr Row kCreateFolder = {.call =
+                                   [](const Given& g) {
+                                       return brevint_create_folder(g.client, g.id, g.name, g.call,
+                                                                    Text(), g.error);
+                                   },
+                               .takesName = true,
+                               .takesId = true,
+                               .changes = true};
+
+constexpr Row kCalls[] = {
+    kSignIn,
+    kSignOut,
+    kList,
+    kDelete,
+    kCreateFolder,
+    {.call =
+         [](const Given& g) {
+             return brevint_find(g.client, g.id, "a/b", g.call, Items(), g.error);
+         },
+     .takesId = true},
+    {.call =
+         [](const Given& g) { return brevint_ask_path(g.client, g.id, g.call, Text(), g.error); },
+     .takesId = true},
+    {.call =
+         [](const Given& g) {
+             std::size_t count = 0;
+             return brevint_read(g.client, g.id, 9, g.call, Text(), &count, g.error);
+         },
+     .takesId = true},
+    {.call =
+         [](const Given& g) {
+             return brevint_ask_job(g.client, g.id, 0, g.call, Stored<brevint_job_free>(), g.error);
+         },
+     .takesId = true},
+    {.call = [](const Given& g) { return brevint_check_out(g.client, g.id, g.call, g.error); },
+     .takesId = true,
+     .changes = true},
+    {.call = [](const Given& g) { return brevint_check_in(g.client, g.id, g.call, g.error); },
+     .takesId = true,
+     .changes = true},
+    {[](const Given& g) {
+        return brevint_ask_identity(g.client, g.call, Stored<brevint_identity_free>(), g.error);
+    }},
+    {[](const Given& g) {
+        return brevint_ask_versions(g.client, g.call, Stored<brevint_versions_free>(), g.error);
+    }},
+    {[](const Given& g) {
+        return brevint_ask_templates(g.client, "a&b", g.call, Stored<brevint_templates_free>(),
+                                     g.error);
+    }},
+};
+
+/// The error of a call; null after a success.
+Error ErrorOf(const Row& row, Given given) {
     brevint_error* stored = nullptr;
-    const int32_t done = call(client, options, &stored);
-    const Error error(stored);
-    EXPECT_EQ(done == 0, error != nullptr);
-    EXPECT_TRUE(!error || *error->text != '\0');
+    given.error = &stored;
+    const int32_t done = row.call(given);
+    EXPECT_EQ(done == 0, stored != nullptr);
+    EXPECT_TRUE(!stored || *stored->text != '\0');
+    return Error(stored);
+}
+
+int32_t FailureOf(const Row& row, const Given& given) {
+    const Error error = ErrorOf(row, given);
     return error ? error->failure : BREVINT_FAILURE_NONE;
 }
 
@@ -100,8 +151,8 @@ TEST(Calls, TakeNothingForASuccessThatIsNotTheServices) {
     const Client client = MakeClient(Narrow(server.Url("")));
     const std::string page = "<html><body>Accept the terms of this network.</body></html>";
     server.On("*").Reply(200, {{"Content-Type", "text/html"}}, page);
-    for (const Function call : kCalls) {
-        EXPECT_EQ(FailureOf(call, client.get()), BREVINT_FAILURE_NOT_THE_SERVICE);
+    for (const Row& row : kCalls) {
+        EXPECT_EQ(FailureOf(row, {client.get()}), BREVINT_FAILURE_NOT_THE_SERVICE);
     }
 }
 
@@ -110,12 +161,12 @@ TEST(Calls, FollowNoRedirectWithTheSession) {
     ScriptedServer server;
     const Client client = MakeClient(Narrow(server.Url("")));
     server.On("*").Reply(302, {{"Location", Narrow(elsewhere.Url("/"))}});
-    for (const Function call : kCalls) {
-        if (call == SignIn) {
+    for (const Row& row : kCalls) {
+        if (row.call == kSignIn.call) {
             continue; // that one is sent on to a portal
         }
-        const int32_t failure = FailureOf(call, client.get());
-        EXPECT_EQ(failure, call == SignOut ? BREVINT_FAILURE_NONE : BREVINT_FAILURE_NOT_SIGNED_IN);
+        EXPECT_EQ(FailureOf(row, {client.get()}),
+                  row.call == kSignOut.call ? BREVINT_FAILURE_NONE : BREVINT_FAILURE_NOT_SIGNED_IN);
     }
     EXPECT_EQ(elsewhere.ConnectionCount(), 0U);
 }
@@ -136,7 +187,7 @@ TEST(Calls, TellNotSignedInFromNotAllowed) {
         const Client client = MakeClient(Narrow(server.Url("")));
         server.On("/application/identity").Reply(test.identityStatus, {}, identity);
         server.On("*").Reply(403, {}, refusal);
-        EXPECT_EQ(FailureOf(Delete, client.get()), test.failure) << test.identityStatus;
+        EXPECT_EQ(FailureOf(kDelete, {client.get()}), test.failure) << test.identityStatus;
         EXPECT_EQ(server.RequestsFor("/application/identity").size(), 1U);
     }
 }
@@ -144,24 +195,25 @@ TEST(Calls, TellNotSignedInFromNotAllowed) {
 TEST(Calls, SendNoIdentifierOrNameThatWouldBreakARequest) {
     ScriptedServer server;
     const Client client = MakeClient(Narrow(server.Url("")));
-    const std::string_view bad[] = {"",     "..",  "../../x", "a?b",     "a#b",
-                                    "a\"b", "a b", "a\r\nb",  "\xC3\xA4"};
-    for (const std::string_view id : bad) {
-        brevint_error* error = nullptr;
-        brevint_delete(client.get(), std::string(id).c_str(), nullptr, &error);
-        EXPECT_EQ(Error(error)->failure, BREVINT_FAILURE_INVALID) << id;
-    }
-    const std::string_view names[] = {"", ".", "..", "a/b", "a\nb", "a\x7F", "a\xC2\x85"};
-    for (const std::string_view name : names) {
-        brevint_error* error = nullptr;
-        char* id = nullptr;
-        brevint_create_folder(client.get(), "id", std::string(name).c_str(), nullptr, &id, &error);
-        EXPECT_EQ(Error(error)->failure, BREVINT_FAILURE_INVALID) << name;
+    const char* const bad[] = {"",     "..",  "../../x", "a?b",     "a#b",
+                               "a\"b", "a b", "a\r\nb",  "\xC3\xA4"};
+    const char* const names[] = {"", ".", "..", "a/b", "a\nb", "a\x7F", "a\xC2\x85"};
+    for (const Row& row : kCalls) {
+        for (const char* const id : bad) {
+            EXPECT_TRUE(!row.takesId || FailureOf(row, {.client = client.get(), .id = id}) ==
+                                            BREVINT_FAILURE_INVALID)
+                << id;
+        }
+        for (const char* const name : names) {
+            EXPECT_TRUE(!row.takesName || FailureOf(row, {.client = client.get(), .name = name}) ==
+                                              BREVINT_FAILURE_INVALID)
+                << name;
+        }
     }
     EXPECT_EQ(server.ConnectionCount(), 0U);
 
     server.On("*").Reply(200, {}, "<ResponseData><UniqueId>../up</UniqueId></ResponseData>");
-    EXPECT_EQ(FailureOf(CreateFolder, client.get()), BREVINT_FAILURE_NOT_THE_SERVICE);
+    EXPECT_EQ(FailureOf(kCreateFolder, {client.get()}), BREVINT_FAILURE_NOT_THE_SERVICE);
     ASSERT_EQ(server.Requests().size(), 1U);
     EXPECT_EQ(server.Requests()[0].body, R"({"ItemType":0,"Name":"\"\\#%"})");
 }
@@ -195,7 +247,7 @@ TEST(SignIn, SendsNothingWhereItMustNotGo) {
             .Reply(200, {},
                    "<form action='" + action + "'><input type=hidden name=token value=t></form>");
         server.On("POST /in").Reply(200);
-        EXPECT_EQ(FailureOf(SignIn, MakeClient(Narrow(server.Url(""))).get()), test.failure);
+        EXPECT_EQ(FailureOf(kSignIn, {MakeClient(Narrow(server.Url(""))).get()}), test.failure);
         EXPECT_EQ(server.Requests().size(), test.requests);
     }
     EXPECT_EQ(elsewhere.ConnectionCount(), 0U);
@@ -208,14 +260,18 @@ TEST(Stopped, CallsReturnWhileTheServerIsSilent) {
     brevint_call limited;
     brevint_call_init(&limited, sizeof limited);
     limited.milliseconds = 1;
-    for (const Function call : kCalls) {
-        EXPECT_EQ(FailureOf(call, client.get(), &limited), BREVINT_FAILURE_TIMED_OUT);
+    for (const Row& row : kCalls) {
+        const Error error = ErrorOf(row, {.client = client.get(), .call = &limited});
+        ASSERT_TRUE(error);
+        EXPECT_EQ(error->failure, BREVINT_FAILURE_TIMED_OUT);
+        EXPECT_EQ(error->may_have_happened != 0, row.changes);
         const Cancellation cancellation(brevint_cancellation_new());
         brevint_call options;
         brevint_call_init(&options, sizeof options);
         options.cancellation = cancellation.get();
         std::thread canceller([&] { brevint_cancellation_cancel(cancellation.get()); });
-        EXPECT_EQ(FailureOf(call, client.get(), &options), BREVINT_FAILURE_CANCELLED);
+        EXPECT_EQ(FailureOf(row, {.client = client.get(), .call = &options}),
+                  BREVINT_FAILURE_CANCELLED);
         canceller.join();
     }
     server.Open("never");
@@ -239,21 +295,21 @@ TEST(Stopped, SignInsLeaveNoSession) {
             brevint_cancellation_cancel(cancellation.get());
         });
         // In turns, so that a session that is left stands in the way of the next.
-        const int32_t failure =
-            FailureOf(round % 2 == 0 ? SignIn : SignInBen, client.get(), &limited);
+        const int32_t failure = FailureOf(round % 2 == 0 ? kSignIn : kSignInBen,
+                                          {.client = client.get(), .call = &limited});
         canceller.join();
         if (failure == BREVINT_FAILURE_NONE) {
-            EXPECT_EQ(FailureOf(SignOut, client.get()), BREVINT_FAILURE_NONE);
+            EXPECT_EQ(FailureOf(kSignOut, {client.get()}), BREVINT_FAILURE_NONE);
         } else {
             ++stopped;
             EXPECT_EQ(failure, BREVINT_FAILURE_CANCELLED);
         }
     }
     // The last to be given up may still be at work; the next sign-in waits for it.
-    EXPECT_EQ(FailureOf(SignIn, client.get()), BREVINT_FAILURE_NONE);
-    EXPECT_EQ(FailureOf(SignInBen, client.get()), BREVINT_FAILURE_SIGNED_IN_AS_OTHER);
-    EXPECT_EQ(FailureOf(SignOut, client.get()), BREVINT_FAILURE_NONE);
-    EXPECT_EQ(FailureOf(List, client.get()), BREVINT_FAILURE_NOT_SIGNED_IN);
+    EXPECT_EQ(FailureOf(kSignIn, {client.get()}), BREVINT_FAILURE_NONE);
+    EXPECT_EQ(FailureOf(kSignInBen, {client.get()}), BREVINT_FAILURE_SIGNED_IN_AS_OTHER);
+    EXPECT_EQ(FailureOf(kSignOut, {client.get()}), BREVINT_FAILURE_NONE);
+    EXPECT_EQ(FailureOf(kList, {client.get()}), BREVINT_FAILURE_NOT_SIGNED_IN);
     EXPECT_GT(stopped, 0);
 }
 

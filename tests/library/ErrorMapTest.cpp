@@ -79,6 +79,11 @@ TEST(ErrorMap, GivesEveryMessageItsCodeInEveryLetterCase) {
     // Every message, and what differs from one at its end or its beginning.
     std::set<std::wstring> messages = {L"", L"no such message."};
     for (const auto& [text, codes, isPrefix] : kRows) {
+        std::istringstream known(codes);
+        double code = 0;
+        for (std::string name; known >> name >> code;) {
+            EXPECT_TRUE(FindKind(name)) << name;
+        }
         messages.insert({text, text + L"x.pdf') cannot be taken.", text + L" ", L" " + text,
                          text.substr(0, text.size() - 1)});
     }
