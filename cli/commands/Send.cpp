@@ -7,7 +7,6 @@
 #include "support/LocalName.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <condition_variable>
 #include <fstream>
@@ -153,22 +152,20 @@ private:
             RequireSendable(text, path);
         }
         m_taken.Take(upload.place);
-        const auto there = m_there.find(NameKey(shown));
-        const bool isThere = there != m_there.end();
-        if (isThere && (there->second.kind == ItemKind::Folder) != isFolder) {
+        const Item* const there = ItemThere(shown);
+        if (there && (there->kind == ItemKind::Folder) != isFolder) {
             throw Failure(ExitCode::Refused, upload.place + " is there, and is something else.");
         }
         if (isFolder) {
-            upload.targetId = isThere ? there->second.id : "";
+            upload.targetId = there ? there->id : "";
             return JudgeFolder(std::move(upload));
         }
         const Version local = LocalVersion(path);
-        if (isThere) {
-            if (JudgeExisting(options, upload.place, local, VersionOf(there->second)) ==
-                Step::Skip) {
+        if (there) {
+            if (JudgeExisting(options, upload.place, local, VersionOf(*there)) == Step::Skip) {
                 return UpToDate(upload.place);
             }
-            upload.targetId = there->second.id;
+            upload.targetId = there->id;
             upload.isReplacement = true;
         }
         WarnOfEnding(m_context, upload.place);
@@ -177,6 +174,24 @@ private:
         }
         m_files.push_back(std::move(upload));
         return {};
+    }
+
+    /// The item of that very name; null where there is none. Throws a Failure for one that the
+    /// service may take for it.
+    const Item* ItemThere(const std::string& name) const {
+        const auto [begin, end] = m_there.equal_range(NameKey(name));
+        const auto found =
+            std::find_if(begin, end, [&](const auto& there) { return there.second.name == name; });
+        if (found != end) {
+            return &found->second;
+        }
+        if (begin != end) {
+            throw Failure(ExitCode::Refused,
+                          "In " + m_folder.text + " there is \"" + begin->second.name +
+                              "\", which the service may not tell from \"" + name + "\".",
+                          "Give the file the very name of the one that it is to replace.");
+        }
+        return nullptr;
     }
 
     ItemOutcome JudgeFolder(Upload folder) {
@@ -203,7 +218,7 @@ private:
     Context& m_context;
     Outcomes& m_outcomes;
     const NamedItem m_folder;
-    std::map<std::string, Item> m_there; ///< What the folder holds, by the keys of the names.
+    std::multimap<std::string, Item> m_there; ///< What the folder holds, by the keys of the names.
     TakenNames m_taken;
     std::vector<Upload> m_files;
     std::vector<Upload> m_folders;

@@ -159,6 +159,8 @@ TEST_F(ClientRepositoryTest, ReplacesNothingUnasked) {
     EXPECT_EQ(1, Run({"put", "Notes.txt", "--to", "/Projects/Bridge"}).exitCode);
     EXPECT_EQ("mine", ReadFile(Work() / "Notes.txt"));
     EXPECT_EQ(0, Run({"put", "Notes.txt", "--to", "/Projects/Bridge", "--overwrite"}).exitCode);
+    WriteFile(Work() / "up" / "NOTES.txt", "another file");
+    EXPECT_EQ(1, Run({"put", "up/NOTES.txt", "--to", "/Projects/Bridge", "--overwrite"}).exitCode);
     EXPECT_EQ("mine", Run({"cat", notes}).output);
     EXPECT_EQ("skip", RunJson({"put", "Notes.txt", "--to", "/Projects/Bridge",
                                "--update"})["results"][0]["action"]);
