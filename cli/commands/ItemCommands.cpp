@@ -19,22 +19,38 @@ ExitCode ChangeItems(Context& context, bool (Client::*change)(const ItemRef&, co
     });
 }
 
-/// Whether that is to be deleted: a folder only with -r, and on a terminal only what is agreed to.
+const char* ContentOf(ItemKind kind) {
+    switch (kind) {
+    case ItemKind::Folder: return " with all that it holds";
+    case ItemKind::File: return "";
+    case ItemKind::Other: break;
+    }
+    return " with all that it may hold";
+}
+
+/// Whether that is to be deleted: what may be a folder only with -r, and on a terminal only what is
+/// agreed to.
 bool MayDelete(Context& context, const NamedItem& named) {
     const Options& options = context.Settings();
-    const Item item = named.item.kind == ItemKind::Other && !options.recursive
-                          ? context.TheItems().Describe(named.item.id)
-                          : named.item;
-    const bool isFolder = item.kind == ItemKind::Folder;
-    if (isFolder && !options.recursive) {
+    const bool asks = !options.force && Terminal::IsTerminal(Terminal::Stream::Input);
+    if (options.recursive && !asks) {
+        return true;
+    }
+    const ItemKind kind = named.item.kind == ItemKind::Other
+                              ? context.TheItems().Describe(named.item.id).kind
+                              : named.item.kind;
+    if (kind == ItemKind::Folder && !options.recursive) {
         throw Failure(ExitCode::Usage, named.text + " is a folder.",
                       "Delete it with all that it holds with rm -r.");
     }
-    if (options.force || !Terminal::IsTerminal(Terminal::Stream::Input)) {
+    if (kind == ItemKind::Other && !options.recursive) {
+        throw Failure(ExitCode::Usage, named.text + " may be a folder: its kind cannot be told.",
+                      "Delete it in any case with rm -r.");
+    }
+    if (!asks) {
         return true;
     }
-    const std::string question =
-        "Delete " + named.text + (isFolder ? " with all that it holds? [y/N] " : "? [y/N] ");
+    const std::string question = "Delete " + named.text + ContentOf(kind) + "? [y/N] ";
     const std::optional<std::string> answer =
         Terminal::ReadLine(Neutralise(question), Terminal::Echo::Shown, context.Stop());
     if (!answer) {

@@ -50,6 +50,7 @@ TEST_F(ClientHostileServiceTest, NamesLeadNowhereElse) {
     m_server.On("/Repository/Items/abc/Path")
         .Reply(200, {}, "<ResponseData><Path>/a/..\\b</Path></ResponseData>");
     EXPECT_EQ(5, Run({"get", "abc"}).exitCode);
+    EXPECT_EQ(2, Run({"rm", "abc"}).exitCode); // it may be a folder
     EXPECT_TRUE(m_server.RequestsFor("/Repository/Files/abc").empty());
     ExpectUntouched();
 }
