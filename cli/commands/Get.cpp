@@ -1,7 +1,6 @@
 #include "cli/output/Paths.h"
 #include "cli/output/SizeText.h"
-#include "cli/session/PrivateFile.h"
-#include "cli/session/TemporaryFile.h"
+#include "cli/session/TemporaryFolder.h"
 #include "cli/terminal/Sink.h"
 #include "cli/terminal/Terminal.h"
 #include "cli/transfer/Places.h"
@@ -98,16 +97,17 @@ std::string Summary(const std::string& text) {
     return text + " cannot be downloaded.";
 }
 
-Move FileMove(Context& context, const Download& file, const fs::path& target) {
-    return {
-        .number = file.number,
-        .name = file.named.text,
-        .summary = Summary(file.named.text),
-        .begin = [&context, item = file.named.item, target](Board::Listener listener) -> Moving {
-            return context.TheClient().Download(item, target,
-                                                {.onChange = listener, .keepsPart = true});
-        },
-        .conclude = {}};
+/// `keepsPart`: what has come until a fault is left for the same command, given once more.
+Move FileMove(Context& context, const Download& file, const fs::path& target, bool keepsPart) {
+    return {.number = file.number,
+            .name = file.named.text,
+            .summary = Summary(file.named.text),
+            .begin = [&context, item = file.named.item, target,
+                      keepsPart](Board::Listener listener) -> Moving {
+                return context.TheClient().Download(item, target,
+                                                    {.onChange = listener, .keepsPart = keepsPart});
+            },
+            .conclude = {}};
 }
 
 void Write(const fs::path& content, Sink& sink, const StopToken& stop) {
@@ -145,14 +145,16 @@ void HandOn(Context& context, const fs::path& content, const fs::path& target) {
 
 /// Fetches a file as a whole before the first byte goes to where none can be taken back.
 void Pour(Context& context, Outcomes& outcomes, const Download& file, const fs::path& target) {
-    CreatePrivateFolder(StateFolder());
-    const TemporaryFile content(StateFolder());
+    const TemporaryFolder folder;
+    const fs::path content = folder.Path() / "content";
     Runner runner(context, outcomes);
-    Move move = FileMove(context, file, content.Path());
+    Move move = FileMove(context, file, content, false);
     move.conclude = [&](const Moving&, const Outcome& came, ItemOutcome& result) {
         result.document["id"] = file.named.item.id;
         if (came) {
-            HandOn(context, content.Path(), target);
+            HandOn(context, content, target);
+        } else if (result.failure->exitCode == ExitCode::Interrupted) {
+            result.failure->hint.clear(); // nothing is left to go on with
         }
     };
     runner.Begin(std::move(move));
@@ -160,7 +162,7 @@ void Pour(Context& context, Outcomes& outcomes, const Download& file, const fs::
 }
 
 void BeginFile(Context& context, Runner& runner, const Download& file) {
-    Move move = FileMove(context, file, file.target);
+    Move move = FileMove(context, file, file.target, true);
     move.conclude = [&context, file](const Moving&, const Outcome& came, ItemOutcome& result) {
         result.document.update({{"action", "move"}, {"id", file.named.item.id}});
         if (!came) {

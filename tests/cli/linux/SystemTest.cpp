@@ -60,19 +60,28 @@ TEST_F(ClientTest, LeavesNothingBehindWhenInterrupted) {
         .Head(200, {{"Content-Length", "1000"}})
         .SendPattern(300)
         .Wait("never");
+    server.On("/Repository/Files/abd")
+        .Head(200, {{"Content-Length", "20000000"}, {"ETag", "\"1\""}})
+        .SendPattern(16'000'000) // more than waits between the two: it has begun to write
+        .Wait("poured");
     server.On("/Repository/Items/abc/Files").Wait("silent");
     KeepSession(Narrow(server.Url("")), "FedAuth=a; FedAuth1=b");
     server.On("/Repository/Items/abc/Items").Reply(200, {}, "<ResponseData></ResponseData>");
     WriteFile(Work() / "old", "old");
     for (const auto& [gate, arguments] :
          {std::pair("never", std::vector<std::string>{"get", "abc", "-o", "old"}),
+          {"poured", {"cat", "abd"}},
           {"silent", {"put", "old", "--to", "abc"}}}) {
         ClientRun run = Start(arguments);
         ASSERT_TRUE(server.AwaitArrivalAt(gate));
         kill(run.ProcessId(), SIGINT);
-        EXPECT_EQ(130, run.Wait().exitCode);
+        const ClientRun::Result ended = run.Wait();
+        EXPECT_EQ(130, ended.exitCode);
+        EXPECT_EQ(arguments[0] == "get", ended.error.find("goes on") != std::string::npos);
         EXPECT_EQ("old", ReadFile(Work() / "old"));
         EXPECT_EQ(std::set<std::string>{"old"}, WorkNames());
+        const auto state = fs::directory_iterator(SessionFile().parent_path());
+        EXPECT_EQ(1, std::distance(begin(state), end(state)));
     }
 }
 
