@@ -54,10 +54,12 @@ Sink::Sink(const std::filesystem::path& path, const StopToken& stop) : Sink() {
         m_target->opened = Descriptor(open(path.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC));
         failed = m_target->opened ? std::error_code() : LastError();
     });
+    // A reader of our own ends the wait for another one. It stays until the opener has ended, which
+    // may begin to wait only after the stop.
+    Descriptor reader;
     {
-        // A reader of our own ends the wait for another one.
-        const auto read = [&path] {
-            const Descriptor reader(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+        const auto read = [&] {
+            reader = Descriptor(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
         };
         const StopCallback<decltype(read)> onStop(stop, read);
         opener.join();
