@@ -110,6 +110,8 @@ Move FileMove(Context& context, const Download& file, const fs::path& target, bo
             .conclude = {}};
 }
 
+/// Throws a Failure when the content cannot be read, and a std::system_error when it cannot be
+/// written.
 void Write(const fs::path& content, Sink& sink, const StopToken& stop) {
     std::ifstream file(content, std::ios::binary);
     std::vector<char> block(std::size_t{1} << 20);
@@ -119,6 +121,9 @@ void Write(const fs::path& content, Sink& sink, const StopToken& stop) {
         if (const std::error_code failed = sink.Write({block.data(), count}, stop)) {
             throw std::system_error(failed);
         }
+    }
+    if (!file.eof()) {
+        throw Failure(ExitCode::LocalFile, "What has come cannot be read from the disk.");
     }
 }
 
