@@ -74,18 +74,30 @@ fs::path TargetOf(const Options& options, const NamedItem& named) {
         return (ToPath(options.directory) / NameOf(named)).lexically_normal();
     }
     const fs::path given = ToPath(options.output);
-    return IsFolder(given) ? given / NameOf(named) : given;
+    const bool isInside = named.item.kind != ItemKind::Folder && IsFolder(given);
+    return isInside ? given / NameOf(named) : given;
 }
 
-/// Whether the file is to be fetched. One whose name the command line has chosen may be replaced.
+/// Whether -o names the file itself, which may then be replaced, and be a link or a pipe.
+bool IsChosen(const Options& options, const fs::path& target) {
+    return target == ToPath(options.output);
+}
+
+/// Whether the file is to be fetched.
 Step StepFor(const Options& options, const Download& file) {
-    if (LookAtLocalItem(file.target).kind == LocalItem::Kind::Missing) {
+    const LocalItem::Kind there = LookAtLocalItem(file.target).kind;
+    if (there == LocalItem::Kind::Missing) {
         return Step::Move;
     }
     if (IsFolder(file.target)) {
         throw Failure(ExitCode::LocalFile, PathToUtf8(file.target) + " is a folder.");
     }
-    const bool isChosen = file.target == ToPath(options.output);
+    const bool isChosen = IsChosen(options, file.target);
+    if (!isChosen && there == LocalItem::Kind::Other) {
+        throw Failure(ExitCode::Refused,
+                      PathToUtf8(file.target) + " is there, and is a link or something else.",
+                      "Name it with -o to have it written to.");
+    }
     if (isChosen && !options.update) {
         return Step::Move;
     }
@@ -260,7 +272,8 @@ private:
         download.target = isOutput ? fs::path() : TargetOf(options, download.named);
         const std::string place = isOutput ? options.output : PathToUtf8(download.target);
         m_taken.Take(isOutput ? place : PathToUtf8(fs::weakly_canonical(download.target)));
-        const bool isPour = isOutput || IsPipeOrDevice(download.target);
+        const bool isPour =
+            isOutput || (IsChosen(options, download.target) && IsPipeOrDevice(download.target));
         if (isFolder) {
             m_folders.push_back(std::move(download));
         } else if (!isPour && StepFor(options, download) == Step::Skip) {

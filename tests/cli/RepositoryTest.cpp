@@ -1,6 +1,7 @@
 // The commands on files and folders, against the reference service.
 
 #include "cli/output/Paths.h"
+#include "support/LocalItem.h"
 #include "tests/cli/ClientFixture.h"
 
 namespace brevint::test {
@@ -44,14 +45,15 @@ TEST_F(ClientRepositoryTest, ListsFolders) {
 TEST_F(ClientRepositoryTest, DownloadsFiles) {
     const std::string notes = Record("/Projects/Bridge", "Notes.txt")["id"];
     std::filesystem::create_directory(Work() / "to");
-    const json results =
-        RunJson({"get", notes, kBig, "/Projects/Nothing.bin",
-                 "/Projects/Bridge/Überblick — 概要.txt", "/Projects/Bridge/Empty.txt", "-d", "to"},
-                1)["results"];
+    const json results = RunJson({"get", notes, kBig, "/Projects/Nothing.bin",
+                                  "/Projects/Bridge/Überblick — 概要.txt",
+                                  "/Projects/Bridge/Empty.txt", "-d", "to", "--keep-times"},
+                                 1)["results"];
     ASSERT_EQ(5U, results.size());
     EXPECT_EQ(kBigSize, results[1]["size"]);
     EXPECT_EQ(false, results[2]["ok"]);
     EXPECT_EQ("Span 3 needs a second look.\n", ReadFile(Work() / "to" / "Notes.txt"));
+    EXPECT_EQ(1'709'568'312, LookAtLocalItem(Work() / "to" / "Notes.txt").modified);
     EXPECT_EQ(Pattern(kBigSize), ReadFile(Work() / "to" / "Big.bin"));
     EXPECT_EQ("Grüße\n", ReadFile(Work() / "to" / cli::ToPath("Überblick — 概要.txt")));
     EXPECT_TRUE(std::filesystem::is_empty(Work() / "to" / "Empty.txt"));
@@ -140,13 +142,14 @@ TEST_F(ClientRepositoryTest, MovesTrees) {
     EXPECT_EQ((std::set<std::string>{"a.txt", "sub", "sub/Überblick.bin"}),
               OfEntries(RunJson({"get", "-r", tree, "-n", "-d", "back"}), "path"));
     EXPECT_EQ(std::set<std::string>{"tree"}, WorkNames());
-    const auto got = Run({"get", "-r", tree, "-d", "back", "--keep-times"});
+    const auto got = Run({"get", "-r", tree, "-o", "back/tree"});
     EXPECT_EQ(0, got.exitCode) << got.error;
     EXPECT_EQ("a", ReadFile(Work() / "back" / "tree" / "a.txt"));
     EXPECT_EQ(Pattern(200'000),
               ReadFile(Work() / "back" / "tree" / "sub" / cli::ToPath("Überblick.bin")));
     for (const json& again : {RunJson({"put", "-r", "--update", "tree", "--to", "/Projects"}),
-                              RunJson({"get", "-r", "--update", tree, "-d", "back"})}) {
+                              RunJson({"get", "-r", "--update", tree, "-d", "back"}),
+                              RunJson({"get", "-r", "--update", tree, "-o", "back/tree"})}) {
         EXPECT_EQ(std::set<std::string>{"skip"}, OfEntries(again, "action"));
     }
 }

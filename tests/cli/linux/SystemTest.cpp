@@ -32,6 +32,11 @@ TEST_F(ClientSystemTest, WritesToWhatIsNoOrdinaryFile) {
     EXPECT_EQ(kContent, reader.get());
     EXPECT_EQ(kContent, Run({"get", kNotes, "-o", "/dev/stdout"}).output);
     EXPECT_EQ(5, Run({"get", kNotes, "-o", "/dev/full"}).exitCode);
+    for (const char* place : {"elsewhere", "pipe"}) { // only what -o names is followed
+        fs::create_symlink(place, Work() / "Notes.txt");
+        EXPECT_EQ(1, Run({"get", kNotes, "--overwrite"}).exitCode);
+        fs::remove(Work() / "Notes.txt");
+    }
     EXPECT_EQ(std::set<std::string>{"pipe"}, WorkNames());
 }
 
