@@ -188,9 +188,10 @@ constexpr CommandRow kCommands[] = {
     {"ls", "List folders and files",
      "The last name of a path may be a pattern: \"*\" stands for any characters, \"?\" for one.\n",
      kList,
-     "`folders`: array of `path`, `folderId`, `items`: array of `id`, `parentId`, `ownerId`, "
-     "`name`, `description`, `created`, `modified`, `size` (number of bytes, or null), `locked`, "
-     "`lockedBy`, `public`, `kind` (folder, file or other), `type`",
+     "`folders`: array of `path`, `folderId`, `error` if it cannot be listed, `items`: array of "
+     "`id`, `parentId`, `ownerId`, `name`, `description`, `created`, `modified`, `size` (number "
+     "of bytes, or null), `locked`, `lockedBy`, `public`, `kind` (folder, file or other), `type`; "
+     "`error`, the first one, if there is any",
      "brevint ls\nbrevint ls -l /Projects/2026\nbrevint ls --sort size '/Projects/2026/*.pdf'\n",
      RunList},
     {"path", "Show the paths of items", "", kItems,

@@ -1,11 +1,14 @@
+#include "cli/output/Failure.h"
 #include "cli/output/SizeText.h"
 #include "cli/output/Table.h"
 #include "cli/run/Context.h"
+#include "support/Limits.h"
 
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <iterator>
+#include <optional>
+#include <utility>
 
 namespace brevint::cli {
 
@@ -16,6 +19,7 @@ struct Block {
     std::string heading; ///< Empty: none.
     std::string folderId;
     std::vector<Item> items;
+    std::optional<Failure> failure; ///< Why it cannot be listed.
 };
 
 std::string SizeCell(const Item& item) {
@@ -101,32 +105,10 @@ std::string Below(const std::string& folder, const std::string& name) {
     return folder.ends_with('/') ? folder + name : folder + '/' + name;
 }
 
-/// The folder, and with -R those below it, each before what it holds.
-void AddFolder(Context& context, const NamedItem& folder, std::vector<Block>& blocks) {
-    const Options& options = context.Settings();
-    Block block{folder.text, folder.item.id, {}};
-    Attempt("The folder " + folder.text + " cannot be listed.", [&] {
-        const Listing listing = context.TheClient().List(folder.item, context.Limits());
-        block.items.assign(listing.begin(), listing.end());
-    });
-    Sort(block.items, options);
-    blocks.push_back(std::move(block));
-    if (!options.recursive) {
-        return;
-    }
-    const std::size_t index = blocks.size() - 1;
-    for (std::size_t i = 0; i < blocks[index].items.size(); ++i) {
-        const Item item = blocks[index].items[i];
-        if (item.kind == ItemKind::Folder) {
-            AddFolder(context, {Below(folder.text, item.name), item}, blocks);
-        }
-    }
-}
-
 /// The roots as if they lay in a folder.
-Block RootBlock(Context& context) {
-    Block block{"/", "", {}};
-    for (const auto& [name, id] : context.TheItems().Roots()) {
+Block RootBlock(const Items& known) {
+    Block block{"/", "", {}, {}};
+    for (const auto& [name, id] : known.Roots()) {
         Item root;
         root.id = id;
         root.name = name;
@@ -137,68 +119,178 @@ Block RootBlock(Context& context) {
     return block;
 }
 
-std::vector<Block> Gather(Context& context) {
-    const Options& options = context.Settings();
-    const std::vector<std::string> texts =
-        options.items.empty() ? std::vector<std::string>{"/"} : options.items;
-    std::vector<Block> blocks;
-    Block named;
-    for (const std::string& text : texts) {
-        if (text.find_first_not_of('/') == std::string::npos) {
-            blocks.push_back(RootBlock(context));
-            if (options.recursive) {
-                for (const Item& root : Block(blocks.back()).items) {
-                    AddFolder(context, {"/" + root.name, root}, blocks);
+/// Gathers what one ls shows. What cannot be listed is reported, and keeps nothing else from being
+/// listed.
+class Gathering {
+public:
+    explicit Gathering(Context& context) : m_context(context), m_known(context.TheItems()) {}
+
+    /// What a text of the command line names.
+    void Add(const std::string& text) {
+        try {
+            if (text.find_first_not_of('/') == std::string::npos) {
+                AddRoots();
+                return;
+            }
+            for (const NamedItem& found : m_known.Expand({text})) {
+                // Of an identifier only a listing tells whether it is a folder's.
+                if (found.item.kind == ItemKind::File) {
+                    m_named.items.push_back(found.item);
+                } else if (!IsInterrupted()) {
+                    AddFolder(found);
                 }
             }
-            continue;
+        } catch (...) {
+            m_around.clear();
+            AddFailed({text, "", {}, {}});
         }
-        for (const NamedItem& found : context.TheItems().Expand({text})) {
-            // Of an identifier only a listing tells whether it is a folder's.
-            if (found.item.kind == ItemKind::File) {
-                named.items.push_back(found.item);
-            } else {
-                AddFolder(context, found, blocks);
+    }
+
+    std::vector<Block> Take() {
+        if (!m_named.items.empty()) {
+            Sort(m_named.items, m_context.Settings());
+            m_blocks.insert(m_blocks.begin(), std::move(m_named));
+        }
+        return std::move(m_blocks);
+    }
+
+    bool IsInterrupted() const { return m_failure && m_failure->exitCode == ExitCode::Interrupted; }
+
+    /// The first one, or the interruption.
+    const std::optional<Failure>& TheFailure() const { return m_failure; }
+
+private:
+    void AddRoots() {
+        const Block roots = RootBlock(m_known);
+        m_blocks.push_back(roots);
+        if (m_context.Settings().recursive) {
+            AddFoldersOf(roots);
+        }
+    }
+
+    /// The folder, and with -R those below it, each before what it holds.
+    void AddFolder(const NamedItem& folder) {
+        Block block{folder.text, folder.item.id, {}, {}};
+        try {
+            ReadFolder(folder, block);
+        } catch (...) {
+            AddFailed(std::move(block));
+            return;
+        }
+        m_blocks.push_back(block);
+        if (m_context.Settings().recursive) {
+            m_around.push_back(folder.item.id);
+            AddFoldersOf(block);
+            m_around.pop_back();
+        }
+    }
+
+    void AddFoldersOf(const Block& block) {
+        for (const Item& item : block.items) {
+            if (m_entries > Limits::kMostEntries) {
+                throw Failure(ExitCode::Refused, "There are too many folders and files to list.",
+                              "List fewer at a time.");
+            }
+            if (item.kind == ItemKind::Folder && !IsInterrupted()) {
+                AddFolder({Below(block.heading, item.name), item});
             }
         }
     }
-    if (!named.items.empty()) {
-        Sort(named.items, options);
-        blocks.insert(blocks.begin(), std::move(named));
+
+    void ReadFolder(const NamedItem& folder, Block& block) {
+        const std::string summary = "The folder " + folder.text + " cannot be listed.";
+        if (std::ranges::find(m_around, folder.item.id) != m_around.end()) {
+            throw Failure(ExitCode::Refused, summary + " The service says that it lies in itself.");
+        }
+        if (m_around.size() >= Limits::kDeepestFolder) {
+            throw Failure(ExitCode::Refused, summary + " It lies in too many folders.");
+        }
+        Attempt(summary, [&] {
+            const Listing listing = m_context.TheClient().List(folder.item, m_context.Limits());
+            block.items.assign(listing.begin(), listing.end());
+        });
+        m_entries += block.items.size();
+        Sort(block.items, m_context.Settings());
     }
-    return blocks;
+
+    /// Takes the exception that is being handled for what came of the block.
+    void AddFailed(Block block) {
+        block.failure = CurrentFailure();
+        m_context.Out().Report(*block.failure);
+        if (!m_failure || block.failure->exitCode == ExitCode::Interrupted) {
+            m_failure = block.failure;
+        }
+        m_blocks.push_back(std::move(block));
+    }
+
+    Context& m_context;
+    const Items& m_known;
+    std::vector<Block> m_blocks;
+    Block m_named;                     ///< Files that were named.
+    std::vector<std::string> m_around; ///< The identifiers of the folders around the next one.
+    std::size_t m_entries = 0;         ///< Of all folders listed so far.
+    std::optional<Failure> m_failure;
+};
+
+nlohmann::json RecordOf(const Block& block) {
+    nlohmann::json items = nlohmann::json::array();
+    for (const Item& item : block.items) {
+        items.push_back(RecordOf(item));
+    }
+    nlohmann::json record = {
+        {"path", block.heading}, {"folderId", block.folderId}, {"items", std::move(items)}};
+    if (block.failure) {
+        record["error"] = ToJson(*block.failure);
+    }
+    return record;
+}
+
+void Show(const Context& context, const std::vector<Block>& blocks) {
+    bool isFirst = true;
+    for (const Block& block : blocks) {
+        if (block.failure) {
+            continue;
+        }
+        if (blocks.size() > 1) {
+            std::vector<std::string> heading(isFirst ? 0 : 1);
+            if (!block.heading.empty()) {
+                heading.push_back(block.heading + ":");
+            }
+            context.Out().Lines(heading);
+        }
+        isFirst = false;
+        if (context.Settings().allFields) {
+            context.Out().Lines(LongLines(block.items));
+        } else {
+            context.Out().Print(ShortTable(block.items));
+        }
+    }
 }
 
 } // namespace
 
 ExitCode RunList(Context& context) {
     const Options& options = context.Settings();
-    const std::vector<Block> blocks = Gather(context);
-    nlohmann::json folders = nlohmann::json::array();
-    for (const Block& block : blocks) {
-        if (context.Out().IsJson()) {
-            nlohmann::json records = nlohmann::json::array();
-            std::ranges::transform(block.items, std::back_inserter(records), RecordOf);
-            folders.push_back({{"path", block.heading},
-                               {"folderId", block.folderId},
-                               {"items", std::move(records)}});
-            continue;
-        }
-        if (blocks.size() > 1) {
-            std::vector<std::string> heading(&block == &blocks.front() ? 0 : 1);
-            if (!block.heading.empty()) {
-                heading.push_back(block.heading + ":");
-            }
-            context.Out().Lines(heading);
-        }
-        if (options.allFields) {
-            context.Out().Lines(LongLines(block.items));
-        } else {
-            context.Out().Print(ShortTable(block.items));
+    Gathering gathering(context);
+    for (const std::string& text :
+         options.items.empty() ? std::vector<std::string>{"/"} : options.items) {
+        if (!gathering.IsInterrupted()) {
+            gathering.Add(text);
         }
     }
-    context.Out().Document({{"folders", std::move(folders)}});
-    return ExitCode::Success;
+    const std::vector<Block> blocks = gathering.Take();
+    const std::optional<Failure>& failure = gathering.TheFailure();
+    Show(context, blocks);
+    nlohmann::json folders = nlohmann::json::array();
+    for (const Block& block : blocks) {
+        folders.push_back(RecordOf(block));
+    }
+    nlohmann::json document = {{"folders", std::move(folders)}};
+    if (failure) {
+        document["error"] = ToJson(*failure);
+    }
+    context.Out().Document(document);
+    return failure ? failure->exitCode : ExitCode::Success;
 }
 
 } // namespace brevint::cli

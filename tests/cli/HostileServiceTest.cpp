@@ -55,6 +55,16 @@ TEST_F(ClientHostileServiceTest, NamesLeadNowhereElse) {
     ExpectUntouched();
 }
 
+TEST_F(ClientHostileServiceTest, FoldersDoNotLieInThemselves) {
+    for (const auto& [folder, held] : {std::pair("abc", "abd"), {"abd", "abc"}}) {
+        m_server.On("/Repository/Items/" + std::string(folder) + "/Items")
+            .Reply(200, {},
+                   "<ResponseData><Item><Name>x</Name><ItemType>0</ItemType><UniqueId>" +
+                       std::string(held) + "</UniqueId></Item></ResponseData>");
+    }
+    EXPECT_EQ(3U, RunJson({"ls", "-R", "abc"}, 1)["folders"].size());
+}
+
 TEST_F(ClientHostileServiceTest, TextsDoNotSteerTheTerminal) {
     m_server.On("/Repository/Items/abc/Items")
         .Reply(200, {},
