@@ -18,6 +18,7 @@
 #include "requests/PollFileStatusRequestInfo.h"
 #include "requests/SignOutRequestInfo.h"
 #include "responses/FolderListing.h"
+#include "support/ItemName.h"
 #include "support/RootElement.h"
 #include "support/Utf8.h"
 

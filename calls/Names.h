@@ -9,9 +9,6 @@ namespace calls {
 /// addresses and documents as it is.
 bool IsIdentifier(std::wstring_view text);
 
-/// Whether an item may be called so. What is a step on a path, or ends a line, may not be a name.
-bool IsItemName(std::wstring_view text);
-
 /// A text as it stands between the quotes of a JSON string. It has no control characters.
 std::wstring EscapeForJson(std::wstring_view text);
 

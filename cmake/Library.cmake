@@ -3,6 +3,7 @@
 brevint_sources(BREVINT_SOURCES c calls cookies proxies requests responses support transfers transport)
 # These have libraries of their own, which the platform layer and the programs use too.
 list(REMOVE_ITEM BREVINT_SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/support/Utf8.cpp
+                                 ${CMAKE_CURRENT_SOURCE_DIR}/support/ItemName.cpp
                                  ${CMAKE_CURRENT_SOURCE_DIR}/support/LocalFileWriter.cpp
                                  ${CMAKE_CURRENT_SOURCE_DIR}/support/LocalName.cpp)
 

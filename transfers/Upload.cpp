@@ -11,6 +11,7 @@
 #include "requests/OverwriteFileRequestInfo.h"
 #include "requests/PollFileStatusRequestInfo.h"
 #include "requests/UploadFileRequestInfo.h"
+#include "support/ItemName.h"
 #include "transfers/WidePath.h"
 
 #include <memory>
@@ -56,12 +57,6 @@ double NoFileCode(Kind kind) {
     return kind == Kind::NewFile ? ErrorCode::UploadNoFile : ErrorCode::OverwriteNoFile;
 }
 
-/// The name goes into the form as it is, so that some characters would forge its head.
-bool IsSafeName(const std::filesystem::path& path) {
-    const std::wstring name = WidePath(path.filename());
-    return calls::IsItemName(name) && name.find_first_of(L"\"\\") == std::wstring::npos;
-}
-
 } // namespace
 
 Upload::Upload(std::shared_ptr<const Service> service, UploadRequest request,
@@ -81,7 +76,7 @@ Transfer::Step Upload::Run() {
                                                : ErrorCode::OverwriteInvalidId)) {
         return EndAsFailed();
     }
-    if (!IsSafeName(m_request.path)) {
+    if (!IsFormName(WidePath(m_request.path.filename()))) {
         Fail(NoFileCode(m_request.kind), L"The file's name has a character that cannot be sent.");
         return EndAsFailed();
     }

@@ -1,10 +1,10 @@
 #include "calls/Calls.h"
 #include "calls/FailureText.h"
 #include "calls/Items.h"
-#include "calls/Names.h"
 #include "responses/FolderListing.h"
 #include "support/Files.h"
 #include "support/IsoTime.h"
+#include "support/ItemName.h"
 #include "support/Limits.h"
 #include "support/LocalItem.h"
 #include "support/LocalName.h"
@@ -74,8 +74,7 @@ void JudgeLocal(FolderEntry& entry, const LocalItem& local, const fs::path& path
     std::uint64_t bytes = 0;
     if (local.kind != Kind::Folder && local.kind != Kind::File) {
         entry.Refuse(FailureKind::LocalFile, L"It is a link, or neither a file nor a folder.");
-    } else if (ToPath(entry.name) != path.filename() || !calls::IsItemName(name) ||
-               name.find(L'"') != std::wstring::npos) {
+    } else if (ToPath(entry.name) != path.filename() || !IsFormName(name)) {
         entry.Refuse(FailureKind::LocalFile, L"Its name cannot be sent.");
     } else if (PartFileRules::IsPartName(entry.name)) {
         entry.Refuse(FailureKind::LocalFile, L"It belongs to a download that has not ended.");
@@ -83,6 +82,8 @@ void JudgeLocal(FolderEntry& entry, const LocalItem& local, const fs::path& path
         entry.Refuse(FailureKind::Refused, L"It lies in too many folders.");
     } else if (!entry.isFolder && local.bytes == 0) {
         entry.Refuse(FailureKind::LocalFile, L"The service takes no empty files.");
+    } else if (!entry.isFolder && IsProgramName(name)) {
+        entry.Refuse(FailureKind::Refused, L"The service takes no programs.");
     } else if (!entry.isFolder && !BaseHlpr::OpenRegularFile(WidePath(path), bytes)) {
         entry.Refuse(FailureKind::LocalFile, L"The local file cannot be read.");
     }
@@ -94,7 +95,11 @@ FolderEntry UploadPlan::Root() const {
     FolderEntry root;
     root.itemId = Utf8::ToNarrow(Request().folderId);
     root.isFolder = true;
-    root.Skip();
+    if (Request().planOnly && root.itemId.empty()) {
+        root.action = FolderAction::MakeFolder;
+    } else {
+        root.Skip();
+    }
     return root;
 }
 

@@ -500,7 +500,8 @@ typedef void (*brevint_group_listener)(void* user, brevint_group* group,
 /** What a folder holds is moved into another folder. */
 typedef struct brevint_folder_transfer {
     size_t size;            /**< Set by brevint_folder_transfer_init. */
-    const char* folder_id;  /**< The folder at the service. */
+    const char* folder_id;  /**< The folder at the service. May be null where an upload is only
+                                 planned: then it is one that is not there yet. */
     const char* local_path; /**< The local folder. A download makes it. */
     int32_t existing;       /**< A brevint_existing. */
     int32_t plan_only;  /**< Not 0: nothing is moved or made; the entries tell what would be. Those
@@ -523,7 +524,7 @@ BREVINT_API void brevint_group_entry_init(brevint_group_entry* entry, size_t siz
  */
 BREVINT_API brevint_group* brevint_queue_download_folder(brevint_queue* queue,
                                                          const brevint_folder_transfer* transfer);
-/** The same the other way. Links, special files and empty files are refused. */
+/** The same the other way. Links, special files, empty files and programs are refused. */
 BREVINT_API brevint_group* brevint_queue_upload_folder(brevint_queue* queue,
                                                        const brevint_folder_transfer* transfer);
 BREVINT_API void brevint_group_progress_get(const brevint_group* group,

@@ -287,7 +287,8 @@ public:
         return Move(folder, destination, brevint_queue_download_folder, std::move(how), options);
     }
 
-    /// The same the other way. Links, special files and empty files are refused.
+    /// The same the other way. Links, special files, empty files and programs are refused. A plan
+    /// for a folder that is not there yet takes an empty identifier.
     [[nodiscard]] TransferGroup UploadFolder(const std::filesystem::path& source,
                                              const ItemRef& folder, FolderOptions how = {},
                                              const CallOptions& options = {}) {
