@@ -12,16 +12,16 @@ namespace brevint::cli {
 
 namespace {
 
-/// Whether JSON is wanted, as far as a command line tells that cannot be read.
-bool AsksForJson(const std::vector<std::string>& arguments) {
+/// Whether an option is given, as far as a command line tells that cannot be read.
+bool AsksFor(const std::vector<std::string>& arguments, const char* option) {
     const auto end = std::ranges::find(arguments, "--");
-    return std::find(arguments.begin(), end, "--json") != end;
+    return std::find(arguments.begin(), end, option) != end;
 }
 
 } // namespace
 
 ExitCode RunApplication(const std::vector<std::string>& arguments) {
-    Output output(AsksForJson(arguments));
+    Output output(AsksFor(arguments, "--json"), AsksFor(arguments, "--events"));
     try {
         const std::optional<Request> request = ParseCommandLine(arguments);
         if (!request) {

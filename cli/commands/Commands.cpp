@@ -157,8 +157,9 @@ constexpr char kGetDocument[] =
     "`results`: array of `item`, `ok`, `action` (move or skip), `id`, `file`, `size`; of a folder "
     "also `entries`: array of `path`, `action` (move, skip, make-folder or refuse), `ok`, `size`";
 constexpr char kPutDocument[] =
-    "`results`: array of `item`, `ok`, `action` (move or skip), `jobId`, `finished`, and `id` of "
-    "the item once finished; of a folder `entries` as of `get`: array of `path`, `action`, `ok`, "
+    "`results`: array of `item`, `ok`, `action` (move or skip), `size` if it does not move, "
+    "`jobId`, `finished`, and `id` of the item once it is there; of a folder `entries` as of "
+    "`get`: array of `path`, `action`, `ok`, "
     "`size`";
 constexpr char kReplaceDocument[] = "`results`: array of `item`, `ok`, `action`, `jobId`, "
                                     "`finished`, and `id` of the item once finished";

@@ -224,8 +224,8 @@ void BeginFolder(Context& context, Runner& runner, const Download& folder) {
              [&context, folder](const Moving& moving, const Outcome&, ItemOutcome& result) {
                  result.document.update(
                      {{"id", folder.named.item.id}, {"file", PathToUtf8(folder.target)}});
-                 TellFolder(context, PathToUtf8(folder.target), std::get<TransferGroup>(moving),
-                            result);
+                 TellFolder(context, PathToUtf8(folder.target), IsFolder(folder.target),
+                            std::get<TransferGroup>(moving), result);
              }});
 }
 
@@ -272,14 +272,16 @@ private:
         download.target = isOutput ? fs::path() : TargetOf(options, download.named);
         const std::string place = isOutput ? options.output : PathToUtf8(download.target);
         m_taken.Take(isOutput ? place : PathToUtf8(fs::weakly_canonical(download.target)));
+        const Item& item = download.named.item;
+        const nlohmann::json known = {{"id", item.id}, {"file", place}};
         const bool isPour =
             isOutput || (IsChosen(options, download.target) && IsPipeOrDevice(download.target));
         if (isFolder) {
             m_folders.push_back(std::move(download));
         } else if (!isPour && StepFor(options, download) == Step::Skip) {
-            m_outcomes.Settle(download.number, UpToDate(place));
+            m_outcomes.Settle(download.number, UpToDate(place, item.size, known));
         } else if (options.planOnly) {
-            m_outcomes.Settle(download.number, WouldWrite(place, download.named.item.size));
+            m_outcomes.Settle(download.number, WouldWrite(place, item.size, known));
         } else if (isPour) {
             m_pours.push_back(std::move(download));
         } else {

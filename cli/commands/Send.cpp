@@ -4,7 +4,9 @@
 #include "cli/transfer/Places.h"
 #include "cli/transfer/Reports.h"
 #include "cli/transfer/Runner.h"
+#include "support/ItemName.h"
 #include "support/LocalName.h"
+#include "support/Utf8.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -31,8 +33,8 @@ struct Upload {
     bool isReplacement = false;
 };
 
-/// Throws a Failure unless that is a file that can be read, and has content, which the service
-/// insists on.
+/// Throws a Failure unless that is a file that can be read, and that the service takes as far as
+/// can be told before it has it.
 void RequireSendable(const std::string& text, const fs::path& path) {
     std::error_code reason;
     const fs::file_status status = fs::status(path, reason);
@@ -46,6 +48,15 @@ void RequireSendable(const std::string& text, const fs::path& path) {
     if (fs::file_size(path) == 0) {
         throw Failure(ExitCode::LocalFile,
                       "\"" + text + "\" is empty. The service takes no empty files.");
+    }
+    const std::string name = PathToUtf8(path.filename());
+    const std::wstring wide = Utf8::ToWide(name);
+    if (!Utf8::IsValid(name) || !IsFormName(wide)) {
+        throw Failure(ExitCode::LocalFile, "\"" + text + "\" has a name that cannot be sent.");
+    }
+    if (IsProgramName(wide)) {
+        throw Failure(ExitCode::Refused,
+                      "\"" + text + "\" would be refused: the service takes no programs.");
     }
 }
 
@@ -85,17 +96,14 @@ void BeginFolder(Context& context, Runner& runner, const Upload& folder) {
          .onPlanned =
              [&context, folder](const TransferGroup& group) {
                  TellRefused(context, folder.place, group);
-                 for (std::size_t i = 0; i < group.GetProgress().entryCount; ++i) {
-                     const GroupEntry entry = group.GetEntry(i);
-                     if (entry.action == EntryAction::Transfer) {
-                         WarnOfEnding(context, folder.place + "/" + entry.path);
-                     }
-                 }
              },
          .conclude =
              [&context, folder](const Moving& moving, const Outcome&, ItemOutcome& result) {
-                 result.document["id"] = folder.targetId;
-                 TellFolder(context, folder.place, std::get<TransferGroup>(moving), result);
+                 if (!folder.targetId.empty()) {
+                     result.document["id"] = folder.targetId;
+                 }
+                 TellFolder(context, folder.place, !folder.targetId.empty(),
+                            std::get<TransferGroup>(moving), result);
              }});
 }
 
@@ -158,19 +166,19 @@ private:
         }
         if (isFolder) {
             upload.targetId = there ? there->id : "";
-            return JudgeFolder(std::move(upload));
+            m_folders.push_back(std::move(upload));
+            return {};
         }
         const Version local = LocalVersion(path);
         if (there) {
             if (JudgeExisting(options, upload.place, local, VersionOf(*there)) == Step::Skip) {
-                return UpToDate(upload.place);
+                return UpToDate(upload.place, local.size, {{"id", there->id}});
             }
             upload.targetId = there->id;
             upload.isReplacement = true;
         }
-        WarnOfEnding(m_context, upload.place);
         if (options.planOnly) {
-            return WouldWrite(upload.place, local.size);
+            return WouldWrite(upload.place, local.size, nlohmann::json::object());
         }
         m_files.push_back(std::move(upload));
         return {};
@@ -194,19 +202,8 @@ private:
         return nullptr;
     }
 
-    ItemOutcome JudgeFolder(Upload folder) {
-        // What would be in a folder that is not there yet the library cannot plan.
-        if (m_context.Settings().planOnly && folder.targetId.empty()) {
-            return {.line =
-                        folder.place + "  would be made, with all that " + folder.text + " holds",
-                    .document = {{"action", "make-folder"}}};
-        }
-        m_folders.push_back(std::move(folder));
-        return {};
-    }
-
     void MakeFolder(Upload& folder) {
-        if (folder.targetId.empty()) {
+        if (folder.targetId.empty() && !m_context.Settings().planOnly) {
             folder.targetId = Attempt(folder.place + " cannot be made.", [&] {
                 return m_context.TheClient().CreateFolder(
                     m_folder.item, folder.place.substr(folder.place.rfind('/') + 1),

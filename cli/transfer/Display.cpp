@@ -52,12 +52,15 @@ public:
     bool WantsProgress() const override { return true; }
 
     void OnChange(const Status& status) override {
-        nlohmann::json event = {
-            {"event", EventName(status.state)}, {"item", status.name},
-            {"bytesDone", status.bytesDone},    {"bytesPerSecond", status.bytesPerSecond},
-            {"filesDone", status.filesDone},    {"filesTotal", status.filesTotal}};
+        nlohmann::json event = {{"event", EventName(status.state)},
+                                {"item", status.name},
+                                {"bytesDone", status.bytesDone},
+                                {"filesDone", status.filesDone},
+                                {"filesTotal", status.filesTotal}};
         event["bytesTotal"] =
             status.bytesTotal ? nlohmann::json(*status.bytesTotal) : nlohmann::json();
+        event["bytesPerSecond"] =
+            status.bytesPerSecond != 0 ? nlohmann::json(status.bytesPerSecond) : nlohmann::json();
         event["secondsLeft"] =
             status.timeLeft ? nlohmann::json(status.timeLeft->count()) : nlohmann::json();
         m_out.Event(event);

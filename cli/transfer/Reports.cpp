@@ -1,11 +1,7 @@
 #include "cli/transfer/Reports.h"
 
-#include "base/Ascii.h"
 #include "cli/output/SizeText.h"
 
-#include <algorithm>
-#include <array>
-#include <string_view>
 #include <utility>
 
 namespace brevint::cli {
@@ -26,19 +22,38 @@ std::string Count(std::size_t count, const std::string& what) {
     return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
+void AddSize(nlohmann::json& document, std::optional<std::uint64_t> size) {
+    if (size) {
+        document["size"] = *size;
+    }
+}
+
+std::string WriteLine(const std::string& place, std::optional<std::uint64_t> size) {
+    return place + "  would be written" + (size ? ", " + FormatSize(*size) : "");
+}
+
+std::string MakeLine(const std::string& place) {
+    return place + "  would be made";
+}
+
 Failure EntryFailure(const std::string& place, const GroupEntry& entry, const Error& error) {
     return FailureOf(place + "/" + entry.path + " cannot be moved.", error);
 }
 
 } // namespace
 
-ItemOutcome UpToDate(const std::string& place) {
-    return {.line = place + "  up to date", .document = {{"action", "skip"}}};
+ItemOutcome UpToDate(const std::string& place, std::optional<std::uint64_t> size,
+                     nlohmann::json known) {
+    known["action"] = "skip";
+    AddSize(known, size);
+    return {.line = place + "  up to date", .document = std::move(known)};
 }
 
-ItemOutcome WouldWrite(const std::string& place, std::optional<std::uint64_t> size) {
-    return {.line = place + "  would be written" + (size ? ", " + FormatSize(*size) : ""),
-            .document = {{"action", "move"}}};
+ItemOutcome WouldWrite(const std::string& place, std::optional<std::uint64_t> size,
+                       nlohmann::json known) {
+    known["action"] = "move";
+    AddSize(known, size);
+    return {.line = WriteLine(place, size), .document = std::move(known)};
 }
 
 void TellRefused(const Context& context, const std::string& place, const TransferGroup& group) {
@@ -51,9 +66,12 @@ void TellRefused(const Context& context, const std::string& place, const Transfe
     }
 }
 
-void TellFolder(const Context& context, const std::string& place, const TransferGroup& group,
-                ItemOutcome& outcome) {
+void TellFolder(const Context& context, const std::string& place, bool isThere,
+                const TransferGroup& group, ItemOutcome& outcome) {
     const bool isPlan = context.Settings().planOnly;
+    if (isPlan && !isThere) {
+        context.Out().Line(MakeLine(place));
+    }
     const GroupProgress progress = group.GetProgress();
     nlohmann::json entries = nlohmann::json::array();
     std::size_t skipped = 0;
@@ -62,9 +80,7 @@ void TellFolder(const Context& context, const std::string& place, const Transfer
         const Error error = group.GetEntryOutcome(i).error;
         nlohmann::json record = {
             {"path", entry.path}, {"action", ActionName(entry.action)}, {"ok", !error}};
-        if (entry.bytesTotal) {
-            record["size"] = *entry.bytesTotal;
-        }
+        AddSize(record, entry.bytesTotal);
         if (error) {
             const Failure failure = EntryFailure(place, entry, error);
             record["error"] = ToJson(failure);
@@ -78,9 +94,9 @@ void TellFolder(const Context& context, const std::string& place, const Transfer
                                                   place + " would not be moved.");
             }
         } else if (isPlan && entry.action == EntryAction::Transfer) {
-            context.Out().Line(WouldWrite(place + "/" + entry.path, entry.bytesTotal).line);
+            context.Out().Line(WriteLine(place + "/" + entry.path, entry.bytesTotal));
         } else if (isPlan && entry.action == EntryAction::MakeFolder) {
-            context.Out().Line(place + "/" + entry.path + "  would be made");
+            context.Out().Line(MakeLine(place + "/" + entry.path));
         }
         skipped += entry.action == EntryAction::Skip && entry.bytesTotal ? 1 : 0;
         entries.push_back(std::move(record));
@@ -91,14 +107,6 @@ void TellFolder(const Context& context, const std::string& place, const Transfer
     outcome.line = place + "  " + Count(moved, "file") + (isPlan ? " would be written" : "") +
                    ", " + FormatSize(isPlan ? progress.bytesTotal : progress.bytesDone) +
                    (skipped == 0 ? "" : "; " + std::to_string(skipped) + " up to date");
-}
-
-void WarnOfEnding(const Context& context, const std::string& place) {
-    static constexpr std::array<std::string_view, 4> kRefused = {".exe", ".msi", ".bat", ".cmd"};
-    const std::string lower = base::ToLower(place);
-    if (std::ranges::any_of(kRefused, [&](auto ending) { return lower.ends_with(ending); })) {
-        context.Out().Remark(place + ": services refuse programs, and may refuse this file.");
-    }
 }
 
 void TellJob(const Outcome& sent, bool ofReplacement, ItemOutcome& outcome) {

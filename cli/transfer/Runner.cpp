@@ -1,7 +1,6 @@
 #include "cli/transfer/Runner.h"
 
 #include "cli/output/SizeText.h"
-#include "cli/terminal/Terminal.h"
 
 #include <algorithm>
 #include <utility>
@@ -116,8 +115,9 @@ void Runner::TakeChanges() {
         if (status.bytesFromBefore != 0 && !std::exchange(task.isResumptionTold, true) &&
             !m_context.Settings().quiet) {
             m_display->Hide();
-            m_context.Out().Remark(status.name + ": " + FormatSize(status.bytesFromBefore) +
-                                   " had come before; it goes on from there.");
+            m_context.Out().Remark(
+                status.name + ": " + FormatSize(status.bytesFromBefore) +
+                " had come before; it goes on from there if the file is the same.");
         }
         Mark(m_active, number, IsActive(status.state));
         Mark(m_waiting, number, status.state == TransferState::NeedsSignIn);

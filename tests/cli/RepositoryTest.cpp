@@ -71,11 +71,12 @@ TEST_F(ClientRepositoryTest, DownloadsToStandardOutput) {
 TEST_F(ClientRepositoryTest, SendsFiles) {
     const std::string content = Pattern(200'000);
     WriteFile(Work() / cli::ToPath("Überblick [1].bin"), content);
-    WriteFile(Work() / "Virus.exe", "x");
+    WriteFile(Work() / "Virus.EXE", "x");
     const json results = RunJson(
-        {"put", "Überblick [1].bin", "Virus.exe", "missing", ".", "--to", "/Projects/Bridge"},
+        {"put", "Überblick [1].bin", "Virus.EXE", "missing", ".", "--to", "/Projects/Bridge"},
         1)["results"];
-    EXPECT_EQ("UploadFileRejected", results[1]["error"]["name"]);
+    EXPECT_EQ(1, results[1]["error"]["exitCode"]);
+    EXPECT_FALSE(results[1].contains("jobId")); // it was not even sent
     EXPECT_EQ(5, results[2]["error"]["exitCode"]);
     EXPECT_EQ(2, results[3]["error"]["exitCode"]);
     EXPECT_EQ(results[0]["id"], Record("/Projects/Bridge", "Überblick [1].bin")["id"]);
@@ -130,7 +131,8 @@ TEST_F(ClientRepositoryTest, MovesTrees) {
     WriteFile(Work() / "tree" / "a.txt", "a");
     WriteFile(Work() / "tree" / "sub" / cli::ToPath("Überblick.bin"), Pattern(200'000));
     EXPECT_EQ(2, Run({"put", "tree", "--to", "/Projects"}).exitCode);
-    EXPECT_EQ(0, Run({"put", "-rn", "tree", "--to", "/Projects"}).exitCode);
+    EXPECT_EQ((std::set<std::string>{"a.txt", "sub", "sub/Überblick.bin"}),
+              OfEntries(RunJson({"put", "-rn", "tree", "--to", "/Projects"}), "path"));
     EXPECT_EQ(nullptr, Record("/Projects", "tree"));
     WriteFile(Work() / "tree" / "empty", "");
     const json sent = RunJson({"put", "-r", "tree", "--to", "/Projects"}, 5);
@@ -193,6 +195,7 @@ TEST_F(ClientRepositoryTest, TellsEvents) {
         last = json::parse(line)["event"];
     }
     EXPECT_EQ("finished", last);
+    EXPECT_EQ(2, json::parse(Run({"get", "--events"}).error)["error"]["exitCode"]);
 }
 
 TEST_F(ClientRepositoryTest, TellsOfTheService) {
