@@ -27,13 +27,17 @@ ExitCode RunApplication(const std::vector<std::string>& arguments) {
         if (!request) {
             return ExitCode::Success;
         }
-        output = Output(request->options.json, request->options.events);
         Context context(request->options);
+        output = context.Out();
         return request->command.run(context);
     } catch (...) {
         const Failure failure = CurrentFailure();
         output.Report(failure);
-        output.Document({{"error", ToJson(failure)}});
+        try {
+            output.Document({{"error", ToJson(failure)}});
+        } catch (const Failure&) {
+            return failure.exitCode; // perhaps that nobody reads is what has failed
+        }
         return failure.exitCode;
     }
 }

@@ -9,27 +9,10 @@ namespace brevint::cli {
 
 namespace {
 
-/// Standard output in the manner of every other file that cannot be written.
-void Write(const std::string& text) {
-    try {
-        Terminal::Write(Terminal::Stream::Output, text);
-    } catch (const std::system_error& error) {
-        throw LocalFailure("The output cannot be written", error.code());
-    }
-}
-
 /// The text in the colour with that number (of ECMA-48), where the stream shows colours.
 std::string Colour(Terminal::Stream stream, const char* number, const std::string& text) {
     return Terminal::HasColours(stream) ? "\x1b[" + std::string(number) + "m" + text + "\x1b[0m"
                                         : text;
-}
-
-void WriteError(const std::string& text) {
-    try {
-        Terminal::Write(Terminal::Stream::Error, text);
-    } catch (const std::system_error&) {
-        return; // nobody is there to be told
-    }
 }
 
 // Blanks by which a level of JSON is indented.
@@ -89,18 +72,38 @@ void Output::Report(const Failure& failure) const {
     if (!failure.hint.empty()) {
         text += "  What to try: " + Neutralise(failure.hint) + "\n";
     }
-    WriteError(text);
+    Draw(text);
 }
 
 void Output::Remark(const std::string& line) const {
     if (!m_events) {
-        WriteError(Neutralise(line) + "\n");
+        Draw(Neutralise(line) + "\n");
     }
 }
 
 void Output::Event(const nlohmann::json& event) const {
     if (m_events) {
-        WriteError(JsonText(event, kOneLine) + "\n");
+        Draw(JsonText(event, kOneLine) + "\n");
+    }
+}
+
+void Output::Draw(const std::string& text) const {
+    try {
+        Terminal::Write(Terminal::Stream::Error, text, m_stop);
+    } catch (const std::system_error&) {
+        return; // nobody is there to be told
+    }
+}
+
+/// Standard output in the manner of every other file that cannot be written.
+void Output::Write(const std::string& text) const {
+    try {
+        Terminal::Write(Terminal::Stream::Output, text, m_stop);
+    } catch (const std::system_error& error) {
+        if (error.code() == std::errc::operation_canceled) {
+            throw Failure(ExitCode::Interrupted, "Interrupted.");
+        }
+        throw LocalFailure("The output cannot be written", error.code());
     }
 }
 

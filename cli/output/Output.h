@@ -3,10 +3,11 @@
 #include "cli/output/Failure.h"
 #include "cli/output/Table.h"
 
+#include <brevint/client/StopToken.h>
 #include <nlohmann/json_fwd.hpp>
 
 #include <string>
-#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace brevint::cli {
@@ -15,8 +16,10 @@ namespace brevint::cli {
 /// failures on standard error. Everything is made harmless for terminals here.
 class Output {
 public:
-    /// With `events` everything on standard error is JSON too, one document a line.
-    explicit Output(bool json, bool events = false) : m_json(json), m_events(events) {}
+    /// With `events` everything on standard error is JSON too, one document a line. Once the token
+    /// has been stopped, whoever does not read is not waited for.
+    explicit Output(bool json, bool events = false, StopToken stop = {})
+        : m_json(json), m_events(events), m_stop(std::move(stop)) {}
 
     bool IsJson() const { return m_json; }
 
@@ -40,9 +43,15 @@ public:
     /// A line for programs on standard error, where that takes events, likewise.
     void Event(const nlohmann::json& event) const;
 
+    /// What steers the terminal at standard error, likewise.
+    void Draw(const std::string& text) const;
+
 private:
+    void Write(const std::string& text) const;
+
     bool m_json;
     bool m_events;
+    StopToken m_stop;
 };
 
 /// The failure as it stands in documents.

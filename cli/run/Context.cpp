@@ -49,7 +49,7 @@ Client MakeClient(const std::string& url, const ClientSettings& settings) {
 }
 
 Context::Context(Options options)
-    : m_options(std::move(options)), m_output(m_options.json, m_options.events) {}
+    : m_options(std::move(options)), m_output(m_options.json, m_options.events, Stop()) {}
 
 const Session& Context::TheSession() {
     if (!m_session) {
@@ -112,14 +112,7 @@ void Context::SignInAgain() {
     m_session = std::move(session);
 }
 
-StopToken Context::Stop() {
-    if (!m_interrupt) {
-        m_interrupt.emplace();
-    }
-    return m_interrupt->Token();
-}
-
-CallOptions Context::Limits() {
+CallOptions Context::Limits() const {
     return {.stop = Stop(), .limit = std::chrono::seconds(m_options.timeoutSeconds)};
 }
 

@@ -35,17 +35,17 @@ public:
     /// Failure where there is nobody to ask, too.
     void SignInAgain();
 
-    /// From the first call on Ctrl-C stops this token instead of ending the program.
-    StopToken Stop();
+    /// Ctrl-C stops this token instead of ending the program.
+    StopToken Stop() const { return m_interrupt.Token(); }
 
     /// What calls end at: Ctrl-C, or --timeout.
-    CallOptions Limits();
+    CallOptions Limits() const;
 
 private:
     const Options m_options;
+    const Interrupt m_interrupt;
     const Output m_output;
     std::optional<Session> m_session;
-    std::optional<Interrupt> m_interrupt;
     std::optional<Client> m_client;
     std::optional<Items> m_items;
 };

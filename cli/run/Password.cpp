@@ -4,30 +4,30 @@
 #include "cli/terminal/SafeText.h"
 #include "cli/terminal/Terminal.h"
 
-#include <iostream>
 #include <optional>
+#include <utility>
 
 namespace brevint::cli {
 
 std::string ReadPassword(const std::string& user, const StopToken& stop) {
-    if (Terminal::IsTerminal(Terminal::Stream::Input)) {
-        const std::optional<std::string> password = Terminal::ReadLine(
-            "Password of " + Neutralise(user) + ": ", Terminal::Echo::Hidden, stop);
-        Terminal::Write(Terminal::Stream::Error, "\n");
-        if (!password) {
-            throw Failure(ExitCode::Interrupted, "No password was given.");
-        }
-        return *password;
+    const bool isAsked = Terminal::IsTerminal(Terminal::Stream::Input);
+    std::optional<std::string> password =
+        Terminal::ReadLine(isAsked ? "Password of " + Neutralise(user) + ": " : "",
+                           isAsked ? Terminal::Echo::Hidden : Terminal::Echo::Shown, stop);
+    if (isAsked) {
+        Terminal::Write(Terminal::Stream::Error, "\n", stop);
     }
-    std::string password;
-    if (!std::getline(std::cin, password)) {
+    if (!password && (isAsked || stop.stop_requested())) {
+        throw Failure(ExitCode::Interrupted, "No password was given.");
+    }
+    if (!password) {
         throw Failure(ExitCode::Usage, "There is no password on standard input.",
                       "Give the password as its first line.");
     }
-    if (password.ends_with('\r')) {
-        password.pop_back();
+    if (password->ends_with('\r')) {
+        password->pop_back();
     }
-    return password;
+    return *std::move(password);
 }
 
 } // namespace brevint::cli

@@ -37,15 +37,17 @@ std::size_t Width(Stream stream);
 bool IsOutput(const std::filesystem::path& path);
 
 /// Writes all of `text`, byte for byte unless it goes to a console of Windows, which takes
-/// characters. Throws std::system_error when it cannot be written.
-void Write(Stream stream, std::string_view text);
+/// characters. Throws std::system_error when it cannot be written: with
+/// std::errc::operation_canceled once the token has been stopped and nobody reads, be it because
+/// a pipe is full.
+void Write(Stream stream, std::string_view text, const StopToken& stop = {});
 
 /// Whether what is typed is shown.
 enum class Echo { Shown, Hidden };
 
-/// Writes `prompt` to standard error and reads one line from the terminal at standard input.
-/// Nothing when the token was stopped or the input has ended. The terminal is as before in every
-/// case, also while the program is stopped; it asks again when it goes on.
+/// Writes `prompt` to standard error and reads one line from standard input. Nothing when the token
+/// was stopped or the input has ended; what is typed can be hidden on a terminal only. The terminal
+/// is as before in every case, also while the program is stopped; it asks again when it goes on.
 std::optional<std::string> ReadLine(const std::string& prompt, Echo echo, const StopToken& stop);
 
 } // namespace brevint::cli::Terminal

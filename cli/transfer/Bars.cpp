@@ -6,7 +6,6 @@
 #include "cli/terminal/Terminal.h"
 
 #include <algorithm>
-#include <system_error>
 
 namespace brevint::cli {
 
@@ -44,14 +43,6 @@ std::uint64_t Part(const Status& status, std::uint64_t scale) {
 /// Blanks up to that width.
 std::string Padded(const std::string& text, std::size_t columns) {
     return text + std::string(columns - std::min(columns, DisplayWidth(text)), ' ');
-}
-
-void Draw(const std::string& text) {
-    try {
-        Terminal::Write(kStream, text);
-    } catch (const std::system_error&) {
-        return; // a terminal that is gone does not end what goes on without it
-    }
 }
 
 } // namespace
@@ -133,12 +124,12 @@ void Bars::Show(const Overview& overview) {
         text += line + "\n";
         m_widths.push_back(DisplayWidth(line));
     }
-    Draw(text);
+    m_out.Draw(text);
 }
 
 void Bars::Hide() {
     if (!m_widths.empty()) {
-        Draw(TakeAway());
+        m_out.Draw(TakeAway());
         m_widths.clear();
     }
 }

@@ -21,6 +21,7 @@ std::string BarLine(const Status& status, std::size_t columns);
 /// A bar for each file that runs, and one for all if there are several.
 class Bars final : public Display {
 public:
+    explicit Bars(const Output& out) : m_out(out) {}
     ~Bars() override;
 
     std::optional<std::chrono::milliseconds> Period() const override;
@@ -30,6 +31,7 @@ public:
 private:
     std::string TakeAway() const;
 
+    const Output& m_out;
     std::vector<std::size_t> m_widths; ///< Of the lines that are shown.
 };
 

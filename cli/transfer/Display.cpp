@@ -80,7 +80,7 @@ std::unique_ptr<Display> MakeDisplay(const Context& context) {
         return std::make_unique<Display>();
     }
     if (Terminal::IsCapable(Terminal::Stream::Error)) {
-        return std::make_unique<Bars>();
+        return std::make_unique<Bars>(context.Out());
     }
     return std::make_unique<Lines>(context.Out());
 }

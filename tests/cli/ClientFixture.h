@@ -30,6 +30,8 @@ protected:
     std::filesystem::path SessionFile() const;
 
     const std::filesystem::path& Work() const { return m_work.Folder(); }
+    /// Where the standard streams of runs lie: "input", "output", "error".
+    const std::filesystem::path& Streams() const { return m_streams.Folder(); }
     /// The names of all that lies in the working folder, in UTF-8.
     std::set<std::string> WorkNames() const;
 

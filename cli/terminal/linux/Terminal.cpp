@@ -1,10 +1,12 @@
 #include "cli/terminal/Terminal.h"
 
+#include "cli/terminal/linux/StoppableWrite.h"
 #include "support/linux/Descriptor.h"
 
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <iterator>
@@ -167,14 +169,12 @@ bool IsOutput(const std::filesystem::path& path) {
            file.st_dev == output.st_dev && file.st_ino == output.st_ino;
 }
 
-void Write(Stream stream, std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t written = write(Number(stream), text.data(), text.size());
-        if (written >= 0) {
-            text.remove_prefix(static_cast<std::size_t>(written));
-        } else if (errno != EINTR) {
-            throw std::system_error(errno, std::generic_category());
-        }
+void Write(Stream stream, std::string_view text, const StopToken& stop) {
+    // Results are waited for a little after a stop, since whoever reads may only be slow. Messages
+    // are not: there may be thousands of them.
+    const std::chrono::milliseconds patience(stream == Stream::Output ? 1000 : 0);
+    if (const std::error_code failed = WriteAll(Number(stream), text, stop, patience)) {
+        throw std::system_error(failed);
     }
 }
 
@@ -189,7 +189,7 @@ std::optional<std::string> ReadLine(const std::string& prompt, Echo echo, const 
         if (echo == Echo::Hidden) {
             echoOff.emplace();
         }
-        Write(Stream::Error, prompt);
+        Write(Stream::Error, prompt, stop);
     };
     ask();
     std::string line;
@@ -204,7 +204,7 @@ std::optional<std::string> ReadLine(const std::string& prompt, Echo echo, const 
             if (echoOff) {
                 echoOff->Renew();
             }
-            Write(Stream::Error, prompt);
+            Write(Stream::Error, prompt, stop);
         } else if (signal > 0) {
             // Stopped, or ended by Ctrl-\: whoever has the terminal meanwhile may change it.
             echoOff.reset();
@@ -214,7 +214,7 @@ std::optional<std::string> ReadLine(const std::string& prompt, Echo echo, const 
         } else if (sources[0].revents != 0) {
             char c = 0;
             if (read(STDIN_FILENO, &c, 1) != 1) {
-                return std::nullopt;
+                return line.empty() ? std::nullopt : std::optional(line);
             }
             if (c == '\n') {
                 return line;

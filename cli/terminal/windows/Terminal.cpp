@@ -1,8 +1,10 @@
 #include "cli/terminal/Terminal.h"
 
+#include "cli/terminal/windows/StoppableWrite.h"
 #include "support/Utf8.h"
 
 #include <algorithm>
+#include <iostream>
 #include <memory>
 #include <system_error>
 
@@ -86,7 +88,7 @@ bool IsOutput(const std::filesystem::path&) {
     return false; // no file name stands for it
 }
 
-void Write(Stream stream, std::string_view text) {
+void Write(Stream stream, std::string_view text, const StopToken& stop) {
     // A console takes UTF-16, whatever its code page; everything else is given UTF-8.
     if (IsTerminal(stream)) {
         const std::wstring wide = Utf8::ToWide(text);
@@ -101,14 +103,11 @@ void Write(Stream stream, std::string_view text) {
         }
         return;
     }
-    while (!text.empty()) {
-        DWORD written = 0;
-        if (!WriteFile(Handle(stream), text.data(),
-                       static_cast<DWORD>(std::min<std::size_t>(text.size(), 1U << 20)), &written,
-                       nullptr)) {
-            ThrowLastError();
-        }
-        text.remove_prefix(written);
+    // Results are waited for a little after a stop, since whoever reads may only be slow. Messages
+    // are not: there may be thousands of them.
+    const std::chrono::milliseconds patience(stream == Stream::Output ? 1000 : 0);
+    if (const std::error_code failed = WriteAll(Handle(stream), text, stop, patience)) {
+        throw std::system_error(failed);
     }
 }
 
@@ -117,7 +116,11 @@ std::optional<std::string> ReadLine(const std::string& prompt, Echo echo, const 
     if (echo == Echo::Hidden) {
         echoOff.emplace();
     }
-    Write(Stream::Error, prompt);
+    Write(Stream::Error, prompt, stop);
+    if (!IsTerminal(Stream::Input)) {
+        std::string text;
+        return std::getline(std::cin, text) ? std::optional(text) : std::nullopt;
+    }
     std::wstring line;
     while (!stop.stop_requested()) {
         // Ctrl-C breaks off the read, with nothing read.

@@ -59,6 +59,22 @@ TEST_F(ClientSystemTest, DoesNotWaitForAReaderWithoutEnd) {
     EXPECT_EQ(std::set<std::string>{"pipe"}, WorkNames());
 }
 
+TEST_F(ClientSystemTest, DoesNotWaitForAReaderOfItsResults) {
+    const fs::path output = Streams() / "output";
+    fs::remove(output); // that of the sign-in
+    mkfifo(output.c_str(), 0600);
+    const int reader = open(output.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    std::vector<std::string> arguments(100, "/Projects/Bridge"); // more than a pipe holds
+    arguments.insert(arguments.begin(), {"ls", "--json"});
+    ClientRun run = Start(arguments);
+    pollfd written = {reader, POLLIN, 0};
+    ASSERT_EQ(1, poll(&written, 1, 60'000));
+    kill(run.ProcessId(), SIGINT);
+    fs::remove(output);
+    EXPECT_EQ(130, run.Wait().exitCode);
+    close(reader);
+}
+
 TEST_F(ClientTest, LeavesNothingBehindWhenInterrupted) {
     ScriptedServer server;
     server.On("/Repository/Files/abc")
