@@ -103,6 +103,10 @@ void TellFolder(const Context& context, const std::string& place, bool isThere,
     }
     outcome.document["action"] = "move";
     outcome.document["entries"] = std::move(entries);
+    if (outcome.failure && progress.state == TransferState::Cancelled) {
+        outcome.failure->summary += " Until then " + Count(progress.filesDone, "file") + " of " +
+                                    std::to_string(progress.filesTotal) + " had been moved.";
+    }
     const std::size_t moved = isPlan ? progress.filesTotal : progress.filesDone;
     outcome.line = place + "  " + Count(moved, "file") + (isPlan ? " would be written" : "") +
                    ", " + FormatSize(isPlan ? progress.bytesTotal : progress.bytesDone) +

@@ -4,6 +4,8 @@
 #include "support/LocalItem.h"
 #include "tests/cli/ClientFixture.h"
 
+#include <map>
+
 namespace brevint::test {
 namespace {
 
@@ -154,6 +156,31 @@ TEST_F(ClientRepositoryTest, MovesTrees) {
                               RunJson({"get", "-r", "--update", tree, "-o", "back/tree"})}) {
         EXPECT_EQ(std::set<std::string>{"skip"}, OfEntries(again, "action"));
     }
+}
+
+// The session ends with the first file: what has arrived stays, nothing else does.
+TEST_F(ClientRepositoryTest, EndsWithTheSession) {
+    WriteFile(Work() / "tree" / "a.txt", "a");
+    WriteFile(Work() / "tree" / "b.txt", "b");
+    for (const auto& arguments :
+         {std::vector<std::string>{"get", "-r", "/Projects/Bridge", "-j", "1"},
+          {"put", "-r", "tree", "--to", "/Projects", "-j", "1"}}) {
+        m_service.Misbehave({.endsSession = true, .requests = 1});
+        const auto run = Run(arguments);
+        EXPECT_EQ(3, run.exitCode);
+        EXPECT_NE(std::string::npos, run.error.find(" has ended.")) << run.error;
+        EXPECT_EQ(0, SignIn().exitCode);
+    }
+    std::map<std::string, std::string> arrived;
+    for (const auto& file : std::filesystem::directory_iterator(Work() / "Bridge")) {
+        arrived[cli::PathToUtf8(file.path().filename())] =
+            file.is_directory() ? "" : ReadFile(file.path());
+    }
+    EXPECT_EQ((std::map<std::string, std::string>{{"Bridge.project", "bridge project\n"},
+                                                  {"Фото 📷", ""}}),
+              arrived);
+    RunJson({"put", "-r", "--update", "tree", "--to", "/Projects"});
+    EXPECT_EQ("b", Run({"cat", "/Projects/tree/b.txt"}).output);
 }
 
 // A name from the service, or a file of it, gives way only where that was asked for.
