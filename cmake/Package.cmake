@@ -2,7 +2,7 @@
 # called. Everything here is for builds with BREVINT_PACKAGE, whose presets name the kind of package.
 
 # The licences of what is shipped or compiled in, as the Debian packages that it comes from state them.
-set(licence_packages libboost1.74-dev libcli11-dev libutfcpp-dev nlohmann-json3-dev)
+set(licence_packages libcli11-dev libutfcpp-dev nlohmann-json3-dev)
 if(WIN32)
   list(APPEND licence_packages
     libutf8proc-dev libxml2-dev gcc-mingw-w64-x86-64-posix-runtime mingw-w64-x86-64-dev)
@@ -14,6 +14,20 @@ foreach(package ${licence_packages})
   install(FILES /usr/share/doc/${package}/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR}/licences
     RENAME ${package}.txt COMPONENT runtime)
 endforeach()
+# Boost's statement names the authors of every file of its in two megabytes. Its licence is one for all that
+# is compiled in here.
+file(READ /usr/share/doc/libboost1.74-dev/copyright boost)
+string(FIND "${boost}" "License: BSL-1.0\n Boost Software License" start)
+if(start EQUAL -1)
+  message(FATAL_ERROR "libboost1.74-dev states no Boost Software License.")
+endif()
+string(SUBSTRING "${boost}" ${start} -1 boost)
+string(FIND "${boost}" "\n\n" end)
+string(SUBSTRING "${boost}" 0 ${end} boost)
+file(WRITE ${CMAKE_BINARY_DIR}/licences/libboost1.74-dev.txt
+  "Upstream-Name: Boost\nCopyright: Boost project contributors\n${boost}\n")
+install(FILES ${CMAKE_BINARY_DIR}/licences/libboost1.74-dev.txt
+  DESTINATION ${CMAKE_INSTALL_DOCDIR}/licences COMPONENT runtime)
 
 set(CPACK_PACKAGE_NAME brevint)
 set(CPACK_PACKAGE_VENDOR "the Brevint authors")
