@@ -49,7 +49,8 @@ Item Describe(Context& context, const NamedItem& named) {
     try {
         return context.TheItems().Describe(named.item.id);
     } catch (const Failure& failure) {
-        if (failure.exitCode == ExitCode::Refused && !context.Settings().output.empty()) {
+        const Options& options = context.Settings();
+        if (failure.exitCode == ExitCode::Refused && !options.output.empty() && !options.planOnly) {
             return named.item; // whether there is such a file the download itself will tell
         }
         throw;

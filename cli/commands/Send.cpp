@@ -33,28 +33,41 @@ struct Upload {
     bool isReplacement = false;
 };
 
+/// Its name at the service; empty for the root of a disk.
+std::string NameOf(const fs::path& path) {
+    const fs::path whole = fs::absolute(path).lexically_normal();
+    return PathToUtf8(whole.has_filename() ? whole.filename() : whole.parent_path().filename());
+}
+
+/// Throws a Failure for a name that a form cannot hold.
+void RequireName(const std::string& text, const fs::path& path) {
+    const std::string name = NameOf(path);
+    if (!Utf8::IsValid(name) || !IsFormName(Utf8::ToWide(name))) {
+        throw Failure(ExitCode::LocalFile, "\"" + text + "\" has a name that cannot be sent.");
+    }
+}
+
 /// Throws a Failure unless that is a file that can be read, and that the service takes as far as
 /// can be told before it has it.
 void RequireSendable(const std::string& text, const fs::path& path) {
     std::error_code reason;
     const fs::file_status status = fs::status(path, reason);
     if (fs::exists(status) && !fs::is_regular_file(status)) {
-        throw Failure(ExitCode::LocalFile, "\"" + text + "\" is neither a file nor a folder.");
+        throw Failure(ExitCode::LocalFile,
+                      "\"" + text +
+                          (fs::is_directory(status) ? "\" is a folder."
+                                                    : "\" is neither a file nor a folder."));
     }
     if (!std::ifstream(path, std::ios::binary)) {
         throw LocalFailure("\"" + text + "\" cannot be read",
                            std::error_code(errno, std::generic_category()));
     }
+    RequireName(text, path);
     if (fs::file_size(path) == 0) {
         throw Failure(ExitCode::LocalFile,
                       "\"" + text + "\" is empty. The service takes no empty files.");
     }
-    const std::string name = PathToUtf8(path.filename());
-    const std::wstring wide = Utf8::ToWide(name);
-    if (!Utf8::IsValid(name) || !IsFormName(wide)) {
-        throw Failure(ExitCode::LocalFile, "\"" + text + "\" has a name that cannot be sent.");
-    }
-    if (IsProgramName(wide)) {
+    if (IsProgramName(Utf8::ToWide(NameOf(path)))) {
         throw Failure(ExitCode::Refused,
                       "\"" + text + "\" would be refused: the service takes no programs.");
     }
@@ -146,21 +159,21 @@ private:
     ItemOutcome Judge(const std::string& text, std::size_t number) {
         const Options& options = m_context.Settings();
         const fs::path path = ToPath(text);
-        const fs::path name = fs::absolute(path).lexically_normal();
-        const std::string shown =
-            PathToUtf8(name.has_filename() ? name.filename() : name.parent_path().filename());
-        Upload upload{text, m_folder.text + (m_folder.text.ends_with('/') ? "" : "/") + shown,
+        const std::string name = NameOf(path);
+        Upload upload{text, m_folder.text + (m_folder.text.ends_with('/') ? "" : "/") + name,
                       number, path, m_folder.item.id};
         const bool isFolder = fs::is_directory(path);
         if (isFolder && !options.recursive) {
             throw Failure(ExitCode::Usage, "\"" + text + "\" is a folder.",
                           "Send it with all that it holds with put -r.");
         }
-        if (!isFolder) {
+        if (isFolder) {
+            RequireName(text, path);
+        } else {
             RequireSendable(text, path);
         }
         m_taken.Take(upload.place);
-        const Item* const there = ItemThere(shown);
+        const Item* const there = ItemThere(name);
         if (there && (there->kind == ItemKind::Folder) != isFolder) {
             throw Failure(ExitCode::Refused, upload.place + " is there, and is something else.");
         }

@@ -133,6 +133,7 @@ TEST_F(ClientRepositoryTest, MovesTrees) {
     WriteFile(Work() / "tree" / "a.txt", "a");
     WriteFile(Work() / "tree" / "sub" / cli::ToPath("Überblick.bin"), Pattern(200'000));
     EXPECT_EQ(2, Run({"put", "tree", "--to", "/Projects"}).exitCode);
+    EXPECT_EQ(5, Run({"put", "-rn", "/", "--to", "/Projects"}).exitCode); // it has no name
     EXPECT_EQ((std::set<std::string>{"a.txt", "sub", "sub/Überblick.bin"}),
               OfEntries(RunJson({"put", "-rn", "tree", "--to", "/Projects"}), "path"));
     EXPECT_EQ(nullptr, Record("/Projects", "tree"));
