@@ -4,14 +4,6 @@
 
 namespace brevint::cli {
 
-namespace {
-
-/// More than the library reads at once: if the first report of a transfer is of more bytes, they
-/// have not come since it began.
-constexpr std::uint64_t kMostAtOnce = 1U << 20;
-
-} // namespace
-
 std::size_t Board::Add(std::string name) {
     const std::scoped_lock lock(m_mutex);
     Status status;
@@ -61,15 +53,12 @@ void Board::Note(std::size_t number, const Progress& now) {
         return; // another thread was told of this earlier, and comes later
     }
     const bool hasProgress = now.bytesDone != status.bytesDone;
-    if (status.bytesDone == 0 && now.bytesDone > kMostAtOnce &&
-        now.state == TransferState::Running) {
-        status.bytesFromBefore = now.bytesDone;
-    }
     status.state = now.state;
     status.bytesDone = now.bytesDone;
     status.bytesTotal = now.bytesTotal;
     status.bytesPerSecond = now.bytesPerSecond;
     status.timeLeft = now.timeLeft;
+    status.bytesResumed = now.bytesResumed;
     status.filesDone = now.state == TransferState::Finished ? 1 : 0;
     OnChange(number, before, hasProgress);
 }

@@ -24,7 +24,7 @@ struct Status {
     std::optional<std::chrono::seconds> timeLeft;
     std::size_t filesDone = 0;
     std::size_t filesTotal = 1;
-    std::uint64_t bytesFromBefore = 0; ///< An earlier download has left them.
+    std::uint64_t bytesResumed = 0; ///< An earlier download has left them, and this one goes on.
     std::chrono::steady_clock::time_point lastProgress;
 };
 

@@ -112,12 +112,11 @@ void Runner::TakeChanges() {
             m_display->Hide();
             task.move.onPlanned(std::get<TransferGroup>(task.moving));
         }
-        if (status.bytesFromBefore != 0 && !std::exchange(task.isResumptionTold, true) &&
+        if (status.bytesResumed != 0 && !std::exchange(task.isResumptionTold, true) &&
             !m_context.Settings().quiet) {
             m_display->Hide();
-            m_context.Out().Remark(
-                status.name + ": " + FormatSize(status.bytesFromBefore) +
-                " had come before; it goes on from there if the file is the same.");
+            m_context.Out().Remark(status.name + ": " + FormatSize(status.bytesResumed) +
+                                   " had come before; it goes on from there.");
         }
         Mark(m_active, number, IsActive(status.state));
         Mark(m_waiting, number, status.state == TransferState::NeedsSignIn);
