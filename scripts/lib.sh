@@ -59,6 +59,9 @@ build_preset() {
     cmake --build "$folder" ${1:+--target} "$@" "${quiet[@]}"
 }
 
+# median: the middle one of the numbers on standard input.
+median() { sort -g | awk '{ v[NR] = $1 } END { print v[int((NR + 1) / 2)] }'; }
+
 # For what talks to loopback only: a proxy would be in the way.
 unset_proxies() {
     unset http_proxy https_proxy all_proxy no_proxy HTTP_PROXY HTTPS_PROXY ALL_PROXY NO_PROXY
