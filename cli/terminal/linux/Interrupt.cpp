@@ -37,7 +37,7 @@ void NoteRequest(int) {
 
 /// The signal handlers, and the thread that may do what a handler must not.
 struct Interrupt::Watch {
-    explicit Watch(StopSource source) {
+    explicit Watch(const StopSource& source) {
         if (wakings[0] < 0 && pipe2(wakings.data(), O_CLOEXEC) != 0) {
             throw std::system_error(errno, std::generic_category());
         }

@@ -196,9 +196,11 @@ std::optional<std::string> ReadLine(const std::string& prompt, Echo echo, const 
     for (;;) {
         pollfd sources[] = {{STDIN_FILENO, POLLIN, 0}, {signals.Get(), POLLIN, 0}};
         poll(sources, std::size(sources), -1);
-        if (const int signal = signals.Take(); signal == 0) {
+        const int signal = signals.Take();
+        if (signal == 0) {
             return std::nullopt;
-        } else if (signal == SIGCONT) {
+        }
+        if (signal == SIGCONT) {
             // After a stop that nobody can hold, or late after another one: an answer may have been
             // typed meanwhile.
             if (echoOff) {
