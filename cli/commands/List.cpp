@@ -245,6 +245,18 @@ nlohmann::json RecordOf(const Block& block) {
     return record;
 }
 
+nlohmann::json DocumentOf(const std::vector<Block>& blocks, const std::optional<Failure>& failure) {
+    nlohmann::json folders = nlohmann::json::array();
+    for (const Block& block : blocks) {
+        folders.push_back(RecordOf(block));
+    }
+    nlohmann::json document = {{"folders", std::move(folders)}};
+    if (failure) {
+        document["error"] = ToJson(*failure);
+    }
+    return document;
+}
+
 void Show(const Context& context, const std::vector<Block>& blocks) {
     bool isFirst = true;
     for (const Block& block : blocks) {
@@ -280,16 +292,11 @@ ExitCode RunList(Context& context) {
     }
     const std::vector<Block> blocks = gathering.Take();
     const std::optional<Failure>& failure = gathering.TheFailure();
-    Show(context, blocks);
-    nlohmann::json folders = nlohmann::json::array();
-    for (const Block& block : blocks) {
-        folders.push_back(RecordOf(block));
+    if (context.Out().IsJson()) {
+        context.Out().Document(DocumentOf(blocks, failure));
+    } else {
+        Show(context, blocks);
     }
-    nlohmann::json document = {{"folders", std::move(folders)}};
-    if (failure) {
-        document["error"] = ToJson(*failure);
-    }
-    context.Out().Document(document);
     return failure ? failure->exitCode : ExitCode::Success;
 }
 
