@@ -3,6 +3,7 @@
 #include "platform/linux/cookies/CookieDate.h"
 #include "platform/linux/cookies/CookieJar.h"
 #include "platform/linux/http/HeaderList.h"
+#include "platform/linux/urls/Url.h"
 #include "support/Utf8.h"
 
 using namespace platform;
@@ -16,14 +17,15 @@ void Fuzz(std::string_view input) {
     cache.DeleteCookie(url.c_str());
     Require(cache.GetCookie(url.c_str()).empty());
 
+    const CookieScope scope = CookieScope::Of(Url(address));
     CookieJar ofReplies;
     CookieJar ofTheApplication;
     while (!input.empty()) {
         const std::string_view cookie = TakeLine(input);
-        ofReplies.Receive(address, cookie);
+        ofReplies.Receive(scope, cookie);
         ofTheApplication.Set(url, "", cookie);
     }
-    const std::string sent = ofReplies.Header(address);
+    const std::string sent = ofReplies.Header(scope);
     Require(IsFieldValue(sent) && Utf8::IsValid(sent));
     std::string listed;
     const bool isAny = ofTheApplication.Get(url, listed) == ERROR_SUCCESS;

@@ -4,12 +4,11 @@
 #include "transport/EscapeControls.h"
 
 #include <algorithm>
-#include <array>
 
 namespace {
 
-constexpr std::size_t kHostNameCapacity = 256;
-constexpr std::size_t kUrlPathCapacity = 2084;
+constexpr DWORD kHostNameCapacity = 256;
+constexpr DWORD kUrlPathCapacity = 2084;
 
 struct VerbRow {
     WebRequestType type;
@@ -42,14 +41,16 @@ ServiceConnection::ServiceConnection(const std::wstring& url, const Settings& se
     InternetSetOptionA(m_session.get(), INTERNET_OPTION_SEND_TIMEOUT, &send, sizeof(send));
     InternetSetStatusCallback(m_session.get(), settings.callback);
 
-    std::array<wchar_t, kHostNameCapacity> host{};
-    std::array<wchar_t, kUrlPathCapacity> path{};
+    // Not cleared but for the beginning: that would take longer than the platform's work.
+    wchar_t host[kHostNameCapacity];
+    wchar_t path[kUrlPathCapacity];
+    host[0] = path[0] = L'\0';
     URL_COMPONENTSW parts{};
     parts.dwStructSize = sizeof(parts);
-    parts.lpszHostName = host.data();
-    parts.dwHostNameLength = static_cast<DWORD>(host.size());
-    parts.lpszUrlPath = path.data();
-    parts.dwUrlPathLength = static_cast<DWORD>(path.size());
+    parts.lpszHostName = host;
+    parts.dwHostNameLength = kHostNameCapacity;
+    parts.lpszUrlPath = path;
+    parts.dwUrlPathLength = kUrlPathCapacity;
     if (!InternetCrackUrlW(EscapeControls(url).c_str(), 0, 0, &parts)) {
         return;
     }
@@ -58,9 +59,9 @@ ServiceConnection::ServiceConnection(const std::wstring& url, const Settings& se
         return;
     }
     m_secure = parts.nScheme == INTERNET_SCHEME_HTTPS;
-    m_connection.reset(InternetConnectW(m_session.get(), host.data(), parts.nPort, nullptr, nullptr,
+    m_connection.reset(InternetConnectW(m_session.get(), host, parts.nPort, nullptr, nullptr,
                                         INTERNET_SERVICE_HTTP, 0, 0));
-    m_path = path.data();
+    m_path = path;
 }
 
 HINTERNET ServiceConnection::OpenRequest(const wchar_t* verb,

@@ -65,14 +65,8 @@ bool IsText(string_view text) {
 
 } // namespace
 
-std::optional<CookieScope> CookieScope::Of(const std::string& url) {
-    Url parts;
-    if (!parts.Resolve(url)) {
-        return std::nullopt;
-    }
-    CookieScope scope{parts.Host(), parts.Part(CURLUPART_PATH),
-                      parts.Part(CURLUPART_SCHEME) == "https"};
-    return scope.host.empty() ? std::nullopt : std::optional(std::move(scope));
+CookieScope CookieScope::Of(const Url& url) {
+    return {url.Host(), url.Part(CURLUPART_PATH), url.Part(CURLUPART_SCHEME) == "https"};
 }
 
 std::optional<Cookie> Cookie::Parse(string_view text, const CookieScope& scope) {
@@ -124,7 +118,7 @@ std::optional<Cookie> Cookie::Parse(string_view name, string_view data, const Co
     }
     const bool ownDomain =
         cookie.domain == scope.host || (cookie.subdomains && IsWithin(scope.host, cookie.domain));
-    const bool clean = !cookie.name.empty() &&
+    const bool clean = !scope.host.empty() && !cookie.name.empty() &&
                        cookie.name.find_first_of("=;") == std::string::npos &&
                        IsText(cookie.name) && IsText(cookie.value);
     return ownDomain && clean ? std::optional(std::move(cookie)) : std::nullopt;

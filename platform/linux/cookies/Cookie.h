@@ -7,14 +7,16 @@
 
 namespace platform {
 
+class Url;
+
 // Where a cookie comes from or goes to.
 struct CookieScope {
-    std::string host;    // in small letters, without brackets
+    std::string host;    // in small letters, without brackets; empty: nowhere
     std::string path;    // as on the request line, without query
     bool secure = false; // over TLS
 
-    // Of an absolute, escaped URL; nothing where libcurl finds no host in it.
-    static std::optional<CookieScope> Of(const std::string& url);
+    // Of an absolute, escaped URL. Where libcurl finds no host in it, no cookie comes or goes.
+    static CookieScope Of(const Url& url);
 };
 
 // One cookie, by the rules of RFC 6265.

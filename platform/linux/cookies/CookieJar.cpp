@@ -3,12 +3,12 @@
 #include "platform/linux/Limits.h"
 #include "platform/linux/WinInet.h"
 #include "platform/linux/urls/RequestTarget.h"
+#include "platform/linux/urls/Url.h"
 #include "platform/linux/urls/UrlCracker.h"
 #include "support/Utf8.h"
 
 #include <algorithm>
 #include <functional>
-#include <optional>
 
 namespace platform {
 
@@ -23,13 +23,9 @@ DWORD ParseScope(std::wstring_view url, CookieScope& scope) {
         return ERROR_INTERNET_UNRECOGNIZED_SCHEME;
     }
     // As the address of a request is made, so that both mean the same host and path.
-    auto found = CookieScope::Of(Utf8::ToNarrow(parts.schemeName) + "://" +
-                                 Utf8::ToNarrow(parts.host) + RequestTarget(parts.path));
-    if (!found) {
-        return ERROR_INTERNET_INVALID_URL;
-    }
-    scope = std::move(*found);
-    return ERROR_SUCCESS;
+    scope = CookieScope::Of(Url(Utf8::ToNarrow(parts.schemeName) + "://" +
+                                Utf8::ToNarrow(parts.host) + RequestTarget(parts.path)));
+    return scope.host.empty() ? ERROR_INTERNET_INVALID_URL : ERROR_SUCCESS;
 }
 
 } // namespace
@@ -60,17 +56,14 @@ DWORD CookieJar::Get(std::wstring_view url, std::string& text) const {
     return text.empty() ? ERROR_NO_MORE_ITEMS : ERROR_SUCCESS;
 }
 
-void CookieJar::Receive(const std::string& url, std::string_view setCookie) {
-    if (const auto scope = CookieScope::Of(url)) {
-        if (auto cookie = Cookie::Parse(setCookie, *scope)) {
-            Store(std::move(*cookie), Party::Server);
-        }
+void CookieJar::Receive(const CookieScope& scope, std::string_view setCookie) {
+    if (auto cookie = Cookie::Parse(setCookie, scope)) {
+        Store(std::move(*cookie), Party::Server);
     }
 }
 
-std::string CookieJar::Header(const std::string& url) const {
-    const auto scope = CookieScope::Of(url);
-    return scope ? Text(*scope, Party::Server) : "";
+std::string CookieJar::Header(const CookieScope& scope) const {
+    return Text(scope, Party::Server);
 }
 
 DWORD CookieJar::Store(Cookie cookie, Party setter) {

@@ -29,11 +29,11 @@ public:
     // Returns ERROR_NO_MORE_ITEMS if that is nothing.
     DWORD Get(std::wstring_view url, std::string& text) const;
 
-    // Takes the value of a Set-Cookie header that came from an exchange's URL. What Set would
+    // Takes the value of a Set-Cookie header that came from there in an exchange. What Set would
     // refuse is left out, but HttpOnly cookies are a server's to set.
-    void Receive(const std::string& url, std::string_view setCookie);
-    // The value of the Cookie header for an exchange with the URL; empty if none is due.
-    std::string Header(const std::string& url) const;
+    void Receive(const CookieScope& scope, std::string_view setCookie);
+    // The value of the Cookie header for an exchange; empty if none is due.
+    std::string Header(const CookieScope& scope) const;
 
 private:
     enum class Party { Server, Application };

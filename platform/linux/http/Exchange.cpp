@@ -8,7 +8,6 @@
 #include "platform/linux/http/CurlError.h"
 #include "platform/linux/http/Redirect.h"
 #include "platform/linux/system/ExitGate.h"
-#include "platform/linux/urls/Url.h"
 
 #include <algorithm>
 #include <chrono>
@@ -187,7 +186,7 @@ DWORD Exchange::AcceptHead() {
     }
     if (m_request.useCookies) {
         for (const std::string& cookie : m_reply.cookies) {
-            CookieJar::Instance().Receive(m_request.url, cookie);
+            CookieJar::Instance().Receive(m_scope, cookie);
         }
     }
     return ERROR_SUCCESS;
@@ -240,6 +239,8 @@ void Exchange::StartHop(Connect connect) {
     m_isPaused = false;
     m_sourceWanted = false;
     ReleaseChannel();
+    m_url = Url(m_request.url);
+    m_scope = CookieScope::Of(m_url);
     m_channel = ChannelPool::Instance().Acquire(Origin(m_request.url));
     SetOptions(connect);
     m_cancellation.Watch(m_channel->Multi());
@@ -254,7 +255,7 @@ void Exchange::SetOptions(Connect connect) {
             throw std::bad_alloc();
         }
     };
-    set(CURLOPT_URL, m_request.url.c_str());
+    set(CURLOPT_CURLU, m_url.Handle()); // one without a host ends the exchange
     set(CURLOPT_FRESH_CONNECT, connect == Connect::Anew ? 1L : 0L);
     set(CURLOPT_HTTPHEADER, m_headerLines.get());
     if (m_request.verb == "HEAD") {
@@ -272,8 +273,7 @@ void Exchange::SetOptions(Connect connect) {
             set(CURLOPT_POSTFIELDS, m_request.bodySize > 0 ? m_request.body : "");
         }
     }
-    Url url;
-    if (!m_request.useProxy || (url.Resolve(m_request.url) && IsLoopback(url.Host()))) {
+    if (!m_request.useProxy || IsLoopback(m_scope.host)) {
         set(CURLOPT_NOPROXY, "*");
     }
     SetTrustOptions(easy);
@@ -304,16 +304,15 @@ Exchange::List Exchange::HeaderLines() const {
         static_cast<void>(list.release());
         list.reset(longer);
     };
-    HeaderList headers = m_request.headers;
-    if (m_request.useCookies) {
+    const std::string cookies = m_request.useCookies ? CookieJar::Instance().Header(m_scope) : "";
+    for (const auto& [name, value] : m_request.headers) {
         // Cookies of the jar replace the caller's own.
-        if (const std::string cookies = CookieJar::Instance().Header(m_request.url);
-            !cookies.empty()) {
-            headers.Set("Cookie", cookies);
+        if (cookies.empty() || !base::EqualsIgnoreCase(name, "Cookie")) {
+            append(value.empty() ? name + ";" : name + ": " + value);
         }
     }
-    for (const Header& header : headers) {
-        append(header.value.empty() ? header.name + ";" : header.name + ": " + header.value);
+    if (!cookies.empty()) {
+        append("Cookie: " + cookies);
     }
     // Without a value: nothing where libcurl would add a header of its own.
     for (const char* name : {"Accept", "Content-Type", "Expect"}) {
@@ -359,7 +358,7 @@ bool Exchange::AddHeaderLine(std::string_view line) {
     if (m_headDone || m_headBytes > kMostHeadBytes) {
         return m_headBytes <= kMostHeadBytes; // what comes after the head is a trailer
     }
-    line = line.substr(0, line.find_first_of("\r\n"));
+    line = line.substr(0, std::min(line.find('\r'), line.find('\n')));
     if (line.empty()) {
         long status = 0;
         curl_easy_getinfo(m_channel->Easy(), CURLINFO_RESPONSE_CODE, &status);

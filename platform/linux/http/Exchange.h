@@ -1,11 +1,13 @@
 #pragma once
 
 #include "platform/linux/Types.h"
+#include "platform/linux/cookies/Cookie.h"
 #include "platform/linux/http/ByteQueue.h"
 #include "platform/linux/http/Cancellation.h"
 #include "platform/linux/http/Channel.h"
 #include "platform/linux/http/HttpRequest.h"
 #include "platform/linux/http/ReplyHead.h"
+#include "platform/linux/urls/Url.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -78,6 +80,8 @@ private:
     Cancellation& m_cancellation;
     std::unique_ptr<Channel> m_channel; // null before Send and once the reply has come to its end
     List m_headerLines;
+    Url m_url; // of this hop, parsed once for libcurl, the cookies and the choice of a proxy
+    CookieScope m_scope; // likewise
 
     ReplyHead m_reply;
     bool m_headDone = false;

@@ -10,11 +10,14 @@ namespace platform {
 class Url {
 public:
     Url(); // throws std::bad_alloc
+    // Of a text that is no absolute URL: one without parts.
+    explicit Url(const std::string& address) : Url() { Resolve(address); }
 
     // Takes an absolute URL, or a reference relative to what was taken before. False, and
     // unchanged, if it is neither.
     bool Resolve(const std::string& reference) noexcept;
     void Remove(CURLUPart part) noexcept;
+    CURLU* Handle() const noexcept { return m_url.get(); }
     // Empty if there is none. The whole URL has a port even where it is the scheme's own.
     std::string Part(CURLUPart part) const;
     // The host in small letters, an IPv6 address without its brackets.

@@ -1,5 +1,6 @@
 #include "platform/linux/WinInet.h"
 #include "platform/linux/cookies/CookieJar.h"
+#include "platform/linux/urls/Url.h"
 
 #include <gtest/gtest.h>
 
@@ -12,6 +13,10 @@ namespace brevint::test {
 namespace {
 
 using platform::CookieJar;
+
+platform::CookieScope Scope(const std::string& url) {
+    return platform::CookieScope::Of(platform::Url(url));
+}
 
 std::wstring Wide(const std::string& ascii) {
     return {ascii.begin(), ascii.end()};
@@ -88,11 +93,11 @@ TEST(CookieRules, DecideAlikeWhoeverSetsAndWhoeverAsks) {
         CookieJar ofReplies;
         CookieJar ofTheApplication;
         for (const auto& cookie : test.set) {
-            ofReplies.Receive(test.page, cookie);
+            ofReplies.Receive(Scope(test.page), cookie);
             ofTheApplication.Set(Wide(test.page), "", cookie);
         }
         for (const CookieJar* jar : {&ofReplies, &ofTheApplication}) {
-            EXPECT_EQ(jar->Header(test.askedAt), test.sent);
+            EXPECT_EQ(jar->Header(Scope(test.askedAt)), test.sent);
             std::string listed;
             EXPECT_EQ(jar->Get(Wide(test.askedAt), listed),
                       test.sent.empty() ? ERROR_NO_MORE_ITEMS : ERROR_SUCCESS);
@@ -107,12 +112,12 @@ TEST(CookieRules, WhatWasSetOverTlsForTlsIsNotReplacedWithout) {
           "n=bad; Domain=example.org; Path=/a/b"}) {
         SCOPED_TRACE(intruder);
         CookieJar jar;
-        jar.Receive("https://home.example.org/a/", "n=good; Secure");
-        jar.Receive("http://home.example.org/a/", intruder);
+        jar.Receive(Scope("https://home.example.org/a/"), "n=good; Secure");
+        jar.Receive(Scope("http://home.example.org/a/"), intruder);
         EXPECT_EQ(jar.Set(L"http://home.example.org/a/", "", intruder), ERROR_INVALID_OPERATION);
-        EXPECT_EQ(jar.Header("https://home.example.org/a/b/c"), "n=good");
-        jar.Receive("https://home.example.org/a/", "n=better");
-        EXPECT_EQ(jar.Header("http://home.example.org/a/b/c"), "n=better");
+        EXPECT_EQ(jar.Header(Scope("https://home.example.org/a/b/c")), "n=good");
+        jar.Receive(Scope("https://home.example.org/a/"), "n=better");
+        EXPECT_EQ(jar.Header(Scope("http://home.example.org/a/b/c")), "n=better");
     }
 }
 
