@@ -1,5 +1,6 @@
 #include "requests/SignInForms.h"
 
+#include "base/Ascii.h"
 #include "support/HttpEscape.h"
 #include "support/Text.h"
 
@@ -16,10 +17,11 @@ std::wstring Escape(const wchar_t* text) {
     return BaseHlpr::HttpEscapeW(value.data(), static_cast<unsigned>(value.size()));
 }
 
-bool HasScheme(const std::wstring& address, const wchar_t* scheme) {
+bool HasScheme(std::wstring_view address, std::wstring_view scheme) {
     // A platform that cracks an address passes over what is blank before it.
     const auto start = std::ranges::find_if(address, [](wchar_t c) { return c > L' '; });
-    return BaseHlpr::ToLower(std::wstring(start, address.end()).c_str()).starts_with(scheme);
+    address.remove_prefix(static_cast<std::size_t>(start - address.begin()));
+    return base::EqualsIgnoreCase(address.substr(0, scheme.size()), scheme);
 }
 
 } // namespace

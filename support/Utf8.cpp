@@ -71,6 +71,9 @@ bool IsValid(std::string_view text) {
 }
 
 std::string Repaired(std::string_view text) {
+    if (IsValid(text)) {
+        return std::string(text);
+    }
     std::string repaired;
     repaired.reserve(text.size());
     utf8::replace_invalid(text.begin(), text.end(), std::back_inserter(repaired), kReplacement);
@@ -100,8 +103,13 @@ void ToWide(std::string_view text, std::wstring& wide) {
 }
 
 std::string ToNarrow(std::wstring_view text) {
-    std::string narrow;
-    narrow.reserve(text.size());
+    const auto ascii = std::ranges::find_if(
+        text, [](wchar_t unit) { return static_cast<char32_t>(unit) >= 0x80; });
+    std::string narrow(static_cast<std::size_t>(ascii - text.begin()), '\0');
+    std::transform(text.begin(), ascii, narrow.begin(),
+                   [](wchar_t unit) { return static_cast<char>(unit); });
+    text.remove_prefix(narrow.size());
+    narrow.reserve(narrow.size() + text.size());
     while (!text.empty()) {
         const char32_t codePoint = NextCodePoint(text);
         if (codePoint < 0x80) {
