@@ -91,6 +91,12 @@ DWORD RequestContext::QueryNumber(DWORD what) const noexcept {
     return number;
 }
 
+DWORD RequestContext::Status() const noexcept {
+    const DWORD status = QueryNumber(HTTP_QUERY_STATUS_CODE);
+    const std::scoped_lock lock(m_mutex);
+    return m_handle ? status : m_status;
+}
+
 void RequestContext::CloseRequest() noexcept {
     std::unique_lock lock(m_mutex);
     // A connection that is closed meanwhile would close the handle a second time, when its number
@@ -204,7 +210,17 @@ bool RequestContext::AddRead(State step) noexcept {
 
 void RequestContext::Complete() noexcept {
     readBuffer = {};
-    Deliver(std::exchange(data, {}), request->GetRequestStatus());
+    const std::vector<char> bytes = std::exchange(data, {});
+    const unsigned long status = request->GetRequestStatus();
+    // The address of a redirect can still be asked for.
+    if (const DWORD told = Status(); kClosesWhatIsOver && told >= 200 && told < 300) {
+        {
+            const std::scoped_lock lock(m_mutex);
+            m_status = told;
+        }
+        CloseRequest();
+    }
+    Deliver(bytes, status);
 }
 
 void RequestContext::Fail(unsigned long status) noexcept {

@@ -42,6 +42,8 @@ public:
     HINTERNET Handle() const noexcept;
     /// A number from the reply's head; 0 when it has none.
     DWORD QueryNumber(DWORD what) const noexcept;
+    /// The reply's status; 0 while there is none.
+    DWORD Status() const noexcept;
     /// Closes the request's handle and has closed it on return.
     void CloseRequest() noexcept;
 
@@ -85,7 +87,9 @@ private:
     /// Adds the bytes of the read that has ended to the reply. False when the reply is not what it
     /// should be: shorter than announced, or larger than memory.
     bool AddRead(State step) noexcept;
-    /// Fills the response with the reply gathered so far.
+    /// Fills the response with the reply gathered so far. Before that, where kClosesWhatIsOver says
+    /// so, it gives back what the platform keeps for the exchange: its request may live on for
+    /// long.
     void Complete() noexcept;
     /// Fills the response with an empty reply: the exchange has failed.
     void Fail(unsigned long status) noexcept;
@@ -97,6 +101,7 @@ private:
     std::condition_variable m_changed;
     HINTERNET m_handle = nullptr;
     bool m_closing = false;
+    DWORD m_status = 0; ///< of an exchange whose handle has been closed because it was over
     State m_state = State::Idle;
     unsigned m_step = 0; ///< the number of the last step begun
     /// The callbacks that are at work now. More than one for the moment in which a read that one

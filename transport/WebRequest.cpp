@@ -89,7 +89,7 @@ void WebRequest::SetCookie(const wchar_t* url, const wchar_t* data) {
 }
 
 unsigned long WebRequest::GetRequestStatus() {
-    return m_context->QueryNumber(HTTP_QUERY_STATUS_CODE);
+    return m_context->Status();
 }
 
 void WebRequest::GetRequestedData(std::wstring& out) {

@@ -122,7 +122,8 @@ BOOL InternetReadFile(HINTERNET, LPVOID buffer, DWORD size, LPDWORD read) noexce
 
 BOOL HttpQueryInfoW(HINTERNET, DWORD infoLevel, LPVOID buffer, LPDWORD, LPDWORD) noexcept {
     const bool asksStatus = infoLevel == (HTTP_QUERY_STATUS_CODE | HTTP_QUERY_FLAG_NUMBER);
-    const DWORD number = asksStatus ? 200 : FakeInternet::current->contentLength;
+    const auto& fake = *FakeInternet::current;
+    const DWORD number = asksStatus ? fake.status : fake.contentLength;
     *static_cast<DWORD*>(buffer) = number;
     return number != 0 ? TRUE : Failure(ERROR_HTTP_HEADER_NOT_FOUND);
 }

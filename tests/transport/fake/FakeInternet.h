@@ -32,6 +32,7 @@ struct FakeInternet {
     FakeInternet(const FakeInternet&) = delete;
 
     // The script.
+    DWORD status = 200;
     DWORD contentLength = 0;          ///< 0: not announced
     std::deque<std::wstring> cookies; ///< what the jar holds, from one call to the next
     bool closingTellsAtOnce = true;   ///< whether closing the request brings its last callback
