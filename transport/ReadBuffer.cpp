@@ -8,6 +8,19 @@ namespace {
 /// Above this announced length memory is committed only as data arrives: the length may be bogus.
 constexpr std::size_t kCommitted = std::size_t{1} << 30;
 
+/// Makes room for `count` more bytes of a reply that comes in parts, and for three times as many as
+/// there are then: to move them often costs more than memory that is not written to.
+void MakeRoom(std::size_t count, std::vector<char>& out) {
+    if (out.empty() || out.capacity() - out.size() >= count) {
+        return;
+    }
+    try {
+        out.reserve(4 * (out.size() + count));
+    } catch (const std::bad_alloc&) {
+        // There is less memory than that; it may do for the bytes themselves.
+    }
+}
+
 } // namespace
 
 bool ReadBuffer::Allocate(std::size_t size) noexcept {
@@ -31,6 +44,7 @@ void ReadBuffer::MoveTo(std::size_t count, std::vector<char>& out) {
         *this = {};
         return;
     }
+    MakeRoom(count, out);
     out.insert(out.end(), Data(), Data() + count);
     if (m_lazy) {
         *this = {};
