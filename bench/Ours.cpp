@@ -86,7 +86,7 @@ void Download(const TaskArguments& arguments, Stopwatch& watch, const std::wstri
         }
         for (const auto& file : files) {
             while (!file->IsComplete()) {
-                std::this_thread::sleep_for(std::chrono::microseconds(200));
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
             }
             Require(file->GetSucceeded(), "the download failed");
         }

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -163,6 +164,77 @@ void DownloadInChunks(const TaskArguments& arguments, Stopwatch& watch) {
     Download(arguments, watch, "-chunked");
 }
 
+/// A reply that is collected in memory.
+struct Collected {
+    CURL* easy;
+    std::vector<char> body;
+};
+
+std::size_t Collect(char* data, std::size_t, std::size_t size, void* collected) {
+    auto& [easy, body] = *static_cast<Collected*>(collected);
+    if (body.empty()) {
+        curl_off_t length = 0; // -1 where the server does not name it
+        curl_easy_getinfo(easy, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &length);
+        body.reserve(static_cast<std::size_t>(std::max<curl_off_t>(length, 0)));
+    }
+    body.insert(body.end(), data, data + size);
+    return size;
+}
+
+/// Collects the file, copies it once, and writes the copy.
+void HoldDownload(const TaskArguments& arguments, Stopwatch& watch, const std::string& suffix) {
+    const std::string url =
+        arguments.url + "Repository/Files/" + std::to_string(arguments.size) + suffix;
+    watch.Start();
+    {
+        const Easy easy = NewEasy();
+        Collected collected{easy.get(), {}};
+        curl_easy_setopt(easy.get(), CURLOPT_WRITEFUNCTION, Collect);
+        curl_easy_setopt(easy.get(), CURLOPT_WRITEDATA, &collected);
+        Get(easy.get(), url, 200);
+        const std::vector<char> copy = collected.body;
+        const File file = OpenFile(arguments.file + '0', "w+b");
+        Require(copy.size() == arguments.size &&
+                    std::fwrite(copy.data(), 1, copy.size(), file.get()) == copy.size(),
+                "the download failed");
+    }
+    watch.Stop();
+}
+
+void HoldDownloadWithLength(const TaskArguments& arguments, Stopwatch& watch) {
+    HoldDownload(arguments, watch, "");
+}
+
+void HoldDownloadInChunks(const TaskArguments& arguments, Stopwatch& watch) {
+    HoldDownload(arguments, watch, "-chunked");
+}
+
+/// Reads the file into memory, copies it into a form, and sends that.
+void HoldUpload(const TaskArguments& arguments, Stopwatch& watch) {
+    constexpr std::string_view kPrefix =
+        "--frame\r\nContent-Disposition: form-data; name=\"file\"; filename=\"upload\"\r\n\r\n";
+    constexpr std::string_view kSuffix = "\r\n--frame--\r\n";
+    watch.Start();
+    {
+        const auto content = std::make_unique_for_overwrite<char[]>(arguments.size);
+        const File file = OpenFile(arguments.file, "rb");
+        Require(std::fread(content.get(), 1, arguments.size, file.get()) == arguments.size,
+                "the file cannot be read");
+        std::vector<char> form;
+        form.reserve(kPrefix.size() + arguments.size + kSuffix.size());
+        form.insert(form.end(), kPrefix.begin(), kPrefix.end());
+        form.insert(form.end(), content.get(), content.get() + arguments.size);
+        form.insert(form.end(), kSuffix.begin(), kSuffix.end());
+        const Easy easy = NewEasy();
+        List headers(
+            curl_slist_append(nullptr, "Content-Type: multipart/form-data; boundary=frame"));
+        curl_slist_append(headers.get(), "Expect:");
+        curl_easy_setopt(easy.get(), CURLOPT_HTTPHEADER, headers.get());
+        Post(easy.get(), arguments.url + "Repository/Items/1/Files", form.data(), form.size());
+    }
+    watch.Stop();
+}
+
 void Upload(const TaskArguments& arguments, Stopwatch& watch) {
     watch.Start();
     const Easy easy = NewEasy();
@@ -187,6 +259,9 @@ constexpr Task kTasks[] = {
     {"download", DownloadWithLength},
     {"download-chunked", DownloadInChunks},
     {"upload", Upload},
+    {"hold-download", HoldDownloadWithLength},
+    {"hold-download-chunked", HoldDownloadInChunks},
+    {"hold-upload", HoldUpload},
 };
 
 } // namespace
