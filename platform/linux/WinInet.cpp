@@ -213,7 +213,8 @@ DWORD Query(HINTERNET handle, DWORD infoLevel, LPVOID buffer, LPDWORD size) {
     if (size == nullptr) {
         return ERROR_INVALID_PARAMETER;
     }
-    const ReplyHead reply = request->GetReply();
+    const std::shared_ptr<const ReplyHead> kept = request->GetReply();
+    const ReplyHead& reply = *kept;
     DWORD number = 0;
     DWORD error = ERROR_SUCCESS;
     switch (infoLevel) {
@@ -437,7 +438,7 @@ BOOL HttpQueryInfoA(HINTERNET request, DWORD infoLevel, LPVOID buffer, LPDWORD l
         if (object == nullptr) {
             return ERROR_INVALID_HANDLE;
         }
-        const auto location = object->GetReply().location;
+        const auto location = object->GetReply()->location;
         if (!location) {
             return ERROR_HTTP_HEADER_NOT_FOUND;
         }

@@ -52,12 +52,12 @@ DWORD RequestHandle::EndSend() {
             return ERROR_INTERNET_INCORRECT_HANDLE_STATE;
         }
         const DWORD error = m_exchange->EndSend();
-        KeepReply(*m_exchange);
+        KeepReply(m_exchange->TakeReply());
         return error;
     });
 }
 
-ReplyHead RequestHandle::GetReply() const {
+std::shared_ptr<const ReplyHead> RequestHandle::GetReply() const {
     const std::lock_guard lock(m_mutex);
     return m_reply;
 }
@@ -160,10 +160,7 @@ void RequestHandle::FinishClosing() noexcept {
 
 HttpRequest RequestHandle::Prepare(const HeaderList& headers) {
     m_exchange.reset();
-    {
-        const std::lock_guard lock(m_mutex);
-        m_reply = {};
-    }
+    KeepReply({});
     HttpRequest request = m_request;
     for (const Header& header : headers) {
         request.headers.Set(header.name, header.value);
@@ -172,9 +169,10 @@ HttpRequest RequestHandle::Prepare(const HeaderList& headers) {
     return request;
 }
 
-void RequestHandle::KeepReply(const Exchange& exchange) {
+void RequestHandle::KeepReply(ReplyHead reply) {
+    auto kept = std::make_shared<const ReplyHead>(std::move(reply));
     const std::lock_guard lock(m_mutex);
-    m_reply = exchange.GetReply();
+    m_reply = std::move(kept);
 }
 
 DWORD RequestHandle::DoSend(const HeaderList& headers, const char* body, std::size_t size) {
@@ -183,7 +181,7 @@ DWORD RequestHandle::DoSend(const HeaderList& headers, const char* body, std::si
     request.bodySize = size;
     auto exchange = std::make_unique<Exchange>(std::move(request), m_cancellation);
     const DWORD error = exchange->Send();
-    KeepReply(*exchange);
+    KeepReply(exchange->TakeReply());
     if (error == ERROR_SUCCESS) {
         m_exchange = std::move(exchange);
     }

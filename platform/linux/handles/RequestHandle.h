@@ -6,8 +6,8 @@
 #include "platform/linux/http/HttpRequest.h"
 #include "platform/linux/http/ReplyHead.h"
 
-#include <deque>
 #include <functional>
+#include <list>
 #include <memory>
 #include <mutex>
 
@@ -34,7 +34,7 @@ public:
 
     // The head of the last reply; empty until a send has succeeded. Of one that failed on the way
     // that a redirect led it, the redirect's.
-    ReplyHead GetReply() const;
+    std::shared_ptr<const ReplyHead> GetReply() const; // never null
 
     // Does not wait: what is under way is cancelled, and whoever carries it out finishes the
     // closing.
@@ -54,7 +54,7 @@ private:
 
     // The request with what the send brings, and no exchange or reply of an earlier one.
     HttpRequest Prepare(const HeaderList& headers);
-    void KeepReply(const Exchange& exchange);
+    void KeepReply(ReplyHead reply);
     DWORD DoSend(const HeaderList& headers, const char* body, std::size_t size);
     DWORD DoRead(char* buffer, DWORD size, DWORD* read);
 
@@ -66,10 +66,10 @@ private:
     std::unique_ptr<Exchange> m_exchange; // under m_driving
 
     mutable std::mutex m_mutex; // for the rest; never held while anything else happens
-    ReplyHead m_reply;
-    std::deque<Operation> m_operations; // of an asynchronous request, in order
-    bool m_working = false;             // whether a thread sees to them
-    int m_users = 0;                    // that thread and the synchronous calls
+    std::shared_ptr<const ReplyHead> m_reply = std::make_shared<ReplyHead>();
+    std::list<Operation> m_operations; // of an asynchronous request, in order
+    bool m_working = false;            // whether a thread sees to them
+    int m_users = 0;                   // that thread and the synchronous calls
     bool m_closed = false;
 };
 

@@ -239,8 +239,8 @@ void Exchange::StartHop(Connect connect) {
     m_isPaused = false;
     m_sourceWanted = false;
     ReleaseChannel();
-    m_url = Url(m_request.url);
-    m_scope = CookieScope::Of(m_url);
+    m_url.emplace(m_request.url);
+    m_scope = CookieScope::Of(*m_url);
     m_channel = ChannelPool::Instance().Acquire(Origin(m_request.url));
     SetOptions(connect);
     m_cancellation.Watch(m_channel->Multi());
@@ -255,7 +255,7 @@ void Exchange::SetOptions(Connect connect) {
             throw std::bad_alloc();
         }
     };
-    set(CURLOPT_CURLU, m_url.Handle()); // one without a host ends the exchange
+    set(CURLOPT_CURLU, m_url->Handle()); // one without a host ends the exchange
     set(CURLOPT_FRESH_CONNECT, connect == Connect::Anew ? 1L : 0L);
     set(CURLOPT_HTTPHEADER, m_headerLines.get());
     if (m_request.verb == "HEAD") {
@@ -263,7 +263,7 @@ void Exchange::SetOptions(Connect connect) {
     } else {
         set(CURLOPT_CUSTOMREQUEST, m_request.verb.c_str());
     }
-    if (m_request.verb != "HEAD" && (m_request.verb != "GET" || m_request.bodySize > 0)) {
+    if (m_request.MayHaveBody()) {
         set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(m_request.bodySize));
         if (m_request.streamed) {
             set(CURLOPT_POST, 1L);
@@ -315,10 +315,15 @@ Exchange::List Exchange::HeaderLines() const {
         append("Cookie: " + cookies);
     }
     // Without a value: nothing where libcurl would add a header of its own.
-    for (const char* name : {"Accept", "Content-Type", "Expect"}) {
+    const auto suppress = [&](const char* name) {
         if (m_request.headers.Find(name) == nullptr) {
             append(std::string(name) + ":");
         }
+    };
+    suppress("Accept");
+    if (m_request.MayHaveBody()) {
+        suppress("Content-Type");
+        suppress("Expect");
     }
     if (m_request.verb == "HEAD") {
         append("Content-Length: 0");

@@ -13,7 +13,9 @@
 #include <cstdint>
 #include <curl/curl.h>
 #include <memory>
+#include <optional>
 #include <string_view>
+#include <utility>
 
 namespace platform {
 
@@ -42,8 +44,8 @@ public:
     // before it, and is told once.
     DWORD Read(char* target, std::size_t size, std::size_t& read);
 
-    // After a failed Send, that of the last redirect that was followed.
-    const ReplyHead& GetReply() const noexcept { return m_reply; }
+    // After a failed Send, that of the last redirect that was followed. Told once.
+    ReplyHead TakeReply() noexcept { return std::exchange(m_reply, {}); }
 
 private:
     struct ListCleanup {
@@ -80,7 +82,8 @@ private:
     Cancellation& m_cancellation;
     std::unique_ptr<Channel> m_channel; // null before Send and once the reply has come to its end
     List m_headerLines;
-    Url m_url; // of this hop, parsed once for libcurl, the cookies and the choice of a proxy
+    std::optional<Url>
+        m_url; // of this hop, parsed once for libcurl, the cookies and the choice of a proxy
     CookieScope m_scope; // likewise
 
     ReplyHead m_reply;

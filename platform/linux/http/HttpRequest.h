@@ -28,6 +28,9 @@ struct HttpRequest {
     bool useCookies = true;
     bool useProxy = true; // the one that the environment names
     Timeouts timeouts;
+
+    // Whether libcurl is told of a body, be it an empty one.
+    bool MayHaveBody() const { return verb != "HEAD" && (verb != "GET" || bodySize > 0); }
 };
 
 } // namespace platform

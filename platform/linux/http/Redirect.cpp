@@ -34,8 +34,8 @@ std::optional<std::string> RedirectTarget(const HttpRequest& request, const Repl
         return std::nullopt;
     }
     const std::string location = reply.location->empty() ? "/" : EscapeReference(*reply.location);
-    Url url;
-    if (IsMalformed(*reply.location) || !url.Resolve(request.url) || !url.Resolve(location)) {
+    Url url(request.url);
+    if (IsMalformed(*reply.location) || !url.Resolve(location)) {
         return std::nullopt;
     }
     const std::string scheme = url.Part(CURLUPART_SCHEME);

@@ -9,10 +9,11 @@
 
 namespace platform {
 
-Url::Url() : m_url(curl_url()) {
+Url::Url(const std::string& address) : m_url(curl_url()) {
     if (m_url == nullptr) {
         throw std::bad_alloc();
     }
+    Resolve(address);
 }
 
 bool Url::Resolve(const std::string& reference) noexcept {

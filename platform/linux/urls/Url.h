@@ -9,9 +9,8 @@ namespace platform {
 // A URL in libcurl's own parser, so that there are no two opinions about what a text means.
 class Url {
 public:
-    Url(); // throws std::bad_alloc
     // Of a text that is no absolute URL: one without parts.
-    explicit Url(const std::string& address) : Url() { Resolve(address); }
+    explicit Url(const std::string& address); // throws std::bad_alloc
 
     // Takes an absolute URL, or a reference relative to what was taken before. False, and
     // unchanged, if it is neither.
