@@ -82,9 +82,9 @@ private:
     Cancellation& m_cancellation;
     std::unique_ptr<Channel> m_channel; // null before Send and once the reply has come to its end
     List m_headerLines;
-    std::optional<Url>
-        m_url; // of this hop, parsed once for libcurl, the cookies and the choice of a proxy
-    CookieScope m_scope; // likewise
+    // Of this hop: parsed once for libcurl, the cookies and the choice of a proxy.
+    std::optional<Url> m_url;
+    CookieScope m_scope;
 
     ReplyHead m_reply;
     bool m_headDone = false;
