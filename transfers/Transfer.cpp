@@ -54,9 +54,14 @@ void Transfer::Cancel() {
         std::unique_lock lock(m_mutex);
         m_changed.wait(lock, [this] { return IsFinal(m_state); });
     }
-    if (const auto queue = m_queue.lock()) {
+    if (const auto queue = Queue()) {
         queue->GiveUp(*this);
     }
+}
+
+std::shared_ptr<TransferQueue> Transfer::Queue() const {
+    const std::scoped_lock lock(m_mutex);
+    return m_queue.lock();
 }
 
 void Transfer::LetGo() {

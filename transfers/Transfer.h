@@ -108,13 +108,15 @@ private:
     Step PollGuarded() noexcept;
     Step FailForMemory() noexcept;
 
+    /// Null before it is added to one, and after the queue's end.
+    std::shared_ptr<TransferQueue> Queue() const;
+
     /// Tells the listener. False when the state is final.
     bool ChangeState(TransferState state);
 
     const std::shared_ptr<const Service> m_service;
     ListenerGate<TransferProgress> m_gate;
     calls::StopSignal m_stop;
-    std::weak_ptr<TransferQueue> m_queue;
 
     std::atomic<TransferState> m_state = TransferState::Waiting;
     std::atomic<std::uint64_t> m_done = 0;
@@ -125,6 +127,7 @@ private:
 
     mutable std::mutex m_mutex; ///< Held to change the state, and for what follows.
     mutable std::condition_variable m_changed;
+    std::weak_ptr<TransferQueue> m_queue;
     TransferOutcome m_outcome;
     bool m_isSettled = false; ///< The listener has been told of the final state.
 };

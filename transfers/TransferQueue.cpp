@@ -22,8 +22,11 @@ TransferOutcome OutOfThreads() {
 } // namespace
 
 void TransferQueue::Add(const TransferPtr& transfer) {
+    {
+        const std::scoped_lock lock(transfer->m_mutex); // it may be cancelled now
+        transfer->m_queue = weak_from_this();
+    }
     std::unique_lock lock(m_mutex);
-    transfer->m_queue = weak_from_this();
     m_waiting.push_back(transfer);
     StartDue(lock);
 }
