@@ -15,14 +15,11 @@ CGetFolderContentsResponse::CGetFolderContentsResponse()
 CGetFolderContentsResponse::~CGetFolderContentsResponse() = default;
 
 void CGetFolderContentsResponse::ParseServerResponse() {
-    m_listing->Restart(GetServerResponse().size());
+    *m_listing = {};
     std::string repaired;
-    const XmlDocPtr document(
-        BeginParse() ? ParseXML(ReplyAsUtf8(repaired), "/ResponseData/Item", *m_listing) : nullptr);
+    const XmlDocPtr document(BeginParse() ? m_listing->Read(ReplyAsUtf8(repaired)) : nullptr);
     if (document) {
         JudgeByMessage(document.get());
-    } else {
-        m_listing->Restart(0);
     }
 }
 

@@ -27,8 +27,13 @@ public:
 
     /// Counts an element, before it becomes part of the document. False if the parse has ended.
     bool Enter(std::size_t attributes);
-    /// Takes note of an element that is complete.
-    virtual void Leave(xmlNode*) {}
+    ///@{
+    /// What the parser comes to. True if it does not become part of the document. An element in a
+    /// namespace has an empty name.
+    virtual bool TakeBegin(std::string_view) { return false; }
+    virtual bool TakeText(std::string_view) { return false; }
+    virtual bool TakeEnd() { return false; }
+    ///@}
     /// Ends the parse: the parser gets no more of the text, and comes to its end with the few
     /// thousand bytes that it has. Unlike xmlStopParser this may be called from every handler.
     void End();
@@ -43,6 +48,7 @@ public:
 
 protected:
     xmlParserCtxt& Parser() const { return m_parser; }
+    bool HasEnded() const { return m_hasEnded; }
     /// Takes note of a fault in the text.
     virtual void OnFault(const xmlError& fault);
 

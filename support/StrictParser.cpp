@@ -6,6 +6,7 @@
 
 #include <libxml/SAX2.h>
 #include <libxml/hash.h>
+#include <libxml/parserInternals.h>
 
 #include <exception>
 #include <memory>
@@ -26,24 +27,45 @@ void EndDeclarations(void* context, const xmlChar*, const xmlChar*, const xmlCha
     parser.attsDefault = nullptr;
 }
 
+std::string_view View(const xmlChar* text) {
+    return reinterpret_cast<const char*>(text);
+}
+
 void StartElement(void* context, const xmlChar* name, const xmlChar* prefix, const xmlChar* uri,
                   int namespaceCount, const xmlChar** namespaces, int attributeCount,
                   int defaultedCount, const xmlChar** attributes) {
     BoundedParse& parse = BoundedParse::Of(context);
-    if (static_cast<xmlParserCtxt*>(context)->nodeNr >= Limits::kDeepest) {
+    if (static_cast<xmlParserCtxt*>(context)->nameNr >= Limits::kDeepest) {
         parse.End();
     }
+    const bool isPlain = !prefix && !uri;
     if (parse.Enter(static_cast<std::size_t>(namespaceCount) +
-                    static_cast<std::size_t>(attributeCount))) {
+                    static_cast<std::size_t>(attributeCount)) &&
+        !parse.TakeBegin(isPlain ? View(name) : std::string_view())) {
         xmlSAX2StartElementNs(context, name, prefix, uri, namespaceCount, namespaces,
                               attributeCount, defaultedCount, attributes);
     }
 }
 
 void EndElement(void* context, const xmlChar* name, const xmlChar* prefix, const xmlChar* uri) {
-    xmlNode* const node = static_cast<xmlParserCtxt*>(context)->node;
-    xmlSAX2EndElementNs(context, name, prefix, uri);
-    BoundedParse::Of(context).Leave(node);
+    if (!BoundedParse::Of(context).TakeEnd()) {
+        xmlSAX2EndElementNs(context, name, prefix, uri);
+    }
+}
+
+void Characters(void* context, const xmlChar* text, int length) {
+    const std::string_view view(reinterpret_cast<const char*>(text),
+                                static_cast<std::size_t>(length));
+    if (!BoundedParse::Of(context).TakeText(view)) {
+        xmlSAX2Characters(context, text, length);
+    }
+}
+
+/// An entity of which nobody knows what it stands for has no text.
+void Reference(void* context, const xmlChar* name) {
+    if (!BoundedParse::Of(context).TakeText({})) {
+        xmlSAX2Reference(context, name);
+    }
 }
 
 class StrictParse final : public BoundedParse {
@@ -55,9 +77,19 @@ public:
 
 private:
     void OnFault(const xmlError& fault) override;
-    void Leave(xmlNode* node) override;
+    ///@{
+    /// True for selected elements, which go to the sink, and for the text between them.
+    bool TakeBegin(std::string_view name) override;
+    bool TakeText(std::string_view text) override;
+    bool TakeEnd() override;
+    ///@}
+    /// Calls the sink, unless the parse has ended. What the sink throws ends it.
+    template <class Event>
+    void Tell(Event event);
 
     const SelectedElements* m_selected;
+    bool m_isWithinSelected = false;
+    std::size_t m_textLength = 0; ///< Of the text at this place, if it is none of the document.
     std::exception_ptr m_failure;
 };
 
@@ -66,7 +98,12 @@ StrictParse::StrictParse(xmlParserCtxt& parser, std::string_view text,
     : BoundedParse(parser, text), m_selected(selected) {
     xmlSAXHandler& handlers = *parser.sax;
     handlers.startElementNs = StartElement;
-    handlers.endElementNs = selected ? EndElement : handlers.endElementNs;
+    if (selected) {
+        handlers.endElementNs = EndElement;
+        handlers.characters = Characters;
+        handlers.ignorableWhitespace = Characters;
+        handlers.reference = Reference;
+    }
     // Declared entities are how small documents grow without bound and how they reach for files.
     handlers.entityDecl = [](void* context, const xmlChar*, int, const xmlChar*, const xmlChar*,
                              xmlChar*) {
@@ -100,27 +137,57 @@ void StrictParse::OnFault(const xmlError& fault) {
     }
 }
 
-void StrictParse::Leave(xmlNode* node) {
-    const xmlNode* const parent = node ? node->parent : nullptr;
-    if (m_failure || !parent || parent != xmlDocGetRootElement(Parser().myDoc) ||
-        !IsElement(node, m_selected->element) || !IsElement(parent, m_selected->root)) {
+bool StrictParse::TakeBegin(std::string_view name) {
+    m_textLength = 0;
+    if (m_selected && !m_isWithinSelected) {
+        m_isWithinSelected = Parser().nameNr == 1 && name == m_selected->element &&
+                             IsElement(Parser().node, m_selected->root);
+    }
+    if (m_isWithinSelected) {
+        Tell([&] { m_selected->sink.Begin(name); });
+    }
+    return m_isWithinSelected;
+}
+
+bool StrictParse::TakeText(std::string_view text) {
+    // Text between selected elements is left out too: without them it would be one text, which
+    // soon is too long for libxml2.
+    if (!m_isWithinSelected && Parser().nameNr != 1) {
+        return false;
+    }
+    m_textLength += text.size();
+    // As in the document.
+    if (m_textLength > XML_MAX_TEXT_LENGTH) {
+        End();
+    }
+    if (m_isWithinSelected) {
+        Tell([&] { m_selected->sink.Text(text); });
+    }
+    return true;
+}
+
+bool StrictParse::TakeEnd() {
+    m_textLength = 0;
+    if (!m_isWithinSelected) {
+        return false;
+    }
+    Tell([&] { m_selected->sink.End(); });
+    constexpr int kDepthOfSelected = 2;
+    m_isWithinSelected = Parser().nameNr > kDepthOfSelected;
+    return true;
+}
+
+template <class Event>
+void StrictParse::Tell(Event event) {
+    if (HasEnded()) {
         return;
     }
     try {
-        m_selected->sink.Add(node);
+        event();
     } catch (...) {
         m_failure = std::current_exception();
         End();
     }
-    // Text before the element goes too: libxml2 keeps the length of the last text node, which is
-    // that of a text within the element, and would append what follows at that place.
-    xmlNode* last = node;
-    do {
-        xmlNode* const before = last->prev;
-        xmlUnlinkNode(last);
-        xmlFreeNode(last);
-        last = before;
-    } while (last && last->type == XML_TEXT_NODE);
 }
 
 } // namespace

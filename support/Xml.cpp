@@ -32,14 +32,6 @@ bool Prepare(std::string_view& text) {
     return !text.empty();
 }
 
-/// The text of an element that holds nothing else, which is where it is already. Null for others.
-const char* OnlyText(const xmlNode* node) {
-    const xmlNode* child = node->children;
-    const bool only =
-        node->type == XML_ELEMENT_NODE && child && !child->next && child->type == XML_TEXT_NODE;
-    return only ? reinterpret_cast<const char*>(child->content) : nullptr;
-}
-
 } // namespace
 
 void XmlDocDeleter::operator()(_xmlDoc* document) const noexcept {
@@ -94,14 +86,6 @@ std::string GetNodeValue(_xmlNode* node) {
 
 std::wstring GetWideNodeValue(_xmlNode* node) {
     return Utf8::ToWide(GetNodeValue(node));
-}
-
-void AppendNodeValue(_xmlNode* node, std::string& text) {
-    if (const char* only = node ? OnlyText(node) : nullptr) {
-        text += only;
-    } else {
-        text += GetNodeValue(node);
-    }
 }
 
 std::string GetNodeAttrib(_xmlNode* node, const char* name) {

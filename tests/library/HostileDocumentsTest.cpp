@@ -97,6 +97,7 @@ TEST_P(HostileText, IsFoundOrNotWhateverStandsAroundIt) {
         {name, L"\u00e9", "<?xml version=\"1.0\" encoding=\"no-such-encoding\"?>"},
         {name, L"\u00e9", "<?y <!-- -- ?><!-- <a - > --><!DOCTYPE ResponseData>"},
         {name, L"\u00e9", "<!DOCTYPE ResponseData SYSTEM '" + url + "'>"},
+        {"<@>a&x;b</@>", L"ab", "<!DOCTYPE ResponseData SYSTEM '" + url + "'>"},
         {name, L"\u00e9", "<!DOCTYPE ResponseData PUBLIC '-//x//y' 'file:///etc/passwd'>"},
         {name, L"\u00e9",
          "<!DOCTYPE r [<!ELEMENT a ANY><!ATTLIST a b ID #IMPLIED c ID #IMPLIED>]>"},
