@@ -34,7 +34,7 @@ std::vector<char> ListingDocument(std::size_t items) {
     for (std::size_t i = 0; i < items; ++i) {
         text += "<Item><UniqueId>" + Identifier(i) + "</UniqueId><ParentId>" + Identifier(i / 100) +
                 "</ParentId><OwnerId>" + Identifier(i % 7) + "</OwnerId><Name>" + Name(i) +
-                "</Name><Description>As agreed in the meeting, second revision</Description>"
+                "</Name><Description>Revised</Description>"
                 "<DateCreated>2026-03-14T09:26:53Z</DateCreated>"
                 "<DateModified>2026-10-02T17:45:00Z</DateModified><Data><Size>" +
                 std::to_string(i * 4099) +

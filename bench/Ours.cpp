@@ -5,6 +5,7 @@
 #include "bench/Transfers.h"
 
 #include <brevint/brevint.h>
+#include <brevint/client.h>
 
 #include <chrono>
 #include <memory>
@@ -32,6 +33,19 @@ void Listing(const TaskArguments& arguments, Stopwatch& watch) {
         watch.Stop();
         Require(items.size() == arguments.size, "items are missing");
     }
+}
+
+void ClientListing(const TaskArguments& arguments, Stopwatch& watch) {
+    std::size_t named = 0;
+    watch.Start();
+    {
+        const brevint::Client client(arguments.url);
+        for (const brevint::Item& item : client.List(std::to_string(arguments.size))) {
+            named += item.name.empty() ? 0 : 1;
+        }
+    }
+    watch.Stop();
+    Require(named == arguments.size, "items are missing");
 }
 
 void ErrorReply(const TaskArguments& arguments, Stopwatch& watch) {
@@ -115,6 +129,7 @@ void Upload(const TaskArguments& arguments, Stopwatch& watch) {
 
 constexpr Task kTasks[] = {
     {"listing", Listing},
+    {"client-listing", ClientListing},
     {"error-reply", ErrorReply},
     {"small-calls", SmallCalls},
     {"sign-ins", SignIns},

@@ -1,6 +1,8 @@
 // The service that both sides of a comparison talk to. It answers at once and with fixed bodies, so
-// that little of what is measured is its own work: a file is called by its number of bytes.
+// that little of what is measured is its own work: a file is called by its number of bytes, a
+// folder by its number of items.
 
+#include "bench/Documents.h"
 #include "service/Blob.h"
 #include "service/HttpServer.h"
 #include "service/StopSignal.h"
@@ -8,6 +10,8 @@
 #include <cstring>
 #include <exception>
 #include <iostream>
+#include <map>
+#include <mutex>
 #include <vector>
 
 namespace {
@@ -37,6 +41,22 @@ HttpReply FileReply(const std::string& id) {
     return reply;
 }
 
+/// Listings are made once.
+HttpReply ListingReply(const std::string& count) {
+    static std::mutex mutex;
+    static std::map<std::string, std::shared_ptr<const Blob>> listings;
+    const std::scoped_lock lock(mutex);
+    std::shared_ptr<const Blob>& listing = listings[count];
+    if (!listing) {
+        const std::vector<char> document = ListingDocument(std::stoull(count));
+        listing = MakeBlob({document.begin(), document.end()});
+    }
+    HttpReply reply;
+    reply.headers.emplace_back("Content-Type", "text/xml");
+    reply.file = listing;
+    return reply;
+}
+
 HttpReply SignedInReply() {
     HttpReply reply = HtmlReply(200, "<html><body>Dashboard</body></html>");
     reply.headers.emplace_back("Set-Cookie", "FedAuth=77u/PD94bWwg; path=/");
@@ -49,6 +69,11 @@ HttpReply Answer(const HttpRequest& request) {
     const std::string name = request.path.substr(request.path.rfind('/') + 1);
     if (name == "Path") {
         return XmlReply("<ResponseData><Path>/Projects/Bridge/Notes.txt</Path></ResponseData>");
+    }
+    constexpr std::string_view kItems = "/Repository/Items/";
+    if (name == "Items") {
+        return ListingReply(
+            request.path.substr(kItems.size(), request.path.rfind('/') - kItems.size()));
     }
     if (name == "Files") {
         return XmlReply("<ResponseData><JobId>1</JobId></ResponseData>");

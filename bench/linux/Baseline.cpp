@@ -50,6 +50,11 @@ std::size_t WriteBlock(char* data, std::size_t, std::size_t size, void* file) {
     return std::fwrite(data, 1, size, static_cast<std::FILE*>(file));
 }
 
+std::size_t Append(char* data, std::size_t, std::size_t size, void* text) {
+    static_cast<std::string*>(text)->append(data, size);
+    return size;
+}
+
 Easy NewEasy() {
     Easy easy(curl_easy_init());
     Require(easy != nullptr, "no handle");
@@ -87,6 +92,20 @@ void SmallCalls(const TaskArguments& arguments, Stopwatch& watch) {
     curl_easy_setopt(easy.get(), CURLOPT_HTTPHEADER, headers.get());
     for (std::size_t i = 0; i < arguments.count; ++i) {
         Get(easy.get(), arguments.url + "Repository/Items/1/Path", 200);
+    }
+    watch.Stop();
+}
+
+void ClientListing(const TaskArguments& arguments, Stopwatch& watch) {
+    watch.Start();
+    {
+        std::string reply;
+        const Easy easy = NewEasy();
+        curl_easy_setopt(easy.get(), CURLOPT_WRITEFUNCTION, Append);
+        curl_easy_setopt(easy.get(), CURLOPT_WRITEDATA, &reply);
+        Get(easy.get(),
+            arguments.url + "Repository/Items/" + std::to_string(arguments.size) + "/Items", 200);
+        Parse(reply.data(), reply.size());
     }
     watch.Stop();
 }
@@ -253,6 +272,7 @@ void Upload(const TaskArguments& arguments, Stopwatch& watch) {
 
 constexpr Task kTasks[] = {
     {"listing", ParseListing},
+    {"client-listing", ClientListing},
     {"error-reply", ParseErrorReply},
     {"small-calls", SmallCalls},
     {"sign-ins", SignIns},
