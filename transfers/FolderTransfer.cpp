@@ -63,19 +63,28 @@ void FolderTransfer::StartThread() {
 }
 
 void FolderTransfer::Work() try {
-    const Failure failure = Advance();
-    if (failure.kind == FailureKind::NotSignedIn) {
+    Failure failure;
+    do {
         {
             const std::scoped_lock lock(m_mutex);
-            m_needsSignIn = true;
-            UpdateState();
+            m_hasSignedIn = false;
         }
+        failure = Advance();
+    } while (failure.kind == FailureKind::NotSignedIn && !NeedsSignIn());
+    if (failure.kind == FailureKind::NotSignedIn) {
         Tell();
     } else if (failure && !m_stop.IsRaised()) {
         Stop(TransferState::Failed, OutcomeOf(failure));
     }
 } catch (const std::bad_alloc&) {
     FailForMemory();
+}
+
+bool FolderTransfer::NeedsSignIn() {
+    const std::scoped_lock lock(m_mutex);
+    m_needsSignIn = !m_hasSignedIn;
+    UpdateState();
+    return m_needsSignIn;
 }
 
 Failure FolderTransfer::Advance() {
@@ -300,6 +309,7 @@ void FolderTransfer::UpdateState() {
 void FolderTransfer::OnSignedIn() {
     {
         const std::scoped_lock lock(m_mutex);
+        m_hasSignedIn = true;
         if (!std::exchange(m_needsSignIn, false) || m_isStopping) {
             return;
         }

@@ -82,6 +82,9 @@ private:
     bool TakeOver(std::size_t file);
     void UpdateState();
 
+    /// False if there has been a sign-in since a call was refused for want of one.
+    bool NeedsSignIn();
+
     /// Ends the group, and before that all that has not ended.
     void Stop(TransferState state, TransferOutcome outcome);
     void End(TransferState state, TransferOutcome outcome);
@@ -108,6 +111,7 @@ private:
     std::map<std::size_t, Running> m_running;
     bool m_isPlanned = false;
     bool m_needsSignIn = false; ///< For planning or making folders.
+    bool m_hasSignedIn = false; ///< Somebody has, since a call began that may have been refused.
     bool m_isFeeding = false;
     bool m_hasRoom = false; ///< For the one who feeds: look again.
     bool m_isStopping = false;

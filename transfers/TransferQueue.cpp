@@ -50,6 +50,7 @@ std::vector<std::shared_ptr<QueueMember>> TransferQueue::Members() {
 
 void TransferQueue::OnSignedIn() {
     std::unique_lock lock(m_mutex);
+    ++m_signIns;
     std::vector<TransferPtr> ready = std::exchange(m_needSignIn, {});
     // The last first, so that the first comes to stand before all.
     for (const TransferPtr& transfer : ready | std::views::reverse) {
@@ -127,10 +128,14 @@ void TransferQueue::StartDue(std::unique_lock<std::mutex>& lock) {
 
 void TransferQueue::Work(TransferPtr transfer) {
     while (transfer) {
+        const unsigned signIns = m_signIns;
         const Transfer::Step step = transfer->ChangeState(TransferState::Running)
                                         ? transfer->RunGuarded()
                                         : Transfer::Step::Ended;
         std::unique_lock lock(m_mutex);
+        if (step == Transfer::Step::SignIn && signIns != m_signIns) {
+            continue;
+        }
         Sort(transfer, step, m_settings.firstPoll, lock);
         const auto place = std::ranges::find(m_running, transfer);
         if (place == m_running.end()) {
@@ -193,9 +198,13 @@ void TransferQueue::PollJobs() {
         next->due = Clock::time_point::max(); // it is being asked for
         const TransferPtr transfer = next->transfer;
         const auto longer = std::min(next->pause + next->pause / 2, m_settings.longestPoll);
+        const unsigned signIns = m_signIns;
         lock.unlock();
-        const Transfer::Step step = transfer->PollGuarded();
+        Transfer::Step step = transfer->PollGuarded();
         lock.lock();
+        if (step == Transfer::Step::SignIn && signIns != m_signIns) {
+            step = Transfer::Step::Poll;
+        }
         Forget(*transfer);
         Sort(transfer, step, std::max(longer, transfer->m_pollPause), lock);
     }

@@ -2,6 +2,7 @@
 
 #include "transfers/Transfer.h"
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <deque>
@@ -70,6 +71,8 @@ private:
     std::deque<TransferPtr> m_waiting;
     std::vector<TransferPtr> m_running;
     std::vector<TransferPtr> m_needSignIn;
+    /// How often a session has begun: what was refused before the last time is tried again.
+    std::atomic<unsigned> m_signIns = 0;
     std::vector<Processing> m_processing;
     bool m_polls = false; ///< There is a thread that asks for jobs.
 };
