@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstddef>
 #include <cstring>
 #include <memory>
@@ -288,10 +289,10 @@ TEST(Stopped, SignInsLeaveNoSession) {
         brevint_call_init(&limited, sizeof limited);
         const Cancellation cancellation(brevint_cancellation_new());
         limited.cancellation = cancellation.get();
-        std::thread canceller([&, spins = random() % 3000] {
-            for (unsigned i = 0; i < spins; ++i) {
-                std::this_thread::yield();
-            }
+        const auto moment =
+            std::chrono::steady_clock::now() + std::chrono::microseconds(random() % 1000);
+        std::thread canceller([&] {
+            while (std::chrono::steady_clock::now() < moment) {}
             brevint_cancellation_cancel(cancellation.get());
         });
         // In turns, so that a session that is left stands in the way of the next.
