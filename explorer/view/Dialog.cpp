@@ -9,29 +9,25 @@ Dialog::~Dialog() {
     Leave();
 }
 
-void Dialog::Open(HWND owner, std::function<void()> onClosed) {
-    m_owner = owner;
-    m_onClosed = std::move(onClosed);
+void Dialog::Open(HWND owner, std::function<void()> onClosing) {
+    m_onClosing = std::move(onClosing);
     if (!CreateDialogParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(m_templateId), owner,
                             Procedure, reinterpret_cast<LPARAM>(this))) {
         throw std::system_error(static_cast<int>(GetLastError()), std::system_category());
     }
     OnOpen();
-    EnableWindow(owner, FALSE);
     ShowWindow(m_handle, SW_SHOW);
 }
 
 void Dialog::Close() {
-    Leave();
-    if (m_onClosed) {
-        std::exchange(m_onClosed, {})();
+    if (m_onClosing) {
+        std::exchange(m_onClosing, {})();
     }
+    Leave();
 }
 
 void Dialog::Leave() {
     if (m_handle) {
-        // First the owner is enabled, so that it and no other program becomes active.
-        EnableWindow(m_owner, TRUE);
         SetWindowLongPtrW(m_handle, GWLP_USERDATA, 0);
         DestroyWindow(std::exchange(m_handle, nullptr));
     }

@@ -6,17 +6,18 @@
 
 namespace brevint::explorer {
 
-/// A dialog that keeps its owner from being used while it is there. The program's one message loop
-/// serves it too, so everything else goes on meanwhile.
+/// A dialog. The program's one message loop serves it too, so everything else goes on meanwhile.
+/// DialogStack keeps what lies below it from being used.
 class Dialog {
 public:
     virtual ~Dialog();
     Dialog(const Dialog&) = delete;
     Dialog& operator=(const Dialog&) = delete;
 
-    /// Shows it. `onClosed` is called when it has closed itself, and not when it is destroyed; it
-    /// must not destroy the object. Throws std::system_error where Windows makes no dialog.
-    void Open(HWND owner, std::function<void()> onClosed);
+    /// Shows it. `onClosing` is called when it closes itself, while its window is still there, and
+    /// not when it is destroyed; it must not destroy the object. Throws std::system_error where
+    /// Windows makes no dialog.
+    void Open(HWND owner, std::function<void()> onClosing);
 
     /// Null unless it is open.
     HWND Handle() const { return m_handle; }
@@ -41,8 +42,7 @@ private:
 
     const UINT m_templateId;
     HWND m_handle = nullptr;
-    HWND m_owner = nullptr;
-    std::function<void()> m_onClosed;
+    std::function<void()> m_onClosing;
 };
 
 } // namespace brevint::explorer

@@ -10,14 +10,31 @@
 namespace brevint::explorer {
 
 void DialogStack::Show(std::unique_ptr<Dialog> dialog) {
-    const Dialog* const below = Top();
+    if (!IsWindow(m_owner)) {
+        return;
+    }
     const std::shared_ptr<Dialog> shown = std::move(dialog);
+    shown->Open(m_owner, [this, weak = std::weak_ptr(shown)] { OnClosing(weak.lock()); });
+    EnableWindow(TopWindow(), FALSE);
     m_dialogs.push_back(shown);
-    shown->Open(below ? below->Handle() : m_owner, [this, weak = std::weak_ptr(shown)] {
-        const auto closed = weak.lock();
-        std::erase(m_dialogs, closed);
-        m_executor([closed] {}); // its function that is running now ends before that
-    });
+}
+
+void DialogStack::OnClosing(const std::shared_ptr<Dialog>& dialog) {
+    const bool isTop = dialog.get() == Top();
+    std::erase(m_dialogs, dialog);
+    if (isTop) {
+        // Before the dialog goes, so that this window and no other program becomes active.
+        EnableWindow(TopWindow(), TRUE);
+        if (GetActiveWindow() == dialog->Handle()) {
+            SetActiveWindow(TopWindow());
+        }
+    }
+    m_executor([dialog] {}); // its function that is running now ends before that
+}
+
+void DialogStack::CloseAll() {
+    const auto closed = std::exchange(m_dialogs, {});
+    EnableWindow(m_owner, TRUE);
 }
 
 void DialogStack::ShowMessage(MessageDialog::Message message) {
@@ -34,6 +51,10 @@ void DialogStack::ShowError(const Error& error) {
 
 Dialog* DialogStack::Top() const {
     return m_dialogs.empty() ? nullptr : m_dialogs.back().get();
+}
+
+HWND DialogStack::TopWindow() const {
+    return m_dialogs.empty() ? m_owner : m_dialogs.back()->Handle();
 }
 
 } // namespace brevint::explorer

@@ -313,6 +313,7 @@ void MainWindow::OnContextMenu(HWND where, POINT point) {
 void MainWindow::OnClose() {
     AskIfTransfersRun(IDS_ASK_CLOSE, IDS_DO_CLOSE, [this] {
         m_dialogs.CloseAll();
+        m_session.Close(); // no reply may come to a window that is gone
         m_transfers.CancelAll();
         DestroyWindow(Handle());
     });

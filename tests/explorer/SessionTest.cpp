@@ -1,6 +1,7 @@
 #include "tests/explorer/WindowFixture.h"
 
 #include "explorer/system/Text.h"
+#include "explorer/view/NameDialog.h"
 #include "tests/support/ScriptedServer.h"
 
 namespace brevint::test {
@@ -98,6 +99,33 @@ TEST_F(SessionTest, TellsThatThereIsNoService) {
     EXPECT_TRUE(Items().empty());
     EXPECT_FALSE(IsEnabled(IDM_UPLOAD));
     EXPECT_TRUE(IsEnabled(IDM_REFRESH));
+}
+
+TEST_F(SessionTest, DialogsCloseInAnyOrder) {
+    const HWND owner = CreateWindowW(WC_STATICW, L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 100,
+                                     100, nullptr, nullptr, nullptr, nullptr);
+    explorer::DialogStack dialogs(m_dispatcher.GetExecutor());
+    dialogs.SetOwner(owner);
+    const auto show = [&] {
+        dialogs.Show(std::make_unique<explorer::NameDialog>(L"", L"", [](const std::wstring&) {}));
+        return dialogs.Top()->Handle();
+    };
+    for (const bool isLowerFirst : {true, false}) {
+        const HWND below = show();
+        explorer::Dialog* const lower = dialogs.Top();
+        const HWND above = show();
+        EXPECT_FALSE(IsWindowEnabled(below));
+        (isLowerFirst ? lower : dialogs.Top())->Refuse();
+        EXPECT_EQ(dialogs.Top()->Handle(), isLowerFirst ? above : below);
+        EXPECT_TRUE(IsWindow(dialogs.Top()->Handle()));
+        EXPECT_TRUE(IsWindowEnabled(dialogs.Top()->Handle()));
+        EXPECT_FALSE(IsWindowEnabled(owner));
+        dialogs.Top()->Refuse();
+        EXPECT_TRUE(IsWindowEnabled(owner));
+    }
+    DestroyWindow(owner);
+    dialogs.ShowError({});
+    EXPECT_FALSE(dialogs.Top()) << "the owner is gone";
 }
 
 } // namespace
