@@ -46,11 +46,12 @@ Section
   WriteRegDWORD HKCU "${UNINSTALL}" "NoRepair" 1
 SectionEnd
 
-; The files are named, so that what the user has put beside them stays. The folder and the key that
-; the command-line client uses too go only if they hold nothing else.
+; The files are named, so that what the user has put beside them stays. Folders and the key above the
+; program's own go only if they hold nothing else: the command-line client keeps its session in the
+; folder Brevint.
 Section "Uninstall"
   !include "${LIST}"
-  RMDir /r "$INSTDIR\licences"
+  RMDir "$INSTDIR\licences"
   Delete "$INSTDIR\uninstall.exe"
   RMDir "$INSTDIR"
   Delete "$SMPROGRAMS\Brevint Explorer.lnk"
