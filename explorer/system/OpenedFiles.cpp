@@ -1,5 +1,6 @@
 #include "explorer/system/OpenedFiles.h"
 
+#include "base/Ascii.h"
 #include "explorer/system/Handles.h"
 #include "explorer/system/Text.h"
 #include "support/LocalName.h"
@@ -7,6 +8,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cwchar>
+#include <optional>
 #include <system_error>
 
 #include <windows.h>
@@ -15,28 +18,55 @@ namespace brevint::explorer {
 
 namespace {
 
-constexpr wchar_t kFolderPrefix[] = L"Brevint Explorer ";
+constexpr std::wstring_view kFolderPrefix = L"Brevint Explorer ";
 
 /// Endings of what Windows runs, or takes orders from.
 constexpr std::wstring_view kProgramEndings[] = {
-    L".ade",         L".adp", L".app",  L".appref-ms",
-    L".application", L".bas", L".bat",  L".chm",
-    L".cmd",         L".com", L".cpl",  L".csh",
-    L".diagcab",     L".dll", L".exe",  L".fxp",
-    L".gadget",      L".hlp", L".hta",  L".inf",
-    L".ins",         L".isp", L".jar",  L".jnlp",
-    L".js",          L".jse", L".ksh",  L".lnk",
-    L".mad",         L".mdb", L".mde",  L".msc",
-    L".msh",         L".msi", L".msix", L".msp",
-    L".mst",         L".ocx", L".ops",  L".pcd",
-    L".pif",         L".pl",  L".prg",  L".ps1",
-    L".ps1xml",      L".ps2", L".psc1", L".psm1",
-    L".py",          L".pyw", L".reg",  L".rb",
-    L".scf",         L".scr", L".sct",  L".settingcontent-ms",
-    L".shb",         L".shs", L".sys",  L".url",
-    L".vb",          L".vbe", L".vbs",  L".website",
-    L".ws",          L".wsc", L".wsf",  L".wsh",
+    L".ade",         L".adp",       L".app",       L".appinstaller",
+    L".application", L".appref-ms", L".appx",      L".appxbundle",
+    L".bas",         L".bat",       L".chm",       L".cmd",
+    L".com",         L".cpl",       L".csh",       L".diagcab",
+    L".diagcfg",     L".dll",       L".exe",       L".fxp",
+    L".gadget",      L".hlp",       L".hta",       L".inf",
+    L".ins",         L".isp",       L".jar",       L".jnlp",
+    L".js",          L".jse",       L".ksh",       L".library-ms",
+    L".lnk",         L".mad",       L".mdb",       L".mde",
+    L".msc",         L".msh",       L".msi",       L".msix",
+    L".msixbundle",  L".msp",       L".mst",       L".msu",
+    L".ocx",         L".ops",       L".pcd",       L".pif",
+    L".pl",          L".prg",       L".ps1",       L".ps1xml",
+    L".ps2",         L".ps2xml",    L".psc1",      L".psc2",
+    L".psd1",        L".psm1",      L".py",        L".pyw",
+    L".pyz",         L".rb",        L".reg",       L".scf",
+    L".scr",         L".sct",       L".search-ms", L".settingcontent-ms",
+    L".shb",         L".shs",       L".sys",       L".url",
+    L".vb",          L".vbe",       L".vbs",       L".website",
+    L".ws",          L".wsc",       L".wsf",       L".wsh",
     L".xll"};
+
+/// Of the program whose folder that is; nothing: it is no program's folder.
+std::optional<DWORD> ProcessOf(const std::filesystem::path& folder) {
+    const std::wstring name = folder.filename().wstring();
+    if (!name.starts_with(kFolderPrefix)) {
+        return std::nullopt;
+    }
+    const std::wstring number = name.substr(kFolderPrefix.size());
+    if (number.empty() || !std::ranges::all_of(number, base::IsDigit<wchar_t>)) {
+        return std::nullopt;
+    }
+    return std::wcstoul(number.c_str(), nullptr, 10);
+}
+
+/// Whether Windows knows no such process. One that it does not let others open is alive.
+bool HasEnded(DWORD process) {
+    const HandlePtr running(OpenProcess(SYNCHRONIZE, FALSE, process));
+    return !running && GetLastError() == ERROR_INVALID_PARAMETER;
+}
+
+std::filesystem::path TemporaryFolder() {
+    std::error_code failed;
+    return std::filesystem::temp_directory_path(failed);
+}
 
 } // namespace
 
@@ -60,8 +90,11 @@ std::wstring LocalName(std::string_view name) {
 }
 
 bool IsProgram(const std::wstring& localName) {
-    const std::wstring ending = FoldCase(std::filesystem::path(localName).extension().wstring());
-    return std::ranges::find(kProgramEndings, ending) != std::end(kProgramEndings);
+    // To Windows a name such as ".bat" is nothing but its ending.
+    const std::size_t dot = localName.rfind(L'.');
+    return dot != std::wstring::npos &&
+           std::ranges::find(kProgramEndings, FoldCase(localName.substr(dot))) !=
+               std::end(kProgramEndings);
 }
 
 bool MarkAsDownloaded(const std::filesystem::path& file) {
@@ -78,23 +111,22 @@ bool MarkAsDownloaded(const std::filesystem::path& file) {
            written == kInternet.size();
 }
 
-OpenedFiles::OpenedFiles(std::filesystem::path parent) {
+OpenedFiles::OpenedFiles() : OpenedFiles(TemporaryFolder()) {}
+
+OpenedFiles::OpenedFiles(const std::filesystem::path& parent) {
+    if (parent.empty()) {
+        return;
+    }
     std::error_code failed;
     // Each program's folder bears its process's number.
-    for (const auto& entry : std::filesystem::directory_iterator(parent, failed)) {
-        const std::wstring name = entry.path().filename().wstring();
-        if (!name.starts_with(kFolderPrefix)) {
-            continue;
-        }
-        const DWORD process =
-            std::wcstoul(name.c_str() + std::size(kFolderPrefix) - 1, nullptr, 10);
-        const HandlePtr running(OpenProcess(SYNCHRONIZE, FALSE, process));
-        if (!running) {
+    for (std::filesystem::directory_iterator entry(parent, failed), end; !failed && entry != end;
+         entry.increment(failed)) {
+        if (const auto process = ProcessOf(entry->path()); process && HasEnded(*process)) {
             std::error_code ignored;
-            std::filesystem::remove_all(entry.path(), ignored);
+            std::filesystem::remove_all(entry->path(), ignored);
         }
     }
-    m_folder = parent / (kFolderPrefix + std::to_wstring(GetCurrentProcessId()));
+    m_folder = parent / (std::wstring(kFolderPrefix) + std::to_wstring(GetCurrentProcessId()));
 }
 
 OpenedFiles::~OpenedFiles() {
@@ -103,6 +135,9 @@ OpenedFiles::~OpenedFiles() {
 }
 
 std::filesystem::path OpenedFiles::NewPath(const std::wstring& localName) {
+    if (m_folder.empty()) {
+        return {};
+    }
     const LocalPtr descriptor = UsersOnly();
     SECURITY_ATTRIBUTES attributes = {sizeof attributes, descriptor.get(), FALSE};
     CreateDirectoryW(m_folder.c_str(), &attributes); // may be there

@@ -22,7 +22,9 @@ bool MarkAsDownloaded(const std::filesystem::path& file);
 /// next object that is made.
 class OpenedFiles {
 public:
-    explicit OpenedFiles(std::filesystem::path parent = std::filesystem::temp_directory_path());
+    /// Without a temporary folder no path is given out.
+    OpenedFiles();
+    explicit OpenedFiles(const std::filesystem::path& parent);
     ~OpenedFiles();
     OpenedFiles(const OpenedFiles&) = delete;
     OpenedFiles& operator=(const OpenedFiles&) = delete;

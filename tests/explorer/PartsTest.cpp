@@ -97,6 +97,8 @@ TEST(LocalNames, KeepTheEndingThatCounts) {
         {"NUL", L"_NUL", false},
         {"...", L"_", false},
         {"run.ps1", L"run.ps1", true},
+        {".bat", L".bat", true},
+        {".profile", L".profile", false},
     };
     for (const auto& [name, local, isProgram] : cases) {
         EXPECT_EQ(explorer::LocalName(name), local);
@@ -134,10 +136,13 @@ TEST(SessionStoreTest, KeepsASessionThatOnlyTheUserCanRead) {
 TEST(OpenedFilesTest, ClearsUpAfterProgramsThatCouldNot) {
     const TempFolder folder;
     const std::filesystem::path left = folder.Folder() / L"Brevint Explorer 4294967292";
+    const std::filesystem::path foreign = folder.Folder() / L"Brevint Explorer 4294967292 mine";
     std::filesystem::create_directories(left / L"1");
+    std::filesystem::create_directories(foreign);
     {
         explorer::OpenedFiles files(folder.Folder());
         EXPECT_FALSE(std::filesystem::exists(left));
+        EXPECT_TRUE(std::filesystem::remove(foreign)) << "it is no program's";
         std::ofstream(files.NewPath(L"a.txt")) << "one";
         std::ofstream(files.NewPath(L"a.txt")) << "another of that name";
         const explorer::OpenedFiles other(folder.Folder());
