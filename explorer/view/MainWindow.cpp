@@ -199,6 +199,9 @@ LRESULT MainWindow::OnMessage(UINT message, WPARAM wide, LPARAM longer) {
                    : Window::OnMessage(message, wide, longer);
     case WM_LBUTTONDOWN: {
         const RECT middle = MiddlePlace();
+        if (GET_Y_LPARAM(longer) < middle.top) {
+            return 0;
+        }
         m_split = GET_Y_LPARAM(longer) >= middle.bottom ? Split::Pane : Split::Tree;
         SetCapture(Handle());
         return 0;

@@ -131,15 +131,16 @@ void MainWindow::RestorePlacement() {
     m_paneHeight = static_cast<int>(
         m_settings.GetNumber(kPaneHeight).value_or(static_cast<unsigned>(m_paneHeight)));
     m_view->List().SetArrangement(m_settings.GetText(kColumns));
-    RECT place = {};
+    WINDOWPLACEMENT placement = {};
+    placement.length = sizeof placement;
+    RECT& place = placement.rcNormalPosition; // not in coordinates of the screen
     const std::wstring text = m_settings.GetText(kPlacement);
     m_isMaximized = text.ends_with(L"maximized");
     const bool isKnown = std::swscanf(text.c_str(), L"%ld %ld %ld %ld", &place.left, &place.top,
                                       &place.right, &place.bottom) == 4;
     // A screen that it was on may be gone.
     if (isKnown && MonitorFromRect(&place, MONITOR_DEFAULTTONULL)) {
-        SetWindowPos(Handle(), nullptr, place.left, place.top, place.right - place.left,
-                     place.bottom - place.top, SWP_NOZORDER);
+        SetWindowPlacement(Handle(), &placement); // SW_HIDE: Start shows it
     } else {
         SetWindowPos(Handle(), nullptr, 0, 0, Scaled(Handle(), 1000), Scaled(Handle(), 680),
                      SWP_NOZORDER | SWP_NOMOVE);
