@@ -58,6 +58,7 @@ void FolderView::GoTo(Location location, std::string selectedId) {
     m_isListed = false;
     m_filter.clear();
     m_list.Filter({});
+    m_list.Show({}, false);
     m_tree.Select(m_location);
     m_listener.onLocation();
     ShowNotice({.text = Text(IDS_LOADING)});
@@ -68,6 +69,9 @@ void FolderView::GoToPath(const std::string& path) {
     if (!m_session.IsOpen()) {
         return;
     }
+    m_isListed = false;
+    m_followsPath = true;
+    m_list.Show({}, false);
     ShowNotice({.text = Text(IDS_LOADING)});
     DropListing();
     m_listing =
@@ -96,14 +100,15 @@ void FolderView::Refresh(std::string selectedId) {
     }
 }
 
-void FolderView::RefreshIf(const std::string& folderId) {
-    if (!m_location.empty() && m_location.back().id == folderId) {
-        Refresh();
+void FolderView::RefreshIf(const std::string& folderId, std::string selectedId) {
+    if (!m_followsPath && !m_location.empty() && m_location.back().id == folderId) {
+        Refresh(std::move(selectedId));
     }
 }
 
 void FolderView::Fetch(std::string selectedId, bool keepsSelection) {
     DropListing();
+    m_followsPath = false;
     m_listing = m_session.Call(
         [id = m_location.back().id](const Client& client, const CallOptions& options) {
             return Fetched(client, id, options);

@@ -41,7 +41,7 @@ public:
     /// Lists the folder anew, and keeps what is selected.
     void Refresh(std::string selectedId = {});
     /// Refreshes if that is the folder that is shown.
-    void RefreshIf(const std::string& folderId);
+    void RefreshIf(const std::string& folderId, std::string selectedId = {});
     void Filter(const std::wstring& text);
 
     /// Begins with the roots, after a sign-in, or goes on with the folder that was shown.
@@ -70,6 +70,7 @@ private:
     std::wstring m_filter;
     std::optional<Session::CallId> m_listing;
     bool m_isListed = false;
+    bool m_followsPath = false; ///< To wherever it leads, or it has led nowhere.
 };
 
 } // namespace brevint::explorer

@@ -8,6 +8,7 @@
 #include "explorer/view/PropertiesDialog.h"
 
 #include <algorithm>
+#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -33,6 +34,12 @@ struct ItemCommands::Batch {
     std::string folderId;
     std::size_t next = 0;
     std::vector<std::pair<std::string, Error>> failures; ///< By name.
+};
+
+/// A file that is to be uploaded.
+struct ItemCommands::UploadedFile {
+    fs::path path;
+    std::optional<Item> existing; ///< What it replaces.
 };
 
 ItemCommands::ItemCommands(Session& session, FolderView& view, DialogStack& dialogs,
@@ -70,6 +77,9 @@ void ItemCommands::Tell(std::wstring text) {
 }
 
 void ItemCommands::ForEach(std::vector<Item> items, Work work) {
+    if (m_view.Current().empty()) {
+        return;
+    }
     const auto batch = std::make_shared<Batch>();
     batch->items = std::move(items);
     batch->work = std::move(work);
@@ -177,8 +187,8 @@ void ItemCommands::CreateFolder() {
             [this, parentId](const Reply<std::string>& reply) {
                 if (reply.error) {
                     m_dialogs.ShowError(reply.error);
-                } else if (m_view.Current().back().id == parentId) {
-                    m_view.Refresh(reply.value);
+                } else {
+                    m_view.RefreshIf(parentId, reply.value);
                 }
             });
     };
@@ -292,14 +302,16 @@ void ItemCommands::DownloadInto(const fs::path& folder, const std::vector<Item>&
 void ItemCommands::Replace() {
     const std::vector<Item> items = m_view.List().SelectedItems();
     const std::vector<fs::path> files = m_desktop.ChooseFiles(m_owner);
-    if (items.size() != 1 || files.empty()) {
+    if (items.size() != 1 || files.empty() || m_view.Current().empty()) {
         return;
     }
     const Item& item = items.front();
     Ask(IDI_QUESTION,
         Text(IDS_ASK_REPLACE_CONTENT,
              {DisplayText(Wide(item.name)), DisplayText(files.front().filename().wstring())}),
-        IDS_DO_REPLACE, [this, item, file = files.front()] { BeginUpload(file, &item); });
+        IDS_DO_REPLACE,
+        [this, folderId = m_view.Current().back().id,
+         replaced = UploadedFile{files.front(), item}] { BeginUploads(folderId, {replaced}); });
 }
 
 void ItemCommands::ChooseUpload() {
@@ -316,8 +328,10 @@ void ItemCommands::Upload(std::vector<fs::path> paths) {
     if (m_view.Current().empty()) {
         return;
     }
-    std::vector<fs::path> fresh;
-    std::vector<fs::path> files;
+    // Until the user has answered, another folder may be shown.
+    const std::string folderId = m_view.Current().back().id;
+    std::vector<UploadedFile> fresh;
+    std::vector<UploadedFile> files;
     std::vector<std::wstring> existing;
     for (const fs::path& path : paths) {
         std::error_code ignored;
@@ -329,41 +343,39 @@ void ItemCommands::Upload(std::vector<fs::path> paths) {
             Tell(Text(IDS_NOT_A_FILE, {DisplayText(path.wstring())}));
             continue;
         }
-        files.push_back(path);
-        if (m_view.List().Model().FindName(path.filename().wstring())) {
-            existing.push_back(path.filename().wstring());
+        const std::wstring name = path.filename().wstring();
+        const std::optional<Item> there = m_view.List().Model().FindName(name);
+        if (there && there->kind == ItemKind::File) {
+            files.push_back({path, there});
+            existing.push_back(name);
         } else {
-            fresh.push_back(path);
+            files.push_back({path, std::nullopt});
+            fresh.push_back(files.back());
         }
     }
     if (existing.empty()) {
-        UploadFiles(files);
+        BeginUploads(folderId, files);
     } else {
         AskToReplace(
-            existing, [this, files] { UploadFiles(files); }, [this, fresh] { UploadFiles(fresh); });
+            existing, [this, folderId, files] { BeginUploads(folderId, files); },
+            [this, folderId, fresh] { BeginUploads(folderId, fresh); });
     }
 }
 
-void ItemCommands::UploadFiles(const std::vector<fs::path>& files) {
-    for (const fs::path& file : files) {
-        const std::optional<Item> existing =
-            m_view.List().Model().FindName(file.filename().wstring());
-        BeginUpload(file, existing ? &*existing : nullptr);
+void ItemCommands::BeginUploads(const std::string& folderId,
+                                const std::vector<UploadedFile>& files) {
+    for (const auto& [path, existing] : files) {
+        m_transfers.Begin(m_session.GetClient(),
+                          {.kind = existing ? TransferKind::Replace : TransferKind::Upload,
+                           .name = existing ? existing->name : Utf8(path.filename().wstring()),
+                           .remoteId = existing ? existing->id : folderId,
+                           .local = path},
+                          [this, folderId](const Outcome& outcome) {
+                              if (outcome) {
+                                  m_view.RefreshIf(folderId);
+                              }
+                          });
     }
-}
-
-void ItemCommands::BeginUpload(const fs::path& file, const Item* existing) {
-    const std::string folderId = m_view.Current().back().id;
-    m_transfers.Begin(m_session.GetClient(),
-                      {.kind = existing ? TransferKind::Replace : TransferKind::Upload,
-                       .name = existing ? existing->name : Utf8(file.filename().wstring()),
-                       .remoteId = existing ? existing->id : folderId,
-                       .local = file},
-                      [this, folderId](const Outcome& outcome) {
-                          if (outcome) {
-                              m_view.RefreshIf(folderId);
-                          }
-                      });
 }
 
 void ItemCommands::UploadFolder(const fs::path& source) {

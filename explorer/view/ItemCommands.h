@@ -43,6 +43,7 @@ public:
 
 private:
     struct Batch;
+    struct UploadedFile;
     using Work = std::function<bool(Client&, const Item&, const CallOptions&)>;
 
     /// Makes a call for each item, one after the other, and refreshes the folder.
@@ -54,9 +55,8 @@ private:
     void Launch(const std::filesystem::path& file);
     void HandOver(const std::filesystem::path& file);
     void DownloadInto(const std::filesystem::path& folder, const std::vector<Item>& items);
-    void UploadFiles(const std::vector<std::filesystem::path>& files);
     void UploadFolder(const std::filesystem::path& source);
-    void BeginUpload(const std::filesystem::path& file, const Item* existing);
+    void BeginUploads(const std::string& folderId, const std::vector<UploadedFile>& files);
 
     /// `yes` is called if the user agrees.
     void Ask(PCWSTR icon, std::wstring question, UINT yesLabel, std::function<void()> yes);

@@ -138,7 +138,7 @@ const MainWindow::CommandRow* MainWindow::FindCommand(UINT id) {
          }},
         {IDM_CLEAR, [](Self w) { return w.m_pane->CanClear(); },
          [](MainWindow& w) {
-             w.m_transfers.ClearEnded();
+             w.m_pane->ClearEnded();
          }},
         {IDM_NEXT_PANE, kAlways,
          [](MainWindow& w) {

@@ -75,6 +75,12 @@ void TransfersPane::RetrySelected() {
     }
 }
 
+void TransfersPane::ClearEnded() {
+    m_model.ClearEnded();
+    // The list goes by places, at which other transfers stand now.
+    ListView_SetItemState(m_list, -1, 0, LVIS_SELECTED | LVIS_FOCUSED);
+}
+
 const TransfersModel::Row* TransfersPane::SelectedFailure() const {
     const std::vector<std::size_t> selected = Selected();
     const TransfersModel::Row* const row =

@@ -27,6 +27,8 @@ public:
     bool CanClear() const { return m_model.ActiveCount() < m_model.Count(); }
     void CancelSelected();
     void RetrySelected();
+    /// Forgets what has ended.
+    void ClearEnded();
 
 private:
     LRESULT OnMessage(UINT message, WPARAM wide, LPARAM longer) override;

@@ -101,6 +101,11 @@ TEST_F(ItemsTest, EveryCommandIsGreyWhereItDoesNotApply) {
     Command(IDM_SELECT_ALL);
     expect("all",
            {{IDM_OPEN, false}, {IDM_CHECK_OUT, false}, {IDM_DELETE, true}, {IDM_DOWNLOAD, true}});
+    Command(IDM_UP);
+    expect("another folder is awaited", {{IDM_DELETE, false}, {IDM_UPLOAD, false}});
+    Type(IDC_ADDRESS, L"/Projects/Bridge");
+    Command(IDOK);
+    expect("a path is followed", {{IDM_DELETE, false}, {IDM_UPLOAD, false}});
 }
 
 TEST_F(ItemsTest, FoldersAreMadeAndItemsDeletedOnceTheUserAgrees) {

@@ -70,8 +70,9 @@ TEST_F(TransfersTest, UploadsWhatIsDroppedAndReplacesWhatIsThere) {
         PumpUntil([&] { return !IsEnabled(IDM_CANCEL) && Column(TransferList()).size() == 2; }));
 
     Write(L"Été 📷.txt", "another");
-    Drop({file});
+    Drop({file, Write(L"Bridge", "a file with a folder's name")});
     ASSERT_TRUE(AwaitDialog(IDC_MESSAGE_ICON));
+    EXPECT_NE(DialogText(IDC_STATE).find(L"Été"), std::wstring::npos) << "it alone is there";
     PressChoice(2); // replace it
     ASSERT_TRUE(PumpUntil([&] {
         return Items(1) == std::vector<std::wstring>{L"", L"", L"", L"292 KB", L"7 bytes"};
@@ -92,14 +93,15 @@ TEST_F(TransfersTest, AFailureIsToldInWordsAndWhatHasEndedCanBeTriedAgain) {
     EXPECT_NE(DialogText(IDC_DETAILS_TEXT), L"");
     PressChoice(0);
     BeginEndless();
-    ListView_SetItemState(TransferList(), -1, 0, LVIS_SELECTED);
-    SelectTransfer(1);
+    Command(IDM_CLEAR);
+    EXPECT_FALSE(IsEnabled(IDM_CANCEL)) << "the one that was selected is gone";
+    SelectTransfer(0);
     Command(IDM_CANCEL);
-    ASSERT_TRUE(PumpUntil([&] { return Column(TransferList(), 3).at(1) == Text(IDS_CANCELLED); }));
+    ASSERT_TRUE(AwaitTransfers({Text(IDS_CANCELLED)}));
     EXPECT_FALSE(IsEnabled(IDM_CANCEL));
     m_service.Misbehave({});
     Command(IDM_RETRY);
-    ASSERT_TRUE(PumpUntil([&] { return Column(TransferList(), 3).at(1) == Text(IDS_FINISHED); }));
+    ASSERT_TRUE(AwaitTransfers({Text(IDS_FINISHED)}));
     Command(IDM_CLEAR);
     EXPECT_TRUE(Column(TransferList()).empty());
 }
