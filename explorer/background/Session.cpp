@@ -7,19 +7,20 @@ namespace brevint::explorer {
 Session::Session(Worker& worker, Executor executor, Listener listener)
     : m_worker(worker), m_executor(std::move(executor)), m_listener(std::move(listener)) {}
 
-Error Session::Open(const std::string& url) {
+std::shared_ptr<Client> Session::ClientFor(const std::string& url, Error& error) const {
     if (m_client && url == m_url) {
-        return {};
+        return m_client;
     }
-    Error error;
-    const auto client =
-        std::make_shared<Client>(url, ClientSettings{.executor = m_executor}, &error);
-    if (!error) {
+    auto client = std::make_shared<Client>(url, ClientSettings{.executor = m_executor}, &error);
+    return error ? nullptr : client;
+}
+
+void Session::Open(const std::string& url, const std::shared_ptr<Client>& client) {
+    if (client != m_client) {
         Close();
         m_url = url;
         m_client = client;
     }
-    return error;
 }
 
 void Session::Close() {

@@ -9,14 +9,15 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
 namespace brevint::explorer {
 
 /// The user's session with one service, and the calls that are made in it. A call that finds no
-/// session waits until the user has signed in, and is then made again. All of it is on the window's
-/// thread; a result comes to nobody once the object is gone.
+/// session or no service waits until the user has signed in, and is then made again. All of it is
+/// on the window's thread; a result comes to nobody once the object is gone.
 class Session {
 public:
     struct Listener {
@@ -29,9 +30,11 @@ public:
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    /// Turns to a service. Nothing is sent. Another service's calls are given up. Returns what is
-    /// wrong with the address.
-    Error Open(const std::string& url);
+    /// A client for the service of that address: the session's own, or a new one that the session
+    /// does not know yet. Null where something is wrong with the address. Nothing is sent.
+    std::shared_ptr<Client> ClientFor(const std::string& url, Error& error) const;
+    /// Turns to the service of such a client. Another client's calls are given up.
+    void Open(const std::string& url, const std::shared_ptr<Client>& client);
     /// Gives up the service with all calls.
     void Close();
 
@@ -44,6 +47,13 @@ public:
     CallId Call(Work work, Done done) {
         const CallId id = ++m_lastCall;
         Make(id, std::move(work), std::move(done));
+        return id;
+    }
+    /// The same in a client that may not be the session's. It never waits for a sign-in.
+    template <class Work, class Done>
+    CallId CallIn(const std::shared_ptr<Client>& client, Work work, Done done) {
+        const CallId id = ++m_lastCall;
+        MakeIn(client, id, std::move(work), std::move(done));
         return id;
     }
     /// Its result is wanted by nobody any more.
@@ -79,24 +89,42 @@ private:
 
     template <class Work, class Done>
     void Make(CallId id, Work work, Done done) {
-        auto onThread = [client = m_client, work](const StopToken& stop) {
-            return work(*client, CallOptions{.stop = stop, .limit = kLimit});
-        };
-        auto onWindow = [this, id, work, done](auto reply) {
-            m_calls.erase(id);
-            m_listener.onCallsChanged();
+        if (!m_client) {
+            using Value = std::invoke_result_t<Work, Client&, const CallOptions&>;
+            Wait(id, work, done,
+                 Reply<Value>{{.failure = Failure::NotSignedIn, .text = "There is no session."}});
+            return;
+        }
+        MakeIn(m_client, id, work, [this, id, work, done](auto reply) {
             if (reply.error.failure == Failure::NotSignedIn) {
-                m_waiting.push_back({id, [=, this] { Make(id, work, done); },
-                                     [=] {
-                                         done(reply);
-                                     }});
-                m_listener.onSignInNeeded();
+                Wait(id, work, done, reply);
             } else {
                 done(std::move(reply));
             }
+        });
+    }
+
+    template <class Work, class Done>
+    void MakeIn(const std::shared_ptr<Client>& client, CallId id, Work work, Done done) {
+        auto onThread = [client, work](const StopToken& stop) {
+            return work(*client, CallOptions{.stop = stop, .limit = kLimit});
+        };
+        auto onWindow = [this, id, done](auto reply) {
+            m_calls.erase(id);
+            m_listener.onCallsChanged();
+            done(std::move(reply));
         };
         m_calls[id] = {Clock::now(), m_worker.Run(std::move(onThread), std::move(onWindow))};
         m_listener.onCallsChanged();
+    }
+
+    template <class Work, class Done, class Reply>
+    void Wait(CallId id, Work work, Done done, Reply reply) {
+        m_waiting.push_back({id, [=, this] { Make(id, work, done); },
+                             [=] {
+                                 done(reply);
+                             }});
+        m_listener.onSignInNeeded();
     }
 
     Worker& m_worker;

@@ -41,6 +41,9 @@ std::vector<FileFailure> Failures(const TransferGroup& group) {
 
 void TransfersModel::Begin(const std::shared_ptr<Client>& client, TransferOrder order,
                            Ended ended) {
+    if (!client) {
+        return;
+    }
     m_entries.push_back(std::make_unique<Entry>());
     Entry& entry = *m_entries.back();
     entry.row.order = std::move(order);

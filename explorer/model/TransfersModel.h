@@ -54,7 +54,8 @@ public:
 
     void SetChanged(Changed changed) { m_changed = std::move(changed); }
 
-    /// `ended` is called once, at the end of the transfer or of one that tries it again.
+    /// `ended` is called once, at the end of the transfer or of one that tries it again. Without a
+    /// client nothing begins.
     void Begin(const std::shared_ptr<Client>& client, TransferOrder order, Ended ended = {});
     void Cancel(std::size_t index);
     /// Begins one anew that was cancelled or has failed.

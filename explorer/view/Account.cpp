@@ -23,16 +23,16 @@ Account::Account(Session& session, DialogStack& dialogs, Settings& settings,
 
 void Account::Start() {
     const std::optional<StoredSession> stored = m_store ? m_store->Load() : std::nullopt;
-    if (!stored || m_session.Open(stored->url)) {
-        AskToSignIn();
-        return;
-    }
     Error error;
-    m_session.GetClient()->RestoreSession(stored->session, {.error = &error});
-    if (error) {
+    const auto client = stored ? m_session.ClientFor(stored->url, error) : nullptr;
+    if (client) {
+        client->RestoreSession(stored->session, {.error = &error});
+    }
+    if (!client || error) {
         AskToSignIn();
         return;
     }
+    m_session.Open(stored->url, client);
     m_user = stored->user;
     Restore();
 }
@@ -81,8 +81,11 @@ void Account::AskToSignIn(std::wstring why) {
 }
 
 void Account::SignIn(const SignInDialog::Entries& entries) {
-    if (const Error error = m_session.Open(entries.url)) {
-        m_dialog->Fail(error);
+    // The session stays with its service until another one has let the user in.
+    Error wrongAddress;
+    const auto service = m_session.ClientFor(entries.url, wrongAddress);
+    if (!service) {
+        m_dialog->Fail(wrongAddress);
         return;
     }
     const auto password = std::make_shared<const Secret>(entries.password);
@@ -100,22 +103,34 @@ void Account::SignIn(const SignInDialog::Entries& entries) {
         client.SignOut(options);
         return client.SignIn(user, password->Text(), options);
     };
-    m_signIn = m_session.Call(signIn, [this, user = entries.user,
-                                       stays = entries.staysSignedIn](const Reply<bool>& reply) {
+    const auto done = [this, service, url = entries.url, user = entries.user,
+                       stays = entries.staysSignedIn](const Reply<bool>& reply) {
         m_signIn.reset();
         if (reply.error) {
             m_dialog->Fail(reply.error);
-        } else {
-            OnSignedIn(user, stays);
+            return;
         }
-    });
+        std::exchange(m_dialog, nullptr)->Succeed();
+        TurnTo(url, service, user);
+        OnSignedIn(stays);
+    };
+    m_signIn = m_session.CallIn(service, signIn, done);
 }
 
-void Account::OnSignedIn(const std::string& user, bool staysSignedIn) {
-    std::exchange(m_dialog, nullptr)->Succeed();
+void Account::TurnTo(const std::string& url, const std::shared_ptr<Client>& client,
+                     const std::string& user) {
+    // What waits was wanted of that service, and by that user.
+    if (client != m_session.GetClient() || FoldCase(Wide(user)) != FoldCase(Wide(m_user))) {
+        m_session.FailCalls();
+        m_listener.onLeaving();
+    }
+    m_session.Open(url, client);
     m_user = user;
+}
+
+void Account::OnSignedIn(bool staysSignedIn) {
     m_settings.SetText(kAddress, Wide(m_session.Url()));
-    m_settings.SetText(kUser, Wide(user));
+    m_settings.SetText(kUser, Wide(m_user));
     m_settings.SetNumber(kStays, staysSignedIn ? 1 : 0);
     if (m_store) {
         m_store->Forget();
@@ -123,7 +138,7 @@ void Account::OnSignedIn(const std::string& user, bool staysSignedIn) {
     if (staysSignedIn) {
         Error error;
         const Secret saved(m_session.GetClient()->SaveSession({.error = &error}));
-        if (error || !m_store || !m_store->Save({m_session.Url(), user, saved.Text()})) {
+        if (error || !m_store || !m_store->Save({m_session.Url(), m_user, saved.Text()})) {
             m_dialogs.ShowMessage({.icon = IDI_WARNING,
                                    .title = Text(IDS_TITLE),
                                    .text = Text(IDS_SESSION_NOT_KEPT),
@@ -158,6 +173,10 @@ void Account::SignOut() {
             }
         },
         [this](const Reply<bool>& reply) {
+            // What is open belongs to the session.
+            m_dialog = nullptr;
+            m_signIn.reset();
+            m_dialogs.CloseAll();
             m_session.Close();
             m_isSignedIn = false;
             m_listener.onSignedOut();

@@ -19,6 +19,7 @@ public:
     struct Listener {
         std::function<void()> onSignedIn;
         std::function<void()> onSignedOut; ///< Or not signed in after all.
+        std::function<void()> onLeaving;   ///< Another user, or service, is about to follow.
         /// The stored session cannot be tried.
         std::function<void(const Error&, std::function<void()> again)> onUnreachable;
     };
@@ -39,7 +40,10 @@ public:
 
 private:
     void SignIn(const SignInDialog::Entries& entries);
-    void OnSignedIn(const std::string& user, bool staysSignedIn);
+    /// Takes service and user for those of the session, whoever they are.
+    void TurnTo(const std::string& url, const std::shared_ptr<Client>& client,
+                const std::string& user);
+    void OnSignedIn(bool staysSignedIn);
     void OnRefused();
     void Restore();
 

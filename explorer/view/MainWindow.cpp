@@ -42,6 +42,7 @@ MainWindow::MainWindow(Surroundings surroundings)
       m_account(m_session, m_dialogs, m_settings, m_surroundings.store,
                 {.onSignedIn = [this] { OnSignedIn(); },
                  .onSignedOut = [this] { OnSignedOut(); },
+                 .onLeaving = [this] { m_transfers.CancelAll(); },
                  .onUnreachable =
                      [this](const Error& error, std::function<void()> again) {
                          m_view->Clear({.text = ErrorText(error),

@@ -69,9 +69,31 @@ TEST_F(SessionTest, GoesOnWithWhatWasWantedAfterTheSessionHasEnded) {
     ASSERT_TRUE(AwaitDialog(IDC_PASSWORD));
     EXPECT_EQ(DialogText(IDC_STATE), Text(IDS_SESSION_ENDED));
     Type(IDC_PASSWORD, L"ada-secret");
+    Type(IDC_URL, Wide(m_service.Url()) + L"/mistyped");
     Press(IDOK);
+    ASSERT_TRUE(PumpUntil([&] { return IsWindowEnabled(GetDlgItem(Dialog(), IDOK)); }));
+    SignIn();
     ASSERT_TRUE(PumpUntil([&] { return Items().size() == 6; }));
     EXPECT_EQ(explorer::GetText(Child(IDC_ADDRESS)), L"/Projects/Bridge");
+}
+
+TEST_F(SessionTest, NothingThatOneUserWantedIsDoneForAnother) {
+    GoTo(L"/Projects/Bridge");
+    m_service.Misbehave({.endsSession = true, .requests = 1});
+    Select(L"Notes.txt");
+    Command(IDM_DOWNLOAD);
+    ASSERT_TRUE(AwaitTransfers({Text(IDS_FINISHED)}));
+    Command(IDM_CHECK_OUT);
+    ASSERT_TRUE(AwaitDialog(IDC_PASSWORD));
+    Type(IDC_USER, L"ben");
+    Type(IDC_PASSWORD, L"ben-secret");
+    Press(IDOK);
+    ASSERT_TRUE(AwaitDialog(IDC_MESSAGE_ICON));
+    EXPECT_NE(DialogText(IDC_STATE).find(L"Notes.txt"), std::wstring::npos) << "it was not done";
+    PressChoice(0);
+    ASSERT_TRUE(AwaitItems(kTop));
+    GoTo(L"/Projects/Bridge");
+    EXPECT_EQ(Items(4), std::vector<std::wstring>(6)) << "nobody has checked out anything";
 }
 
 TEST_F(SessionTest, ASilentServerCanBeGivenUpAtOnce) {
