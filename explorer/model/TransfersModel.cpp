@@ -12,7 +12,11 @@ namespace brevint::explorer {
 
 namespace {
 
-std::wstring RunningText(const Progress& progress) {
+std::wstring RunningText(const TransfersModel::Row& row) {
+    const Progress& progress = row.progress;
+    if (row.silence >= kLongSilence) {
+        return Text(IDS_SILENT, {DurationText(row.silence)});
+    }
     const std::wstring rate = Text(IDS_RATE, {SizeText(progress.bytesPerSecond)});
     return progress.timeLeft ? Text(IDS_RATE_AND_TIME_LEFT, {rate, DurationText(progress.timeLeft)})
                              : rate;
@@ -88,7 +92,13 @@ void TransfersModel::OnProgress(Entry& entry, const Progress& progress) {
     if (IsFinal(entry.row.progress.state)) {
         return;
     }
+    const std::uint64_t seen = entry.row.progress.bytesDone;
+    if (progress.state != entry.row.progress.state) {
+        entry.lastMove = {};
+    }
     entry.row.progress = progress;
+    entry.row.progress.bytesDone = seen; // Look may have seen more
+    NoteBytes(entry, std::max(seen, progress.bytesDone));
     if (IsFinal(progress.state)) {
         entry.row.outcome = entry.group ? entry.group.GetOutcome() : entry.transfer.GetOutcome();
     }
@@ -111,6 +121,25 @@ void TransfersModel::OnProgress(Entry& entry, const GroupProgress& progress) {
                                .bytesTotal = progress.bytesTotal,
                                .bytesPerSecond = progress.bytesPerSecond,
                                .timeLeft = progress.timeLeft});
+}
+
+void TransfersModel::NoteBytes(Entry& entry, std::uint64_t bytesDone) {
+    const Clock::time_point now = Clock::now();
+    if (entry.lastMove == Clock::time_point() || bytesDone != entry.row.progress.bytesDone) {
+        entry.lastMove = now;
+    }
+    entry.row.progress.bytesDone = bytesDone;
+    entry.row.silence = std::chrono::duration_cast<std::chrono::seconds>(now - entry.lastMove);
+}
+
+void TransfersModel::Look() {
+    for (const auto& entry : m_entries) {
+        if (entry->row.progress.state == TransferState::Running) {
+            NoteBytes(*entry, entry->group ? entry->group.GetProgress().bytesDone
+                                           : entry->transfer.GetProgress().bytesDone);
+            Tell(*entry);
+        }
+    }
 }
 
 void TransfersModel::Tell(const Entry& entry) {
@@ -143,6 +172,7 @@ void TransfersModel::Retry(std::size_t index) {
     entry.transfer = {};
     entry.group = {};
     entry.row = {.order = std::move(entry.row.order)};
+    entry.lastMove = {};
     Start(entry);
     Tell(entry);
 }
@@ -170,10 +200,9 @@ std::wstring StateText(const TransfersModel::Row& row) {
     switch (row.progress.state) {
     case TransferState::Waiting: return Text(IDS_WAITING);
     case TransferState::Running:
-        return isFolder
-                   ? Text(IDS_FILES_RUNNING, {NumberText(row.filesDone), NumberText(row.filesTotal),
-                                              RunningText(row.progress)})
-                   : RunningText(row.progress);
+        return isFolder ? Text(IDS_FILES_RUNNING, {NumberText(row.filesDone),
+                                                   NumberText(row.filesTotal), RunningText(row)})
+                        : RunningText(row);
     case TransferState::Processing: return Text(IDS_PROCESSING);
     case TransferState::NeedsSignIn: return Text(IDS_NEEDS_SIGN_IN);
     case TransferState::Finished:

@@ -2,6 +2,7 @@
 
 #include "brevint/client.h"
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -30,6 +31,9 @@ struct FileFailure {
     Error error;
 };
 
+/// From then on the user is told that nothing comes.
+inline constexpr std::chrono::seconds kLongSilence{5};
+
 /// Transfers, those under way and those that have ended. All of it on the thread that the client's
 /// executor calls.
 class TransfersModel {
@@ -42,6 +46,7 @@ public:
     struct Row {
         TransferOrder order;
         Progress progress = {};
+        std::chrono::seconds silence{};         ///< While it runs: since when nothing has moved.
         Outcome outcome = {};                   ///< Once the state is final.
         std::size_t filesTotal = 0;             ///< Of a folder.
         std::size_t filesDone = 0;              ///< Of a folder.
@@ -63,6 +68,8 @@ public:
     /// Forgets what has ended.
     void ClearEnded();
     void CancelAll();
+    /// Looks at those that run, since one that stands still tells of nothing.
+    void Look();
 
     std::size_t Count() const { return m_entries.size(); }
     const Row& At(std::size_t index) const { return m_entries[index]->row; }
@@ -75,8 +82,11 @@ public:
     }
 
 private:
+    using Clock = std::chrono::steady_clock;
+
     struct Entry {
         Row row;
+        Clock::time_point lastMove;
         Ended ended;
         std::shared_ptr<Client> client;
         Transfer transfer;
@@ -84,6 +94,7 @@ private:
     };
 
     void Start(Entry& entry);
+    static void NoteBytes(Entry& entry, std::uint64_t bytesDone);
     void OnProgress(Entry& entry, const Progress& progress);
     void OnProgress(Entry& entry, const GroupProgress& progress);
     void Tell(const Entry& entry);

@@ -73,6 +73,7 @@ std::wstring NumberText(std::uint64_t number) {
     wchar_t separator[8] = L",";
     GetLocaleInfoEx(LOCALE_NAME_USER_DEFAULT, LOCALE_STHOUSAND, separator, 8);
     NUMBERFMTW format = {};
+    format.LeadingZero = 1; // or there would be no zero at all
     format.Grouping = 3;
     format.lpDecimalSep = point;
     format.lpThousandSep = separator;

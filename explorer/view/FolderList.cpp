@@ -14,7 +14,7 @@ namespace brevint::explorer {
 
 namespace {
 
-constexpr std::array<int, kColumnCount> kWidths = {260, 80, 110, 130, 110, 220};
+constexpr std::array<int, kColumnCount> kWidths = {250, 75, 85, 125, 105, 205};
 
 bool IsNumber(std::size_t column) {
     return column == static_cast<std::size_t>(Column::Size);

@@ -148,9 +148,11 @@ void ItemCommands::Delete() {
     if (items.empty()) {
         return;
     }
-    const std::wstring question =
-        items.size() == 1 ? Text(IDS_ASK_DELETE_ONE, {DisplayText(Wide(items.front().name))})
-                          : Text(IDS_ASK_DELETE_MANY, {NumberText(items.size())});
+    const UINT askForOne =
+        items.front().kind == ItemKind::Folder ? IDS_ASK_DELETE_FOLDER : IDS_ASK_DELETE_ONE;
+    const std::wstring question = items.size() == 1
+                                      ? Text(askForOne, {DisplayText(Wide(items.front().name))})
+                                      : Text(IDS_ASK_DELETE_MANY, {NumberText(items.size())});
     Ask(IDI_WARNING, question, IDS_DO_DELETE, [this, items] {
         ForEach(items, [](Client& client, const Item& item, const CallOptions& options) {
             return client.Delete(item, options);

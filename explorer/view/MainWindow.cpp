@@ -20,7 +20,6 @@ namespace {
 constexpr UINT kUpdate = WM_APP + 1;
 constexpr UINT_PTR kWaitTimer = 1;
 constexpr UINT kSecond = 1000;
-constexpr std::chrono::seconds kLongSilence{5};
 
 constexpr UINT kTools[] = {IDM_UP,   IDM_REFRESH,   IDM_NEW_FOLDER, IDM_UPLOAD, IDM_DOWNLOAD,
                            IDM_OPEN, IDM_CHECK_OUT, IDM_CHECK_IN,   IDM_DELETE, IDM_STOP};
@@ -33,7 +32,7 @@ MainWindow::MainWindow(Surroundings surroundings)
       m_itemKeys(LoadAcceleratorsW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDR_ITEMS))),
       m_worker(m_surroundings.dispatcher.GetExecutor()),
       m_session(m_worker, m_surroundings.dispatcher.GetExecutor(),
-                {.onCallsChanged = [this] { OnCallsChanged(); },
+                {.onCallsChanged = [this] { UpdateLater(); },
                  .onSignInNeeded =
                      [this] {
                          m_account.AskToSignIn(Text(IDS_SESSION_ENDED));
@@ -214,7 +213,10 @@ LRESULT MainWindow::OnMessage(UINT message, WPARAM wide, LPARAM longer) {
             ReleaseCapture();
         }
         return 0;
-    case WM_TIMER: UpdateStatus(); return 0;
+    case WM_TIMER:
+        m_transfers.Look();
+        UpdateStatus();
+        return 0;
     case kUpdate:
         m_updateIsDue = false;
         Update();
@@ -374,15 +376,6 @@ void MainWindow::OnLocation() {
     UpdateLater();
 }
 
-void MainWindow::OnCallsChanged() {
-    if (m_session.IsBusy()) {
-        SetTimer(Handle(), kWaitTimer, kSecond, nullptr);
-    } else {
-        KillTimer(Handle(), kWaitTimer);
-    }
-    UpdateLater();
-}
-
 void MainWindow::OnTransfersChanged(std::optional<std::size_t> index) {
     m_pane->Update(index);
     // Whoever does not want to sign in now is not asked again for the same transfers.
@@ -407,6 +400,14 @@ void MainWindow::Update() {
     SetText(Handle(), m_view->IsListed() ? Text(IDS_TITLE_IN_FOLDER,
                                                 {DisplayText(Wide(m_view->Current().back().name))})
                                          : Text(IDS_TITLE));
+    const bool waits = m_session.IsBusy() || m_transfers.ActiveCount() > 0;
+    if (waits != std::exchange(m_waits, waits)) {
+        if (waits) {
+            SetTimer(Handle(), kWaitTimer, kSecond, nullptr);
+        } else {
+            KillTimer(Handle(), kWaitTimer);
+        }
+    }
     UpdateStatus();
 }
 

@@ -77,7 +77,6 @@ private:
     void OnSignedIn();
     void OnSignedOut();
     void OnLocation();
-    void OnCallsChanged();
     void OnTransfersChanged(std::optional<std::size_t> index);
     void SignOut();
     void AskIfTransfersRun(UINT question, UINT yesLabel, std::function<void()> yes);
@@ -98,6 +97,7 @@ private:
     int m_paneHeight = 150;     ///< Likewise.
     bool m_isMaximized = false; ///< It was when it was closed last.
     bool m_updateIsDue = false;
+    bool m_waits = false;             ///< For replies or transfers; the timer runs then.
     bool m_usedAlt = false;           ///< It is held down, and a key of ours was pressed with it.
     bool m_askedForTransfers = false; ///< To sign in.
     enum class Split { None, Tree, Pane } m_split = Split::None;

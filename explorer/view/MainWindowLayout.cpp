@@ -142,7 +142,7 @@ void MainWindow::RestorePlacement() {
     if (isKnown && MonitorFromRect(&place, MONITOR_DEFAULTTONULL)) {
         SetWindowPlacement(Handle(), &placement); // SW_HIDE: Start shows it
     } else {
-        SetWindowPos(Handle(), nullptr, 0, 0, Scaled(Handle(), 1000), Scaled(Handle(), 680),
+        SetWindowPos(Handle(), nullptr, 0, 0, Scaled(Handle(), 1100), Scaled(Handle(), 700),
                      SWP_NOZORDER | SWP_NOMOVE);
     }
 }

@@ -15,7 +15,8 @@ namespace brevint::explorer {
 namespace {
 
 constexpr int kProgressColumn = 2;
-constexpr int kWidths[] = {240, 120, 150, 420};
+constexpr int kStateColumn = 3;
+constexpr int kWidths[] = {240, 130, 130, 0};
 constexpr UINT kButtons[] = {IDM_CANCEL, IDM_RETRY, IDM_CLEAR};
 
 } // namespace
@@ -217,6 +218,7 @@ void TransfersPane::Arrange() {
     const int width = Scaled(Handle(), 110);
     const int height = Scaled(Handle(), 26);
     MoveWindow(m_list, 0, 0, std::max(0L, client.right - width - 2 * gap), client.bottom, TRUE);
+    ListView_SetColumnWidth(m_list, kStateColumn, LVSCW_AUTOSIZE_USEHEADER); // takes what is left
     int top = 0;
     for (const UINT id : kButtons) {
         MoveWindow(GetDlgItem(Handle(), static_cast<int>(id)), client.right - width - gap, top,

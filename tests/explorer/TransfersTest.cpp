@@ -106,8 +106,10 @@ TEST_F(TransfersTest, AFailureIsToldInWordsAndWhatHasEndedCanBeTriedAgain) {
     EXPECT_TRUE(Column(TransferList()).empty());
 }
 
-TEST_F(TransfersTest, ClosingTheWindowAsksWhileTransfersRun) {
+TEST_F(TransfersTest, ATransferThatStandsStillSaysSoAndClosingTheWindowAsks) {
     BeginEndless();
+    const std::wstring silent = Text(IDS_SILENT, {L"5 sec"});
+    ASSERT_TRUE(AwaitTransfers({silent}));
     SendMessageW(Main(), WM_CLOSE, 0, 0);
     ASSERT_TRUE(AwaitDialog(IDC_MESSAGE_ICON));
     PressChoice(0); // stay
