@@ -17,7 +17,38 @@ std::wstring TextOf(HWND window) {
     return window ? explorer::GetText(window) : std::wstring();
 }
 
+void AddKey(std::vector<INPUT>& inputs, WORD key, WORD character, DWORD flags) {
+    INPUT input = {};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = key;
+    input.ki.wScan = character;
+    input.ki.dwFlags = flags;
+    inputs.push_back(input);
+}
+
 } // namespace
+
+void Key(WORD key, WORD modifier) {
+    std::vector<INPUT> inputs;
+    if (modifier != 0) {
+        AddKey(inputs, modifier, 0, 0);
+    }
+    AddKey(inputs, key, 0, 0);
+    AddKey(inputs, key, 0, KEYEVENTF_KEYUP);
+    if (modifier != 0) {
+        AddKey(inputs, modifier, 0, KEYEVENTF_KEYUP);
+    }
+    SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT));
+}
+
+void TypeKeys(std::wstring_view text) {
+    std::vector<INPUT> inputs;
+    for (const wchar_t character : text) {
+        AddKey(inputs, 0, character, KEYEVENTF_UNICODE);
+        AddKey(inputs, 0, character, KEYEVENTF_UNICODE | KEYEVENTF_KEYUP);
+    }
+    SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT));
+}
 
 WindowTest::WindowTest(service::ServiceOptions options) : m_service(std::move(options)) {
     m_service.Start();
@@ -119,24 +150,6 @@ bool WindowTest::IsEnabled(UINT command) const {
         SendMessageW(Main(), WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(menu), i);
     }
     return (GetMenuState(GetMenu(Main()), command, MF_BYCOMMAND) & MF_GRAYED) == 0;
-}
-
-void WindowTest::Key(WORD key, WORD modifier) {
-    std::vector<INPUT> inputs;
-    const auto add = [&inputs](WORD pressed, DWORD flags) {
-        INPUT input = {};
-        input.type = INPUT_KEYBOARD;
-        input.ki.wVk = pressed;
-        input.ki.dwFlags = flags;
-        if (pressed != 0) {
-            inputs.push_back(input);
-        }
-    };
-    add(modifier, 0);
-    add(key, 0);
-    add(key, KEYEVENTF_KEYUP);
-    add(modifier, KEYEVENTF_KEYUP);
-    SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT));
 }
 
 std::vector<std::wstring> WindowTest::Column(HWND list, int column) const {

@@ -12,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace brevint::test {
@@ -38,6 +39,10 @@ public:
         return true;
     }
 };
+
+/// As the keyboard does, with the focus where it is.
+void Key(WORD key, WORD modifier = 0);
+void TypeKeys(std::wstring_view text);
 
 /// The program's window, over the library and a service of its own. The test's thread is the
 /// window's: nothing happens to the window but while PumpUntil is called.
@@ -72,8 +77,6 @@ protected:
     /// As the menu and the tool bar do.
     void Command(UINT id) { SendMessageW(Main(), WM_COMMAND, id, 0); }
     bool IsEnabled(UINT command) const;
-    /// As the keyboard does, with the focus where it is.
-    void Key(WORD key, WORD modifier = 0);
 
     /// The texts of a column of the list or the transfers.
     std::vector<std::wstring> Column(HWND list, int column = 0) const;
