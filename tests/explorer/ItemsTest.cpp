@@ -1,6 +1,9 @@
 #include "tests/explorer/WindowFixture.h"
 
 #include "explorer/system/Text.h"
+#include "tests/support/Environment.h"
+
+#include <psapi.h>
 
 namespace brevint::test {
 namespace {
@@ -145,6 +148,26 @@ TEST_F(ItemsTest, PropertiesAndPathsCanBeCopied) {
     Press(IDCANCEL);
     Command(IDM_COPY_PATH);
     EXPECT_EQ(m_desktop.copied, L"/Projects/Big.bin");
+}
+
+TEST_F(ItemsTest, RefreshingLeavesNothingBehind) {
+    const auto refresh = [&](int times) {
+        for (int i = 0; i < times; ++i) {
+            Command(IDM_REFRESH);
+            ASSERT_TRUE(PumpUntil([&] { return !IsEnabled(IDM_STOP); }));
+        }
+    };
+    const auto memory = [] {
+        PROCESS_MEMORY_COUNTERS counters = {};
+        GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
+        return counters.PagefileUsage;
+    };
+    refresh(100); // until all that is kept is there
+    const auto memoryBefore = memory();
+    const std::size_t handlesBefore = CountHandles();
+    refresh(300);
+    EXPECT_LT(memory(), memoryBefore + 150'000);
+    EXPECT_LT(CountHandles(), handlesBefore + 100);
 }
 
 TEST_F(ItemsTest, GrowsWithTheScreenAndRemembersItsSize) {
