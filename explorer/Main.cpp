@@ -36,6 +36,7 @@ std::wstring Profile() {
 } // namespace
 } // namespace brevint::explorer
 
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): Windows has its own names
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int showCommand) {
     using namespace brevint::explorer;
     const Com com;

@@ -40,6 +40,7 @@
 #define IDM_CLEAR 222
 #define IDM_NEXT_PANE 223
 #define IDM_TRANSFER_DETAILS 224
+#define IDM_SORT_FIRST 225 /* And those of the other columns, in their order. */
 
 /* Controls of the main window. */
 #define IDC_TOOLBAR 300

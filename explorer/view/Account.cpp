@@ -23,12 +23,16 @@ Account::Account(Session& session, DialogStack& dialogs, Settings& settings,
 
 void Account::Start() {
     const std::optional<StoredSession> stored = m_store ? m_store->Load() : std::nullopt;
+    if (!stored) {
+        AskToSignIn();
+        return;
+    }
     Error error;
-    const auto client = stored ? m_session.ClientFor(stored->url, error) : nullptr;
+    const auto client = m_session.ClientFor(stored->url, error);
     if (client) {
         client->RestoreSession(stored->session, {.error = &error});
     }
-    if (!client || error) {
+    if (error) {
         AskToSignIn();
         return;
     }

@@ -50,12 +50,9 @@ LRESULT FolderList::OnNotify(const NMHDR& header) {
     case LVN_GETDISPINFOW:
         OnDisplay(reinterpret_cast<NMLVDISPINFOW*>(const_cast<NMHDR*>(&header))->item);
         break;
-    case LVN_COLUMNCLICK: {
-        const auto column =
-            static_cast<Column>(reinterpret_cast<const NMLISTVIEW&>(header).iSubItem);
-        Sort(column, column == m_model.SortColumn() && !m_model.IsDescending());
+    case LVN_COLUMNCLICK:
+        SortBy(static_cast<Column>(reinterpret_cast<const NMLISTVIEW&>(header).iSubItem));
         break;
-    }
     case LVN_ODFINDITEMW: {
         const auto& search = reinterpret_cast<const NMLVFINDITEMW&>(header);
         if ((search.lvfi.flags & (LVFI_STRING | LVFI_PARTIAL)) == 0) {
@@ -114,6 +111,10 @@ void FolderList::Show(FolderModel model, bool keepsSelection) {
 void FolderList::Filter(const std::wstring& text) {
     m_filter = text;
     Change([&] { m_model.Arrange(m_model.SortColumn(), m_model.IsDescending(), text); });
+}
+
+void FolderList::SortBy(Column column) {
+    Sort(column, column == m_model.SortColumn() && !m_model.IsDescending());
 }
 
 void FolderList::Sort(Column column, bool isDescending) {

@@ -38,6 +38,8 @@ public:
     /// `keepsSelection` says so.
     void Show(FolderModel model, bool keepsSelection);
     void Filter(const std::wstring& text);
+    /// The other way round if that is the order already.
+    void SortBy(Column column);
 
     Selection GetSelection() const;
     std::vector<Item> SelectedItems() const;

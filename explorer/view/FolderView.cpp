@@ -50,7 +50,7 @@ FolderView::FolderView(HWND parent, Session& session, Listener listener)
                           }}),
       m_notice(parent) {}
 
-void FolderView::GoTo(Location location, std::string selectedId) {
+void FolderView::GoTo(Location location, const std::string& selectedId) {
     if (location.empty()) {
         return;
     }
@@ -62,7 +62,7 @@ void FolderView::GoTo(Location location, std::string selectedId) {
     m_tree.Select(m_location);
     m_listener.onLocation();
     ShowNotice({.text = Text(IDS_LOADING)});
-    Fetch(std::move(selectedId), false);
+    Fetch(selectedId, false);
 }
 
 void FolderView::GoToPath(const std::string& path) {
@@ -94,19 +94,19 @@ void FolderView::GoUp() {
     }
 }
 
-void FolderView::Refresh(std::string selectedId) {
+void FolderView::Refresh(const std::string& selectedId) {
     if (!m_location.empty()) {
-        Fetch(std::move(selectedId), true);
+        Fetch(selectedId, true);
     }
 }
 
-void FolderView::RefreshIf(const std::string& folderId, std::string selectedId) {
+void FolderView::RefreshIf(const std::string& folderId, const std::string& selectedId) {
     if (!m_followsPath && !m_location.empty() && m_location.back().id == folderId) {
-        Refresh(std::move(selectedId));
+        Refresh(selectedId);
     }
 }
 
-void FolderView::Fetch(std::string selectedId, bool keepsSelection) {
+void FolderView::Fetch(const std::string& selectedId, bool keepsSelection) {
     DropListing();
     m_followsPath = false;
     m_listing = m_session.Call(
@@ -128,8 +128,8 @@ void FolderView::Fetch(std::string selectedId, bool keepsSelection) {
 }
 
 void FolderView::DropListing() {
-    if (m_listing) {
-        m_session.Drop(*std::exchange(m_listing, std::nullopt));
+    if (const auto listing = std::exchange(m_listing, std::nullopt)) {
+        m_session.Drop(*listing);
     }
 }
 

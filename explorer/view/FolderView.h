@@ -35,13 +35,13 @@ public:
     Notice& Message() { return m_notice; }
 
     /// Lists a folder. In the end the item of that identifier is selected, if there is one.
-    void GoTo(Location location, std::string selectedId = {});
+    void GoTo(Location location, const std::string& selectedId = {});
     void GoToPath(const std::string& path);
     void GoUp();
     /// Lists the folder anew, and keeps what is selected.
-    void Refresh(std::string selectedId = {});
+    void Refresh(const std::string& selectedId = {});
     /// Refreshes if that is the folder that is shown.
-    void RefreshIf(const std::string& folderId, std::string selectedId = {});
+    void RefreshIf(const std::string& folderId, const std::string& selectedId = {});
     void Filter(const std::wstring& text);
 
     /// Begins with the roots, after a sign-in, or goes on with the folder that was shown.
@@ -54,7 +54,7 @@ public:
     void FocusList();
 
 private:
-    void Fetch(std::string selectedId, bool keepsSelection);
+    void Fetch(const std::string& selectedId, bool keepsSelection);
     void DropListing();
     void ShowFailure(const Error& error, std::function<void()> again);
     void ShowWhatIsThere();

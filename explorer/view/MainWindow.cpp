@@ -175,6 +175,9 @@ LRESULT MainWindow::OnMessage(UINT message, WPARAM wide, LPARAM longer) {
                 EnableMenuItem(menu, id, MF_BYCOMMAND | (IsEnabled(id) ? MF_ENABLED : MF_GRAYED));
             }
         }
+        CheckMenuRadioItem(menu, IDM_SORT_FIRST, IDM_SORT_FIRST + kColumnCount - 1,
+                           IDM_SORT_FIRST + static_cast<UINT>(m_view->List().Model().SortColumn()),
+                           MF_BYCOMMAND);
         return 0;
     }
     case WM_CONTEXTMENU:
@@ -260,6 +263,8 @@ void MainWindow::OnCommand(UINT id, UINT notification) {
         OnEnter();
     } else if (id == IDCANCEL) {
         OnEscape();
+    } else if (id >= IDM_SORT_FIRST && id < IDM_SORT_FIRST + kColumnCount) {
+        m_view->List().SortBy(static_cast<Column>(id - IDM_SORT_FIRST));
     } else if (const CommandRow* const row = FindCommand(id); row && row->isEnabled(*this)) {
         row->run(*this);
     }

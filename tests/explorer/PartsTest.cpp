@@ -27,6 +27,8 @@ protected:
         m_service.Start();
         m_client.emplace(m_service.Url());
         m_client->SignIn("ada", "ada-secret");
+        m_client->CheckOut({kProjects, "B9.bin"});
+        m_client->CreateFolder(kProjects, "New");
         m_model = FolderModel(m_client->List(kProjects));
     }
 
@@ -49,17 +51,32 @@ TEST_F(FolderModelTest, SortsByEveryColumnWithFoldersFirst) {
         bool isDescending;
         std::vector<std::wstring> expected;
     } cases[] = {
-        {Column::Name, false, {L"Archive", L"Bridge", L"Many", L"ä.txt", L"B9.bin", L"b10.bin"}},
-        {Column::Name, true, {L"Many", L"Bridge", L"Archive", L"b10.bin", L"B9.bin", L"ä.txt"}},
-        {Column::Size, false, {L"Archive", L"Bridge", L"Many", L"b10.bin", L"ä.txt", L"B9.bin"}},
+        {Column::Name,
+         false,
+         {L"Archive", L"Bridge", L"Many", L"New", L"ä.txt", L"B9.bin", L"b10.bin"}},
+        {Column::Name,
+         true,
+         {L"New", L"Many", L"Bridge", L"Archive", L"b10.bin", L"B9.bin", L"ä.txt"}},
+        {Column::Size,
+         false,
+         {L"Archive", L"Bridge", L"Many", L"New", L"b10.bin", L"ä.txt", L"B9.bin"}},
+        {Column::Modified,
+         true,
+         {L"New", L"Archive", L"Bridge", L"Many", L"ä.txt", L"B9.bin", L"b10.bin"}},
+        {Column::LockedBy,
+         true,
+         {L"Archive", L"Bridge", L"Many", L"New", L"B9.bin", L"ä.txt", L"b10.bin"}},
         {Column::Description,
          true,
-         {L"Bridge", L"Archive", L"Many", L"ä.txt", L"B9.bin", L"b10.bin"}},
+         {L"Bridge", L"Archive", L"Many", L"New", L"ä.txt", L"B9.bin", L"b10.bin"}},
     };
     for (const auto& [column, isDescending, expected] : cases) {
         m_model.Arrange(column, isDescending, {});
         EXPECT_EQ(Names(), expected) << static_cast<int>(column);
     }
+    m_model = FolderModel(m_client->List({kProjects, "Bridge"}));
+    m_model.Arrange(Column::Type, true, {});
+    EXPECT_EQ(Names().at(1), L"Bridge.project") << "after the folder, and before plain files";
 }
 
 TEST_F(FolderModelTest, FiltersAndFindsWithoutCase) {

@@ -11,26 +11,29 @@
 namespace brevint::test {
 namespace {
 
-/// The shipped program, driven from outside as by a user: by keys, and by what its menu sends.
+/// A program, driven from outside as by a user: by keys, and by what its menu sends.
 class ProgramTest : public testing::Test {
 protected:
-    ProgramTest() {
-        std::wstring command = L"brevint-explorer.exe --profile \"" + m_profile + L'"';
+    ~ProgramTest() override { TerminateProcess(m_process.get(), 1); } // if it has not ended
+
+    void Start(std::wstring command) {
         STARTUPINFOW startup = {};
         startup.cb = sizeof startup;
         PROCESS_INFORMATION made = {};
-        EXPECT_TRUE(CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr,
+        ASSERT_TRUE(CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr,
                                    nullptr, &startup, &made));
         m_process.reset(made.hProcess);
         m_id = made.dwProcessId;
         CloseHandle(made.hThread);
     }
 
-    ~ProgramTest() override {
-        EXPECT_NE(RegDeleteTreeW(HKEY_CURRENT_USER,
-                                 (L"Software\\Brevint\\Explorer\\" + m_profile).c_str()),
-                  ERROR_FILE_NOT_FOUND)
-            << "it has remembered its place";
+    /// Closes the window in front, with which the program ends.
+    void Close() const {
+        PostMessageW(Front(), WM_CLOSE, 0, 0);
+        EXPECT_FALSE(Await([] { return false; }));
+        DWORD status = 1;
+        GetExitCodeProcess(m_process.get(), &status);
+        EXPECT_EQ(status, 0U);
     }
 
     /// Waits until the condition holds. Nothing tells of what another program shows, so this looks
@@ -87,13 +90,23 @@ protected:
         Key(VK_RETURN);
     }
 
-    /// Of a profile of its own, so that what the user has chosen stays out of it.
-    const std::wstring m_profile = L"Test " + std::to_wstring(GetCurrentProcessId());
     HandlePtr m_process;
     DWORD m_id = 0;
 };
 
-TEST_F(ProgramTest, ServesAUserForADay) {
+/// The shipped program, with a profile of its own, so that what the user has chosen stays out of
+/// it.
+class ExplorerProgramTest : public ProgramTest {
+protected:
+    ExplorerProgramTest() { Start(L"brevint-explorer.exe --profile \"" + m_profile + L'"'); }
+    ~ExplorerProgramTest() override {
+        RegDeleteTreeW(HKEY_CURRENT_USER, (L"Software\\Brevint\\Explorer\\" + m_profile).c_str());
+    }
+
+    const std::wstring m_profile = L"Test " + std::to_wstring(GetCurrentProcessId());
+};
+
+TEST_F(ExplorerProgramTest, ServesAUserForADay) {
     const TempFolder local;
     const auto write = [&](const wchar_t* name, std::string_view bytes) {
         const std::filesystem::path path = local.Folder() / name;
@@ -171,11 +184,25 @@ TEST_F(ProgramTest, ServesAUserForADay) {
 
     Command(IDM_SIGN_OUT);
     ASSERT_TRUE(AwaitTitle(L"Brevint Explorer"));
-    PostMessageW(Front(), WM_CLOSE, 0, 0);
-    EXPECT_FALSE(Await([] { return false; })) << "it ends";
-    DWORD status = 1;
-    GetExitCodeProcess(m_process.get(), &status);
-    EXPECT_EQ(status, 0U);
+    Close();
+}
+
+TEST_F(ProgramTest, TheWindowOfTheDocumentsShowsAFolder) {
+    service::ReferenceService service;
+    service.Start();
+    Start(L"window_program.exe");
+    constexpr int kAddress = 100;
+    constexpr int kList = 103;
+    ASSERT_TRUE(AwaitDialog(kAddress));
+    Key(VK_HOME);
+    Key(VK_END, VK_SHIFT);
+    TypeKeys(explorer::Wide(service.Url()));
+    Key(VK_TAB);
+    Key(VK_TAB);
+    TypeKeys(L"ada-secret");
+    Key(VK_RETURN);
+    EXPECT_TRUE(Await([&] { return SendDlgItemMessageW(Front(), kList, LB_GETCOUNT, 0, 0) == 2; }));
+    Close();
 }
 
 } // namespace
