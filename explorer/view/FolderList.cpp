@@ -175,7 +175,7 @@ void FolderList::VisitSelected(Visitor visit) const {
     }
 }
 
-FolderList::Selection FolderList::GetSelection() const {
+Selection FolderList::GetSelection() const {
     if (!m_selection) {
         Selection& selection = m_selection.emplace();
         VisitSelected([&](std::size_t row) {

@@ -12,6 +12,13 @@
 
 namespace brevint::explorer {
 
+/// How much is selected, and of what kind.
+struct Selection {
+    std::size_t count = 0;
+    std::size_t files = 0;
+    std::size_t lockedFiles = 0;
+};
+
 /// What a folder holds, in columns. It asks the model for the rows that it draws, and keeps none.
 class FolderList {
 public:
@@ -19,13 +26,6 @@ public:
         std::function<void()> onSelection;
         std::function<void()> onOpen; ///< What is selected.
     };
-    /// What is selected.
-    struct Selection {
-        std::size_t count = 0;
-        std::size_t files = 0;
-        std::size_t lockedFiles = 0;
-    };
-
     FolderList(HWND parent, Listener listener);
     FolderList(const FolderList&) = delete;
     FolderList& operator=(const FolderList&) = delete;

@@ -326,7 +326,7 @@ void ItemCommands::ChooseFolderUpload() {
     }
 }
 
-void ItemCommands::Upload(std::vector<fs::path> paths) {
+void ItemCommands::Upload(const std::vector<fs::path>& paths) {
     if (m_view.Current().empty()) {
         return;
     }

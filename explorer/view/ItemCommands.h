@@ -39,7 +39,7 @@ public:
     void ChooseUpload();
     void ChooseFolderUpload();
     /// Files and folders, into the folder that is shown.
-    void Upload(std::vector<std::filesystem::path> paths);
+    void Upload(const std::vector<std::filesystem::path>& paths);
 
 private:
     struct Batch;

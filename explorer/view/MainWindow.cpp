@@ -302,7 +302,7 @@ void MainWindow::OnDrop(HDROP drop) {
     }
     DragFinish(drop);
     if (IsEnabled(IDM_UPLOAD) && IsWindowEnabled(Handle())) {
-        m_commands->Upload(std::move(paths));
+        m_commands->Upload(paths);
     }
 }
 

@@ -47,7 +47,7 @@ const MainWindow::CommandRow* MainWindow::FindCommand(UINT id) {
          }},
         {IDM_REPLACE,
          [](Self w) {
-             const FolderList::Selection selection = w.m_view->List().GetSelection();
+             const Selection selection = w.m_view->List().GetSelection();
              return selection.count == 1 && selection.files == 1;
          },
          [](MainWindow& w) {
@@ -55,7 +55,7 @@ const MainWindow::CommandRow* MainWindow::FindCommand(UINT id) {
          }},
         {IDM_CHECK_OUT,
          [](Self w) {
-             const FolderList::Selection selection = w.m_view->List().GetSelection();
+             const Selection selection = w.m_view->List().GetSelection();
              return selection.count > 0 && selection.files == selection.count &&
                     selection.lockedFiles == 0;
          },
@@ -64,7 +64,7 @@ const MainWindow::CommandRow* MainWindow::FindCommand(UINT id) {
          }},
         {IDM_CHECK_IN,
          [](Self w) {
-             const FolderList::Selection selection = w.m_view->List().GetSelection();
+             const Selection selection = w.m_view->List().GetSelection();
              return selection.count > 0 && selection.lockedFiles == selection.count;
          },
          [](MainWindow& w) {
