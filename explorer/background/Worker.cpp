@@ -3,6 +3,7 @@
 #include <list>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 namespace brevint::explorer {
 
@@ -70,7 +71,7 @@ Task Worker::Start(std::function<void(const StopToken&)> work,
         }
     };
     try {
-        place->thread = std::thread([=, execute = m_executor] {
+        place->thread = std::thread([task, end, work = std::move(work), execute = m_executor] {
             work(task->stop.get_token());
             execute([end] { end(nullptr); });
         });

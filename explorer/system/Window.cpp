@@ -1,6 +1,7 @@
 #include "explorer/system/Window.h"
 
 #include <system_error>
+#include <utility>
 
 namespace brevint::explorer {
 
