@@ -98,7 +98,7 @@ void Unfailing(Work work) noexcept {
     try {
         work();
     } catch (const std::exception&) {
-        // What could not be reached is as it was.
+        // Nothing to do: what could not be reached is as it was.
     }
 }
 

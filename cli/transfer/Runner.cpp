@@ -3,6 +3,7 @@
 #include "cli/output/SizeText.h"
 
 #include <algorithm>
+#include <ranges>
 #include <utility>
 
 namespace brevint::cli {
@@ -166,9 +167,9 @@ void Runner::HelpWithSignIn() {
 void Runner::CancelAll(const Failure& reason) {
     m_isStopped = true;
     // From the last one on, so that none takes the place of one that is cancelled.
-    for (auto next = m_open.rbegin(); next != m_open.rend(); ++next) {
-        m_tasks[*next].stopped = reason;
-        Cancel(m_tasks[*next].moving);
+    for (const std::size_t number : m_open | std::views::reverse) {
+        m_tasks[number].stopped = reason;
+        Cancel(m_tasks[number].moving);
     }
 }
 

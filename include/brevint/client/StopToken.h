@@ -5,7 +5,6 @@
 #if defined(__cpp_lib_jthread)
 #include <stop_token>
 #else
-#include <algorithm>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
@@ -75,8 +74,7 @@ public:
     /// Waits while the watcher is called on another thread.
     void Remove(StopWatcher& watcher) noexcept {
         std::unique_lock lock(m_mutex);
-        m_watchers.erase(std::remove(m_watchers.begin(), m_watchers.end(), &watcher),
-                         m_watchers.end());
+        std::erase(m_watchers, &watcher);
         if (m_stopping != std::this_thread::get_id()) {
             m_changed.wait(lock, [&] { return m_running != &watcher; });
         }
