@@ -35,7 +35,7 @@ std::vector<char> BuildBody(const std::wstring& filePath) {
     body.assign(header.begin(), header.end());
     // By way of a block that stays in the processor's cache: a vector clears what it is to hold
     // before a file can be read into it, which takes longer.
-    std::vector<char> block(kBlockSize);
+    std::vector<char> block(std::min<std::uint64_t>(kBlockSize, size));
     for (std::size_t count = 1; count > 0;) {
         count = std::fread(block.data(), 1, std::min(block.size(), end - body.size()), file.get());
         body.insert(body.end(), block.data(), block.data() + count);

@@ -89,7 +89,7 @@ private:
 
     const SelectedElements* m_selected;
     bool m_isWithinSelected = false;
-    std::size_t m_textLength = 0; ///< Of the text at this place, if it is none of the document.
+    std::size_t m_textLength = 0; ///< Since the last tag, of text that is left out of the document.
     std::exception_ptr m_failure;
 };
 
@@ -156,7 +156,7 @@ bool StrictParse::TakeText(std::string_view text) {
         return false;
     }
     m_textLength += text.size();
-    // As in the document.
+    // libxml2 refuses longer texts in a document; what goes to the sink has the same limit.
     if (m_textLength > XML_MAX_TEXT_LENGTH) {
         End();
     }

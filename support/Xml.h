@@ -25,9 +25,9 @@ enum class MarkupMode {
 /// processing instructions are left out; CDATA is text.
 _xmlDoc* ParseXML(std::string_view text, MarkupMode mode = MarkupMode::Strict);
 /// The same in strict mode for a document with very many elements of a kind: those that the path
-/// "/Name/Name" selects go to the sink while they are read. Neither they nor the text between them
-/// become part of the document. When null is returned, some may have gone to the sink all the same,
-/// the last one in part. Throws what the sink throws.
+/// "/Name/Name" selects go to the sink while they are read. Neither they nor any text directly in
+/// the root become part of the document. When null is returned, some may have gone to the sink all
+/// the same, the last one in part. Throws what the sink throws.
 _xmlDoc* ParseXML(std::string_view text, std::string_view path, XmlElementSink& sink);
 /// The same as the first; a length of -1 runs to the terminating zero, null is no text.
 _xmlDoc* ParseXML(const char* text, int length, MarkupMode mode = MarkupMode::Strict);

@@ -149,7 +149,7 @@ void Transfer::End(TransferState state, TransferOutcome outcome) {
         m_state = state;
         m_changed.notify_all();
     }
-    m_gate.Call(GetProgress());
+    Tell();
     const std::scoped_lock lock(m_mutex);
     m_isSettled = true;
     m_changed.notify_all();
@@ -173,17 +173,26 @@ Transfer::Step Transfer::FailForMemory() noexcept {
     return Step::Ended;
 }
 
-bool Transfer::ChangeState(TransferState state) {
-    {
-        const std::scoped_lock lock(m_mutex);
-        if (IsFinal(m_state)) {
-            return false;
-        }
-        m_state = state;
-        m_changed.notify_all();
+bool Transfer::SetState(TransferState state) {
+    const std::scoped_lock lock(m_mutex);
+    if (IsFinal(m_state)) {
+        return false;
     }
-    m_gate.Call(GetProgress());
+    m_state = state;
+    m_changed.notify_all();
     return true;
+}
+
+bool Transfer::ChangeState(TransferState state) {
+    const bool hasChanged = SetState(state);
+    if (hasChanged) {
+        Tell();
+    }
+    return hasChanged;
+}
+
+void Transfer::Tell() {
+    m_gate.Call(GetProgress());
 }
 
 void Transfer::Report(std::uint64_t done) {
@@ -194,7 +203,7 @@ void Transfer::Report(std::uint64_t done) {
         return;
     }
     if (m_state == TransferState::Running) {
-        m_gate.Call(GetProgress());
+        Tell();
     }
 }
 

@@ -111,8 +111,12 @@ private:
     /// Null before it is added to one, and after the queue's end.
     std::shared_ptr<TransferQueue> Queue() const;
 
-    /// Tells the listener. False when the state is final.
+    /// False when the state is final.
+    bool SetState(TransferState state);
+    /// The same, and the listener is told.
     bool ChangeState(TransferState state);
+    /// Tells the listener how it stands.
+    void Tell();
 
     const std::shared_ptr<const Service> m_service;
     ListenerGate<TransferProgress> m_gate;

@@ -156,7 +156,7 @@ void TransferQueue::Sort(const TransferPtr& transfer, Transfer::Step step,
     if (step == Transfer::Step::Ended) {
         return;
     }
-    // It has its place first: the listener may be the one that signs in, or cancels.
+    // It has its place and its state first: the listener may be the one that signs in, or cancels.
     const bool polls = step == Transfer::Step::Poll;
     if (polls) {
         m_processing.push_back({transfer, Clock::now() + pause, pause});
@@ -166,10 +166,11 @@ void TransferQueue::Sort(const TransferPtr& transfer, Transfer::Step step,
     }
     const TransferState state = polls ? TransferState::Processing : TransferState::NeedsSignIn;
     if (transfer->m_state != state) {
-        lock.unlock();
-        const bool goesOn = transfer->ChangeState(state);
-        lock.lock();
-        if (!goesOn) {
+        if (transfer->SetState(state)) {
+            lock.unlock();
+            transfer->Tell();
+            lock.lock();
+        } else {
             Forget(*transfer);
         }
     }

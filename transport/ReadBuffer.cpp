@@ -8,20 +8,22 @@ namespace {
 /// Above this announced length memory is committed only as data arrives: the length may be bogus.
 constexpr std::size_t kCommitted = std::size_t{1} << 30;
 
-/// Makes room for `count` more bytes of a reply that comes in parts, and for three times as many as
-/// there are then: to move them often costs more than memory that is not written to.
-void MakeRoom(std::size_t count, std::vector<char>& out) {
+/// Of a reply with more bytes the room is doubled only: on Windows it counts as used.
+constexpr std::size_t kLarge = std::size_t{256} << 20;
+
+} // namespace
+
+void ReadBuffer::MakeRoom(std::size_t count, std::vector<char>& out) {
     if (out.empty() || out.capacity() - out.size() >= count) {
         return;
     }
+    const std::size_t needed = out.size() + count;
     try {
-        out.reserve(4 * (out.size() + count));
+        out.reserve((needed > kLarge ? 2 : 4) * needed);
     } catch (const std::bad_alloc&) {
-        // There is less memory than that; it may do for the bytes themselves.
+        out.reserve(needed); // what there is may do for these
     }
 }
-
-} // namespace
 
 bool ReadBuffer::Allocate(std::size_t size) noexcept {
     *this = {};

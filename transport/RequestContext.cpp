@@ -91,6 +91,13 @@ DWORD RequestContext::QueryNumber(DWORD what) const noexcept {
     return number;
 }
 
+DWORD RequestContext::QueryLength(DWORD what) const noexcept {
+    DWORD length = 0;
+    const std::scoped_lock lock(m_mutex);
+    HttpQueryInfoA(m_handle, what, nullptr, &length, nullptr);
+    return length;
+}
+
 DWORD RequestContext::Status() const noexcept {
     const DWORD status = QueryNumber(HTTP_QUERY_STATUS_CODE);
     const std::scoped_lock lock(m_mutex);
@@ -201,6 +208,9 @@ bool RequestContext::AddRead(State step) noexcept {
         return false;
     }
     try {
+        if (step == State::ReadingChunk) {
+            ReadBuffer::MakeRoom(bytesRead, data);
+        }
         readBuffer.MoveTo(bytesRead, data);
     } catch (const std::bad_alloc&) {
         return false;
@@ -211,20 +221,26 @@ bool RequestContext::AddRead(State step) noexcept {
 void RequestContext::Complete() noexcept {
     readBuffer = {};
     const std::vector<char> bytes = std::exchange(data, {});
-    const unsigned long status = request->GetRequestStatus();
-    // The address of a redirect can still be asked for.
-    if (const DWORD told = Status(); kClosesWhatIsOver && told >= 200 && told < 300) {
-        {
-            const std::scoped_lock lock(m_mutex);
-            m_status = told;
-        }
-        CloseRequest();
-    }
+    const unsigned long status = request->GetRequestStatus(); // which may be overridden
+    GiveBack();
     Deliver(bytes, status);
 }
 
 void RequestContext::Fail(unsigned long status) noexcept {
+    GiveBack();
     Deliver({}, status);
+}
+
+void RequestContext::GiveBack() noexcept {
+    if (!kClosesWhatIsOver || QueryLength(HTTP_QUERY_LOCATION) != 0) {
+        return;
+    }
+    const DWORD status = Status();
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_status = status;
+    }
+    CloseRequest();
 }
 
 void RequestContext::Deliver(const std::vector<char>& bytes, unsigned long status) noexcept {

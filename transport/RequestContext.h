@@ -42,6 +42,8 @@ public:
     HINTERNET Handle() const noexcept;
     /// A number from the reply's head; 0 when it has none.
     DWORD QueryNumber(DWORD what) const noexcept;
+    /// How long a text from the reply's head is; 0 when it has none.
+    DWORD QueryLength(DWORD what) const noexcept;
     /// The reply's status; 0 while there is none.
     DWORD Status() const noexcept;
     /// Closes the request's handle and has closed it on return.
@@ -87,12 +89,13 @@ private:
     /// Adds the bytes of the read that has ended to the reply. False when the reply is not what it
     /// should be: shorter than announced, or larger than memory.
     bool AddRead(State step) noexcept;
-    /// Fills the response with the reply gathered so far. Before that, where kClosesWhatIsOver says
-    /// so, it gives back what the platform keeps for the exchange: its request may live on for
-    /// long.
+    /// Fills the response with the reply gathered so far.
     void Complete() noexcept;
     /// Fills the response with an empty reply: the exchange has failed.
     void Fail(unsigned long status) noexcept;
+    /// Gives back what the platform keeps for the exchange, where kClosesWhatIsOver says so: its
+    /// request may live on for long. A reply with an address, which may still be asked for, stays.
+    void GiveBack() noexcept;
     void Deliver(const std::vector<char>& bytes, unsigned long status) noexcept;
 
     std::shared_ptr<RequestContext> m_heldByPlatform;

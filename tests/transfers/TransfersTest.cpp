@@ -3,7 +3,7 @@
 #include "service/Text.h"
 #include "tests/support/ScriptedServer.h"
 #include "tests/support/TempFolder.h"
-#include "tests/transfers/Queue.h"
+#include "tests/transfers/Group.h"
 
 #include <gtest/gtest.h>
 
@@ -312,6 +312,37 @@ TEST_F(Transfers, WaitForASignInAndGoOn) {
         ASSERT_EQ(Outcome(again).state, BREVINT_TRANSFER_FINISHED);
         EXPECT_TRUE(Contents(m_destination) == Contents(path(i)));
     }
+}
+
+// What was refused to the session before asks for no other sign-in.
+TEST(SignIn, MayComeBeforeTheRefusalOfWhatItIsFor) {
+    const TempFolder folder;
+    ScriptedServer server;
+    const Queue queue = MakeQueue(Narrow(server.Url("/")));
+    const auto expectRefusal = [&](const char* target, const char* gate) {
+        server.On(target)
+            .Head(302, {{"Location", "/"}, {"Content-Length", "1"}})
+            .Wait(gate)
+            .Send("x");
+    };
+    server.On("/application/identity").Reply(302, {{"Location", "/"}});
+
+    expectRefusal("/Repository/Files/id", "file");
+    server.On("/Repository/Files/id").Reply(200, {}, "content");
+    const TransferPtr file = StartDownload(queue, "id", folder.Folder() / "file");
+    ASSERT_TRUE(server.AwaitArrivalAt("file"));
+    brevint_queue_signed_in(queue.get());
+    server.Open("file");
+    EXPECT_EQ(Outcome(file).state, BREVINT_TRANSFER_FINISHED) << Outcome(file).text;
+
+    expectRefusal("/Repository/Items/id/Items", "folder");
+    server.On("/Repository/Items/id/Items").Reply(200, {}, "<ResponseData/>");
+    const GroupPtr group =
+        Start(brevint_queue_download_folder, queue, "id", folder.Folder() / "folder");
+    ASSERT_TRUE(server.AwaitArrivalAt("folder"));
+    brevint_queue_signed_in(queue.get());
+    server.Open("folder");
+    EXPECT_EQ(Outcome(group).state, BREVINT_TRANSFER_FINISHED) << Outcome(group).text;
 }
 
 TEST_F(Transfers, AreCancelledWhileTheServiceIsSilent) {

@@ -52,7 +52,9 @@ DWORD RequestHandle::EndSend() {
             return ERROR_INTERNET_INCORRECT_HANDLE_STATE;
         }
         const DWORD error = m_exchange->EndSend();
-        KeepReply(m_exchange->TakeReply());
+        if (ReplyHead reply = m_exchange->TakeReply(); reply.status != 0) {
+            KeepReply(std::move(reply)); // a second end has none
+        }
         return error;
     });
 }

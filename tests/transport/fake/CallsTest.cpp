@@ -121,16 +121,28 @@ TEST(Calls, ResponseMayEndTheRequestThatFillsIt) {
     EXPECT_EQ(fake.closed, "request connection session ");
 }
 
-TEST(Calls, FinishedExchangeKeepsItsHandleForTheAddressOfARedirectAlone) {
-    for (const DWORD status : {200u, 302u}) {
+TEST(Calls, FinishedExchangeKeepsItsHandleForAnAddressAlone) {
+    struct Case {
+        DWORD status;
+        bool hasLocation;
+        std::string reply; ///< of five bytes, or it fails
+    };
+    for (const Case& test : {Case{200, false, "reply"}, Case{404, false, "reply"},
+                             Case{200, false, ""}, Case{201, true, "reply"}}) {
+        SCOPED_TRACE(test.reply);
         Exchange fake;
-        fake.status = status;
+        fake.status = test.status;
+        fake.hasLocation = test.hasLocation;
+        fake.reads = {Pends(test.reply)};
+        int fillings = 0;
         fake.response->onFilled = [&] {
-            EXPECT_EQ(fake.closed, status == 200 ? "request " : "");
+            ++fillings;
+            EXPECT_EQ(fake.closed, test.hasLocation ? "" : "request ");
         };
         fake.Send();
         fake.Run();
-        EXPECT_EQ(fake.request->GetRequestStatus(), status);
+        EXPECT_EQ(fillings, 1);
+        EXPECT_EQ(fake.request->GetRequestStatus(), test.status);
     }
 }
 

@@ -128,8 +128,12 @@ BOOL HttpQueryInfoW(HINTERNET, DWORD infoLevel, LPVOID buffer, LPDWORD, LPDWORD)
     return number != 0 ? TRUE : Failure(ERROR_HTTP_HEADER_NOT_FOUND);
 }
 
-BOOL HttpQueryInfoA(HINTERNET, DWORD, LPVOID, LPDWORD, LPDWORD) noexcept {
-    return Failure(ERROR_HTTP_HEADER_NOT_FOUND);
+BOOL HttpQueryInfoA(HINTERNET, DWORD, LPVOID, LPDWORD size, LPDWORD) noexcept {
+    if (!FakeInternet::current->hasLocation) {
+        return Failure(ERROR_HTTP_HEADER_NOT_FOUND);
+    }
+    *size = 1;
+    return Failure(ERROR_INSUFFICIENT_BUFFER);
 }
 
 BOOL InternetCloseHandle(HINTERNET handle) noexcept {

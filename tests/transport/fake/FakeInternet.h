@@ -34,6 +34,7 @@ struct FakeInternet {
     // The script.
     DWORD status = 200;
     DWORD contentLength = 0;          ///< 0: not announced
+    bool hasLocation = false;         ///< what is asked for its length has one
     std::deque<std::wstring> cookies; ///< what the jar holds, from one call to the next
     bool closingTellsAtOnce = true;   ///< whether closing the request brings its last callback
     Step send;
