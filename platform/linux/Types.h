@@ -38,6 +38,6 @@ inline constexpr DWORD ERROR_RESOURCE_NAME_NOT_FOUND = 1814;
 inline constexpr DWORD ERROR_NOT_ENOUGH_QUOTA = 1816;
 inline constexpr DWORD ERROR_INVALID_OPERATION = 4317;
 
-// The calling thread's last error.
+/// The calling thread's last error.
 DWORD GetLastError() noexcept;
 void SetLastError(DWORD error) noexcept;

@@ -137,18 +137,18 @@ HINTERNET HttpOpenRequestW(HINTERNET connection, LPCWSTR verb, LPCWSTR objectNam
                            LPCWSTR referrer, LPCWSTR* acceptTypes, DWORD flags,
                            DWORD_PTR context) noexcept;
 
-// On an asynchronous session a send and a read always return FALSE with ERROR_IO_PENDING and always
-// complete through the status callback, on a thread of this layer. The body, the read buffer and
-// the count belong to the layer until then; a caller that closes the handle earlier keeps them
-// until INTERNET_STATUS_HANDLE_CLOSING.
+/// On an asynchronous session a send and a read always return FALSE with ERROR_IO_PENDING and
+/// always complete through the status callback, on a thread of this layer. The body, the read
+/// buffer and the count belong to the layer until then; a caller that closes the handle earlier
+/// keeps them until INTERNET_STATUS_HANDLE_CLOSING.
 BOOL HttpSendRequestW(HINTERNET request, LPCWSTR headers, DWORD headersLength, LPVOID body,
                       DWORD bodyLength) noexcept;
 BOOL InternetReadFile(HINTERNET request, LPVOID buffer, DWORD size, LPDWORD read) noexcept;
 
-// A body in parts, on a synchronous session, without redirects: begin, write until all that was
-// announced is written, end. The length is the buffers' total or, where that is 0, the header
-// Content-Length. A write may succeed before the server has the bytes. After one that failed, the
-// end still brings the reply of a server that answered early.
+/// A body in parts, on a synchronous session, without redirects: begin, write until all that was
+/// announced is written, end. The length is the buffers' total or, where that is 0, the header
+/// Content-Length. A write may succeed before the server has the bytes. After one that failed, the
+/// end still brings the reply of a server that answered early.
 BOOL HttpSendRequestExW(HINTERNET request, LPINTERNET_BUFFERSW buffersIn,
                         LPINTERNET_BUFFERSW buffersOut, DWORD flags, DWORD_PTR context) noexcept;
 BOOL InternetWriteFile(HINTERNET request, LPCVOID buffer, DWORD size, LPDWORD written) noexcept;

@@ -10,29 +10,29 @@
 
 namespace platform {
 
-// Cookies. What Get lists for a URL and what an exchange with it sends come from the same place, so
-// they differ in HttpOnly cookies only. Any thread.
+/// Cookies. What Get lists for a URL and what an exchange with it sends come from the same place,
+/// so they differ in HttpOnly cookies only. Any thread.
 class CookieJar {
 public:
-    // The process's own, with which its cookies end.
-    static CookieJar& Instance(); // never destroyed; throws std::bad_alloc
+    /// The process's own, with which its cookies end.
+    static CookieJar& Instance(); ///< never destroyed; throws std::bad_alloc
 
-    // Sets a cookie as a page of the URL could. An empty name is taken from the data, which is
-    // then "name=value; attributes", otherwise "value; attributes". What it refuses:
-    // ERROR_INVALID_PARAMETER: no cookie, or none that the URL can have;
-    // ERROR_INVALID_OPERATION: an HttpOnly one, new or there already, or one in place of a Secure
-    // one that was set over TLS, while the URL is without;
-    // ERROR_NOT_ENOUGH_QUOTA: more than one request could carry.
+    /// Sets a cookie as a page of the URL could. An empty name is taken from the data, which is
+    /// then "name=value; attributes", otherwise "value; attributes". What it refuses:
+    /// ERROR_INVALID_PARAMETER: no cookie, or none that the URL can have;
+    /// ERROR_INVALID_OPERATION: an HttpOnly one, new or there already, or one in place of a Secure
+    /// one that was set over TLS, while the URL is without;
+    /// ERROR_NOT_ENOUGH_QUOTA: more than one request could carry.
     DWORD Set(std::wstring_view url, std::string_view name, std::string_view data);
 
-    // "name=value" pairs joined by "; ": what goes to the URL, but for HttpOnly cookies.
-    // Returns ERROR_NO_MORE_ITEMS if that is nothing.
+    /// "name=value" pairs joined by "; ": what goes to the URL, but for HttpOnly cookies.
+    /// Returns ERROR_NO_MORE_ITEMS if that is nothing.
     DWORD Get(std::wstring_view url, std::string& text) const;
 
-    // Takes the value of a Set-Cookie header that came from there in an exchange. What Set would
-    // refuse is left out, but HttpOnly cookies are a server's to set.
+    /// Takes the value of a Set-Cookie header that came from there in an exchange. What Set would
+    /// refuse is left out, but HttpOnly cookies are a server's to set.
     void Receive(const CookieScope& scope, std::string_view setCookie);
-    // The value of the Cookie header for an exchange; empty if none is due.
+    /// The value of the Cookie header for an exchange; empty if none is due.
     std::string Header(const CookieScope& scope) const;
 
 private:
@@ -41,7 +41,7 @@ private:
     std::string Text(const CookieScope& scope, Party reader) const;
 
     mutable std::mutex m_mutex;
-    std::vector<Cookie> m_cookies; // in the order in which they were created
+    std::vector<Cookie> m_cookies; ///< in the order in which they were created
 };
 
 } // namespace platform

@@ -6,13 +6,13 @@
 
 namespace platform {
 
-// What InternetConnectW opens: a host and a port. Nothing is connected yet.
+/// What InternetConnectW opens: a host and a port. Nothing is connected yet.
 class ConnectionHandle final : public InternetHandle {
 public:
     ConnectionHandle(HandleSettings settings, DWORD_PTR context, std::string host,
                      INTERNET_PORT port);
 
-    // The URL of a target there.
+    /// The URL of a target there.
     std::string Url(bool secure, const std::string& target) const;
 
 private:

@@ -11,13 +11,13 @@
 
 namespace platform {
 
-// The process's open handles. Numbers are never used twice, so a handle that is closed late or
-// twice cannot hit another one. Any thread.
+/// The process's open handles. Numbers are never used twice, so a handle that is closed late or
+/// twice cannot hit another one. Any thread.
 class HandleTable {
 public:
-    static HandleTable& Instance(); // never destroyed
+    static HandleTable& Instance(); ///< never destroyed
 
-    // Returns null if the parent has been closed meanwhile; a session has no parent.
+    /// Returns null if the parent has been closed meanwhile; a session has no parent.
     HINTERNET Add(std::shared_ptr<InternetHandle> object, HINTERNET parent);
 
     template <class Handle = InternetHandle>
@@ -25,8 +25,8 @@ public:
         return std::dynamic_pointer_cast<Handle>(FindAny(id));
     }
 
-    // Takes the handle and everything opened on it out of the table, children first. Empty if
-    // there is no such handle.
+    /// Takes the handle and everything opened on it out of the table, children first. Empty if
+    /// there is no such handle.
     std::vector<std::shared_ptr<InternetHandle>> Remove(HINTERNET id);
 
 private:

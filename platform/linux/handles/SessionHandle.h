@@ -4,7 +4,7 @@
 
 namespace platform {
 
-// What InternetOpenW opens.
+/// What InternetOpenW opens.
 class SessionHandle final : public InternetHandle {
 public:
     explicit SessionHandle(HandleSettings settings) : InternetHandle(std::move(settings), 0) {}

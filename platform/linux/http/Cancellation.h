@@ -6,14 +6,14 @@
 
 namespace platform {
 
-// Cancels a wait. The only part of a request that other threads may touch during its transfer.
+/// Cancels a wait. The only part of a request that other threads may touch during its transfer.
 class Cancellation {
 public:
-    // Any thread. Stays raised.
+    /// Any thread. Stays raised.
     void Raise() noexcept;
     bool Raised() const noexcept { return m_raised; }
 
-    // The driving thread: the multi handle that Raise wakes, null when it is given up.
+    /// The driving thread: the multi handle that Raise wakes, null when it is given up.
     void Watch(CURLM* multi) noexcept;
 
 private:

@@ -9,13 +9,13 @@
 
 namespace platform {
 
-// The process's idle channels. Connections outlive the handles that used them, so that a new
-// session talks to the same host over the connection of the last one.
+/// The process's idle channels. Connections outlive the handles that used them, so that a new
+/// session talks to the same host over the connection of the last one.
 class ChannelPool {
 public:
-    static ChannelPool& Instance(); // never destroyed
+    static ChannelPool& Instance(); ///< never destroyed
 
-    // An open channel; preferably one that has talked to the origin before.
+    /// An open channel; preferably one that has talked to the origin before.
     std::unique_ptr<Channel> Acquire(const std::string& origin);
     void Release(std::unique_ptr<Channel> channel) noexcept;
 
@@ -25,7 +25,7 @@ private:
     static constexpr std::size_t kCapacity = 16;
 
     std::mutex m_mutex;
-    std::vector<std::unique_ptr<Channel>> m_idle; // latest last
+    std::vector<std::unique_ptr<Channel>> m_idle; ///< latest last
 };
 
 } // namespace platform

@@ -6,7 +6,7 @@
 
 namespace platform {
 
-// The WinINet error for the outcome of the easy handle's transfer; ERROR_SUCCESS for CURLE_OK.
+/// The WinINet error for the outcome of the easy handle's transfer; ERROR_SUCCESS for CURLE_OK.
 DWORD CurlError(CURL* easy, CURLcode outcome) noexcept;
 
 } // namespace platform

@@ -2,7 +2,7 @@
 
 namespace platform {
 
-// Makes libcurl usable, once for the process. Throws std::bad_alloc.
+/// Makes libcurl usable, once for the process. Throws std::bad_alloc.
 void InitializeCurl();
 
 } // namespace platform

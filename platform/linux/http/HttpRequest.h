@@ -8,28 +8,28 @@
 
 namespace platform {
 
-// A limit of zero is no limit.
+/// A limit of zero is no limit.
 struct Timeouts {
     std::chrono::milliseconds connect{std::chrono::minutes(1)};
-    // Without a byte of progress.
+    /// Without a byte of progress.
     std::chrono::milliseconds send{std::chrono::hours(1)};
     std::chrono::milliseconds receive{std::chrono::hours(1)};
 };
 
-// What one exchange sends, and how.
+/// What one exchange sends, and how.
 struct HttpRequest {
     std::string verb;
-    std::string url; // absolute, escaped, with a port, without a fragment
+    std::string url; ///< absolute, escaped, with a port, without a fragment
     HeaderList headers;
-    const char* body = nullptr; // not owned
+    const char* body = nullptr; ///< not owned
     std::uint64_t bodySize = 0;
-    bool streamed = false; // the body comes by Exchange::Write
+    bool streamed = false; ///< the body comes by Exchange::Write
     bool followRedirects = true;
     bool useCookies = true;
-    bool useProxy = true; // the one that the environment names
+    bool useProxy = true; ///< the one that the environment names
     Timeouts timeouts;
 
-    // Whether libcurl is told of a body, be it an empty one.
+    /// Whether libcurl is told of a body, be it an empty one.
     bool MayHaveBody() const { return verb != "HEAD" && (verb != "GET" || bodySize > 0); }
 };
 
