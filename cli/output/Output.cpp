@@ -88,11 +88,7 @@ void Output::Event(const nlohmann::json& event) const {
 }
 
 void Output::Draw(const std::string& text) const {
-    try {
-        Terminal::Write(Terminal::Stream::Error, text, m_stop);
-    } catch (const std::system_error&) {
-        return; // nobody is there to be told
-    }
+    Terminal::Tell(text, m_stop);
 }
 
 /// Standard output in the manner of every other file that cannot be written.
@@ -101,9 +97,9 @@ void Output::Write(const std::string& text) const {
         Terminal::Write(Terminal::Stream::Output, text, m_stop);
     } catch (const std::system_error& error) {
         if (error.code() == std::errc::operation_canceled) {
-            throw Failure(ExitCode::Interrupted, "Interrupted.");
+            throw OutputFailure({ExitCode::Interrupted, "Interrupted."});
         }
-        throw LocalFailure("The output cannot be written", error.code());
+        throw OutputFailure(LocalFailure("The output cannot be written", error.code()));
     }
 }
 

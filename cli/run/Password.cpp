@@ -15,7 +15,7 @@ std::string ReadPassword(const std::string& user, const StopToken& stop) {
         Terminal::ReadLine(isAsked ? "Password of " + Neutralise(user) + ": " : "",
                            isAsked ? Terminal::Echo::Hidden : Terminal::Echo::Shown, stop);
     if (isAsked) {
-        Terminal::Write(Terminal::Stream::Error, "\n", stop);
+        Terminal::Tell("\n", stop);
     }
     if (!password && (isAsked || stop.stop_requested())) {
         throw Failure(ExitCode::Interrupted, "No password was given.");

@@ -37,17 +37,21 @@ std::size_t Width(Stream stream);
 bool IsOutput(const std::filesystem::path& path);
 
 /// Writes all of `text`, byte for byte unless it goes to a console of Windows, which takes
-/// characters. Throws std::system_error when it cannot be written: with
-/// std::errc::operation_canceled once the token has been stopped and nobody reads, be it because
-/// a pipe is full.
+/// characters. Throws std::system_error when it cannot be written. A full pipe is waited for until
+/// the token is stopped; after that the error is std::errc::operation_canceled.
 void Write(Stream stream, std::string_view text, const StopToken& stop = {});
+
+/// Writes to standard error, likewise. That it cannot be written is no failure.
+void Tell(std::string_view text, const StopToken& stop);
 
 /// Whether what is typed is shown.
 enum class Echo { Shown, Hidden };
 
-/// Writes `prompt` to standard error and reads one line from standard input. Nothing when the token
-/// was stopped or the input has ended; what is typed can be hidden on a terminal only. The terminal
-/// is as before in every case, also while the program is stopped; it asks again when it goes on.
+/// Tells `prompt` and reads one line from standard input. Nothing when the token was stopped or the
+/// input has ended. What stands last in a file or pipe is a line without a line end too; at a
+/// terminal only what was sent off with one is. What is typed can be hidden on a terminal only. The
+/// terminal is as before in every case, also while the program is stopped; it asks again when it
+/// goes on.
 std::optional<std::string> ReadLine(const std::string& prompt, Echo echo, const StopToken& stop);
 
 } // namespace brevint::cli::Terminal

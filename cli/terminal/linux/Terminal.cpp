@@ -189,7 +189,7 @@ std::optional<std::string> ReadLine(const std::string& prompt, Echo echo, const 
         if (echo == Echo::Hidden) {
             echoOff.emplace();
         }
-        Write(Stream::Error, prompt, stop);
+        Tell(prompt, stop);
     };
     ask();
     std::string line;
@@ -206,7 +206,7 @@ std::optional<std::string> ReadLine(const std::string& prompt, Echo echo, const 
             if (echoOff) {
                 echoOff->Renew();
             }
-            Write(Stream::Error, prompt, stop);
+            Tell(prompt, stop);
         } else if (signal > 0) {
             // Stopped, or ended by Ctrl-\: whoever has the terminal meanwhile may change it.
             echoOff.reset();
@@ -215,8 +215,10 @@ std::optional<std::string> ReadLine(const std::string& prompt, Echo echo, const 
             line.clear();
         } else if (sources[0].revents != 0) {
             char c = 0;
-            if (read(STDIN_FILENO, &c, 1) != 1) {
-                return line.empty() ? std::nullopt : std::optional(line);
+            const ssize_t count = read(STDIN_FILENO, &c, 1);
+            if (count != 1) {
+                const bool isLast = count == 0 && !line.empty() && !IsTerminal(Stream::Input);
+                return isLast ? std::optional(line) : std::nullopt;
             }
             if (c == '\n') {
                 return line;

@@ -30,7 +30,7 @@ Sink::Sink(const std::filesystem::path& path, const StopToken&) : Sink() {
 Sink::~Sink() = default;
 
 std::error_code Sink::Write(std::string_view bytes, const StopToken& stop) {
-    return WriteAll(m_target->handle, bytes, stop, std::chrono::milliseconds(0));
+    return WriteAll(m_target->handle, bytes, stop, std::nullopt);
 }
 
 } // namespace brevint::cli

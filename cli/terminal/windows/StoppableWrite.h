@@ -3,6 +3,7 @@
 #include <brevint/client/StopToken.h>
 
 #include <chrono>
+#include <optional>
 #include <string_view>
 #include <system_error>
 
@@ -10,10 +11,10 @@
 
 namespace brevint::cli {
 
-/// Writes all of it, however long whoever reads takes, until the token is stopped: when nobody has
-/// read all of it for as long as `patience` after that, it fails with
-/// std::errc::operation_canceled.
+/// Writes all of it, however long whoever reads takes, until the token is stopped: from then on it
+/// goes on only with a `patience`, and fails with std::errc::operation_canceled when nobody has
+/// read for that long.
 std::error_code WriteAll(HANDLE target, std::string_view bytes, const StopToken& stop,
-                         std::chrono::milliseconds patience);
+                         std::optional<std::chrono::milliseconds> patience);
 
 } // namespace brevint::cli

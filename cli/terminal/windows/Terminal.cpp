@@ -1,10 +1,10 @@
 #include "cli/terminal/Terminal.h"
 
+#include "cli/terminal/windows/IoLimit.h"
 #include "cli/terminal/windows/StoppableWrite.h"
 #include "support/Utf8.h"
 
 #include <algorithm>
-#include <iostream>
 #include <memory>
 #include <system_error>
 
@@ -44,6 +44,26 @@ public:
 private:
     DWORD m_before = 0;
 };
+
+/// A line of what is no console. Nothing when the token was stopped or the input has ended.
+std::optional<std::string> ReadBytes(const StopToken& stop) {
+    const IoLimit limit(stop, std::chrono::milliseconds(0));
+    std::string line;
+    while (!stop.stop_requested()) {
+        char c = 0;
+        DWORD count = 0;
+        const bool isRead =
+            ReadFile(Handle(Stream::Input), &c, 1, &count, nullptr) != FALSE && count == 1;
+        if (isRead && c != '\n') {
+            line += c;
+        } else if (isRead || (!line.empty() && !stop.stop_requested())) {
+            return line;
+        } else {
+            break;
+        }
+    }
+    return std::nullopt;
+}
 
 } // namespace
 
@@ -116,10 +136,9 @@ std::optional<std::string> ReadLine(const std::string& prompt, Echo echo, const 
     if (echo == Echo::Hidden) {
         echoOff.emplace();
     }
-    Write(Stream::Error, prompt, stop);
+    Tell(prompt, stop);
     if (!IsTerminal(Stream::Input)) {
-        std::string text;
-        return std::getline(std::cin, text) ? std::optional(text) : std::nullopt;
+        return ReadBytes(stop);
     }
     std::wstring line;
     while (!stop.stop_requested()) {

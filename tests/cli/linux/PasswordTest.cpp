@@ -95,6 +95,7 @@ TEST_F(ClientTest, AsksForThePasswordWithoutEchoWhateverSignalComes) {
         {"the password", "secret\n", "<4>"},
         {"Ctrl-C", "sec\x03", "<130>"},
         {"Ctrl-D", "\x04", "<130>"},
+        {"Ctrl-D twice in a line that has begun", "sec\x04\x04", "<130>"},
         {"Ctrl-\\", "sec\x1c", "<131>"},
     };
     for (const bool stopped : {false, true}) {
