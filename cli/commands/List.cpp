@@ -119,8 +119,8 @@ Block RootBlock(const Items& known) {
     return block;
 }
 
-/// Gathers what one ls shows. What cannot be listed is reported, and keeps nothing else from being
-/// listed.
+/// Gathers what one ls shows. What cannot be listed is reported. It keeps nothing else from being
+/// listed, unless that would fail likewise.
 class Gathering {
 public:
     explicit Gathering(Context& context) : m_context(context), m_known(context.TheItems()) {}
@@ -136,7 +136,7 @@ public:
                 // Of an identifier only a listing tells whether it is a folder's.
                 if (found.item.kind == ItemKind::File) {
                     m_named.items.push_back(found.item);
-                } else if (!IsInterrupted()) {
+                } else if (!IsOver()) {
                     AddFolder(found);
                 }
             }
@@ -154,17 +154,17 @@ public:
         return std::move(m_blocks);
     }
 
-    bool IsInterrupted() const { return m_failure && m_failure->exitCode == ExitCode::Interrupted; }
+    /// Whether nothing else can be listed.
+    bool IsOver() const { return m_failure && m_failure->concernsAll; }
 
-    /// The first one, or the interruption.
+    /// The first one, or the one after which nothing else could be listed.
     const std::optional<Failure>& TheFailure() const { return m_failure; }
 
 private:
     void AddRoots() {
-        const Block roots = RootBlock(m_known);
-        m_blocks.push_back(roots);
+        m_blocks.push_back(RootBlock(m_known));
         if (m_context.Settings().recursive) {
-            AddFoldersOf(roots);
+            AddFoldersOf(m_blocks.size() - 1);
         }
     }
 
@@ -177,21 +177,24 @@ private:
             AddFailed(std::move(block));
             return;
         }
-        m_blocks.push_back(block);
+        m_blocks.push_back(std::move(block));
         if (m_context.Settings().recursive) {
             m_around.push_back(folder.item.id);
-            AddFoldersOf(block);
+            AddFoldersOf(m_blocks.size() - 1);
             m_around.pop_back();
         }
     }
 
-    void AddFoldersOf(const Block& block) {
-        for (const Item& item : block.items) {
+    /// By numbers, because each folder that is added may move the blocks elsewhere.
+    void AddFoldersOf(std::size_t number) {
+        for (std::size_t i = 0; i < m_blocks[number].items.size() && !IsOver(); ++i) {
             if (m_entries > Limits::kMostEntries) {
                 throw Failure(ExitCode::Refused, "There are too many folders and files to list.",
                               "List fewer at a time.");
             }
-            if (item.kind == ItemKind::Folder && !IsInterrupted()) {
+            const Block& block = m_blocks[number];
+            const Item& item = block.items[i];
+            if (item.kind == ItemKind::Folder) {
                 AddFolder({Below(block.heading, item.name), item});
             }
         }
@@ -217,7 +220,7 @@ private:
     void AddFailed(Block block) {
         block.failure = CurrentFailure();
         m_context.Out().Report(*block.failure);
-        if (!m_failure || block.failure->exitCode == ExitCode::Interrupted) {
+        if (!m_failure || block.failure->concernsAll) {
             m_failure = block.failure;
         }
         m_blocks.push_back(std::move(block));
@@ -286,7 +289,7 @@ ExitCode RunList(Context& context) {
     Gathering gathering(context);
     for (const std::string& text :
          options.items.empty() ? std::vector<std::string>{"/"} : options.items) {
-        if (!gathering.IsInterrupted()) {
+        if (!gathering.IsOver()) {
             gathering.Add(text);
         }
     }

@@ -35,6 +35,21 @@ ExitCode ExitCodeOf(const Error& error) {
     return ExitCode::Refused;
 }
 
+/// Whether it lies in the session or the connection, or in the user's having had enough, and not in
+/// what was asked for.
+bool ConcernsAll(Kind kind) {
+    switch (kind) {
+    case Kind::Cancelled:
+    case Kind::TimedOut:
+    case Kind::NoConnection:
+    case Kind::Unavailable:
+    case Kind::NotSignedIn:
+    case Kind::SignInRefused:
+    case Kind::SignedInAsOther: return true;
+    default: return false;
+    }
+}
+
 /// What to try, where the client knows better than the library.
 std::string HintFor(const Error& error) {
     switch (error.failure) {
@@ -69,6 +84,7 @@ Failure FailureOf(const std::string& summary, const Error& error) {
         failure.code = error.code;
         failure.codeName = name;
     }
+    failure.concernsAll = ConcernsAll(error.failure);
     return failure;
 }
 

@@ -25,6 +25,7 @@ struct Failure : std::exception {
     const char* speaker = "service"; ///< Whose message that is.
     int code = 0;                    ///< The library's error code; 0 when no call was made.
     std::string codeName;            ///< Its name in brevint/ErrorCodes.h.
+    bool concernsAll = false;        ///< Whatever is asked for next would fail likewise.
 };
 
 /// What the library says of a call or transfer, as a Failure that begins with `summary`: "The

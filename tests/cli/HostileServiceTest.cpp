@@ -44,6 +44,13 @@ TEST_F(ClientHostileServiceTest, DownloadIsNotTheFile) {
 TEST_F(ClientHostileServiceTest, SilenceIsNotWaitedForWithoutEnd) {
     m_server.On("*").Wait("never");
     EXPECT_EQ(6, Run({"put", "old", "--to", "abc", "--timeout", "1"}).exitCode);
+    // A walk ends with the first folder: the second would be waited for in vain too.
+    const std::string folder = "<Item><Name>x</Name><ItemType>0</ItemType><UniqueId>";
+    m_server.On("/Repository/Items/abd/Items")
+        .Reply(200, {},
+               "<ResponseData>" + folder + "abe</UniqueId></Item>" + folder +
+                   "abf</UniqueId></Item></ResponseData>");
+    EXPECT_EQ(2U, RunJson({"ls", "-R", "abd", "--timeout", "1"}, 6)["folders"].size());
 }
 
 TEST_F(ClientHostileServiceTest, NamesLeadNowhereElse) {
