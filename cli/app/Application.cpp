@@ -30,13 +30,16 @@ ExitCode RunApplication(const std::vector<std::string>& arguments) {
         Context context(request->options);
         output = context.Out();
         return request->command.run(context);
+    } catch (const OutputFailure& failure) {
+        output.Report(failure); // and no document after what there is of another
+        return failure.exitCode;
     } catch (...) {
         const Failure failure = CurrentFailure();
         output.Report(failure);
         try {
             output.Document({{"error", ToJson(failure)}});
-        } catch (const Failure&) {
-            return failure.exitCode; // perhaps that nobody reads is what has failed
+        } catch (const OutputFailure&) {
+            return failure.exitCode;
         }
         return failure.exitCode;
     }

@@ -12,6 +12,11 @@
 
 namespace brevint::cli {
 
+/// Standard output cannot be written, or nobody reads it any more.
+struct OutputFailure : Failure {
+    explicit OutputFailure(Failure failure) : Failure(std::move(failure)) {}
+};
+
 /// What the program says: results on standard output, either as lines or as one JSON document, and
 /// failures on standard error. Everything is made harmless for terminals here.
 class Output {
@@ -23,7 +28,8 @@ public:
 
     bool IsJson() const { return m_json; }
 
-    /// Lines without their ends; nothing happens in JSON mode.
+    /// Lines without their ends; nothing happens in JSON mode. As with all results, an
+    /// OutputFailure is thrown when they cannot be written.
     void Lines(const std::vector<std::string>& lines) const;
     void Line(const std::string& line) const { Lines({line}); }
 
