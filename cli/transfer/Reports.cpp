@@ -103,7 +103,9 @@ void TellFolder(const Context& context, const std::string& place, bool isThere,
     }
     outcome.document["action"] = "move";
     outcome.document["entries"] = std::move(entries);
-    if (outcome.failure && progress.state == TransferState::Cancelled) {
+    // Of a folder that is not told of, what was to be moved was not known yet.
+    if (outcome.failure && outcome.isToldOfFailure && !isPlan &&
+        progress.state == TransferState::Cancelled) {
         outcome.failure->summary += " Until then " + Count(progress.filesDone, "file") + " of " +
                                     std::to_string(progress.filesTotal) + " had been moved.";
     }
