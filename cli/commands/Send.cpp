@@ -191,7 +191,11 @@ private:
             upload.isReplacement = true;
         }
         if (options.planOnly) {
-            return WouldWrite(upload.place, local.size, nlohmann::json::object());
+            nlohmann::json known = nlohmann::json::object();
+            if (there) {
+                known["id"] = there->id;
+            }
+            return WouldWrite(upload.place, local.size, std::move(known));
         }
         m_files.push_back(std::move(upload));
         return {};

@@ -191,6 +191,9 @@ TEST_F(ClientRepositoryTest, ReplacesNothingUnasked) {
     EXPECT_EQ(1, Run({"get", notes}).exitCode);
     EXPECT_EQ(1, Run({"put", "Notes.txt", "--to", "/Projects/Bridge"}).exitCode);
     EXPECT_EQ("mine", ReadFile(Work() / "Notes.txt"));
+    EXPECT_EQ(Record("/Projects/Bridge", "Notes.txt")["id"],
+              RunJson({"put", "Notes.txt", "--to", "/Projects/Bridge", "--overwrite",
+                       "-n"})["results"][0]["id"]);
     EXPECT_EQ(0, Run({"put", "Notes.txt", "--to", "/Projects/Bridge", "--overwrite"}).exitCode);
     WriteFile(Work() / "up" / "NOTES.txt", "another file");
     EXPECT_EQ(1, Run({"put", "up/NOTES.txt", "--to", "/Projects/Bridge", "--overwrite"}).exitCode);
