@@ -192,7 +192,7 @@ constexpr CommandRow kCommands[] = {
      "`folders`: array of `path`, `folderId`, `error` if it cannot be listed, `items`: array of "
      "`id`, `parentId`, `ownerId`, `name`, `description`, `created`, `modified`, `size` (number "
      "of bytes, or null), `locked`, `lockedBy`, `public`, `kind` (folder, file or other), `type`; "
-     "`error`, the first one, if there is any",
+     "`error`, the first one or the one that ended the listing, if there is any",
      "brevint ls\nbrevint ls -l /Projects/2026\nbrevint ls --sort size '/Projects/2026/*.pdf'\n",
      RunList},
     {"path", "Show the paths of items", "", kItems,
