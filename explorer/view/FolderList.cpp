@@ -138,15 +138,17 @@ void FolderList::Change(const std::function<void()>& change, bool keepsSelection
     ListView_SetItemCountEx(m_handle, static_cast<int>(m_model.RowCount()),
                             keepsSelection ? LVSICF_NOSCROLL : 0);
     const std::set<std::string_view> wanted(selected.begin(), selected.end());
-    const bool areAllSelected = wanted.size() == m_model.RowCount();
-    if (areAllSelected) {
-        ListView_SetItemState(m_handle, -1, LVIS_SELECTED, LVIS_SELECTED);
-    }
-    for (std::size_t row = 0; !areAllSelected && !wanted.empty() && row < m_model.RowCount();
-         ++row) {
+    std::vector<int> rows;
+    for (std::size_t row = 0; !wanted.empty() && row < m_model.RowCount(); ++row) {
         if (wanted.contains(m_model.IdOf(row))) {
-            ListView_SetItemState(m_handle, static_cast<int>(row), LVIS_SELECTED, LVIS_SELECTED);
+            rows.push_back(static_cast<int>(row));
         }
+    }
+    if (rows.size() == m_model.RowCount()) {
+        rows = {-1}; // all of them, in one message
+    }
+    for (const int row : rows) {
+        ListView_SetItemState(m_handle, row, LVIS_SELECTED, LVIS_SELECTED);
     }
     const int focus = static_cast<int>(m_model.RowOf(focused).value_or(0));
     ListView_SetItemState(m_handle, focus, LVIS_FOCUSED, LVIS_FOCUSED);

@@ -38,10 +38,12 @@ TEST_F(ItemsTest, TheKeyboardAloneLeadsThroughTheFolders) {
     Select(L"Bridge");
     Key(VK_RETURN);
     ASSERT_TRUE(AwaitItems(kBridge));
+    Select(L"Empty.txt");
     Key('F', VK_CONTROL);
     ASSERT_TRUE(AwaitFocus(IDC_SEARCH));
     Type(IDC_SEARCH, L"NOTE");
     EXPECT_EQ(Items(), std::vector<std::wstring>{L"Notes.txt"});
+    EXPECT_TRUE(Selected().empty()) << "the user has not chosen it";
     Type(IDC_SEARCH, L"nothing like it");
     EXPECT_EQ(NoticeText(), Text(IDS_NOTHING_FOUND, {L"nothing like it"}));
     Key(VK_ESCAPE);
