@@ -139,10 +139,11 @@ void FolderView::OpenInTree(const Location& location) {
             return FoldersIn(FolderModel(client.List(id, options)));
         },
         [this, location](const Reply<std::vector<Step>>& reply) {
-            if (reply.error) {
-                GoTo(location); // which tells what is wrong
-            } else {
+            const Failure failure = reply.error.failure;
+            if (!reply.error) {
                 m_tree.SetFolders(location, reply.value);
+            } else if (failure != Failure::Cancelled && failure != Failure::NotSignedIn) {
+                GoTo(location); // which tells what is wrong
             }
         });
 }
