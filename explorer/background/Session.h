@@ -17,7 +17,8 @@ namespace brevint::explorer {
 
 /// The user's session with one service, and the calls that are made in it. A call that finds no
 /// session or no service waits until the user has signed in, and is then made again. All of it is
-/// on the window's thread; a result comes to nobody once the object is gone.
+/// on the window's thread, except the work of a call, which has a thread of its own. A result comes
+/// to nobody once the object is gone.
 class Session {
 public:
     struct Listener {
@@ -38,6 +39,8 @@ public:
     /// Gives up the service with all calls.
     void Close();
 
+    /// Whether that is the address of the service it is, or was last, open to.
+    bool IsAt(const std::string& url) const;
     bool IsOpen() const { return m_client != nullptr; }
     const std::shared_ptr<Client>& GetClient() const { return m_client; }
     const std::string& Url() const { return m_url; }
@@ -71,6 +74,11 @@ public:
     void ResumeCalls();
     /// There is none: these calls fail.
     void FailCalls();
+    /// Another user, or service, follows: the calls that wait fail, and those under way are
+    /// cancelled. None of them goes on in the session that follows.
+    void GiveUp();
+    /// Another number for each user and each service.
+    unsigned Tenure() const { return m_tenure; }
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -80,6 +88,7 @@ private:
     struct Pending {
         Clock::time_point begin;
         Task task;
+        std::function<void()> cancel; ///< Tells so without waiting for the task.
     };
     struct Waiting {
         CallId id;
@@ -114,7 +123,14 @@ private:
             m_listener.onCallsChanged();
             done(std::move(reply));
         };
-        m_calls[id] = {Clock::now(), m_worker.Run(std::move(onThread), std::move(onWindow))};
+        auto cancel = [done] {
+            using Value = std::invoke_result_t<Work, Client&, const CallOptions&>;
+            done(Reply<Value>{{.failure = Failure::Cancelled,
+                               .text = "It was cancelled: another session has begun.",
+                               .mayHaveHappened = true}});
+        };
+        m_calls[id] = {Clock::now(), m_worker.Run(std::move(onThread), std::move(onWindow)),
+                       std::move(cancel)};
         m_listener.onCallsChanged();
     }
 
@@ -135,6 +151,7 @@ private:
     std::map<CallId, Pending> m_calls;
     std::vector<Waiting> m_waiting;
     CallId m_lastCall = 0;
+    unsigned m_tenure = 0;
 };
 
 } // namespace brevint::explorer

@@ -112,7 +112,7 @@ void TransfersModel::OnProgress(Entry& entry, const Progress& progress) {
 
 void TransfersModel::OnProgress(Entry& entry, const GroupProgress& progress) {
     entry.row.filesTotal = progress.filesTotal;
-    entry.row.filesDone = progress.filesDone;
+    NoteFiles(entry, progress.filesDone);
     if (progress.state == TransferState::Failed && entry.group) {
         entry.row.failures = Failures(entry.group);
     }
@@ -129,16 +129,32 @@ void TransfersModel::NoteBytes(Entry& entry, std::uint64_t bytesDone) {
         entry.lastMove = now;
     }
     entry.row.progress.bytesDone = bytesDone;
+    if (bytesDone > 0 && bytesDone == entry.row.progress.bytesTotal) {
+        entry.lastMove = now; // no more is to move; the service is busy with it
+    }
     entry.row.silence = std::chrono::duration_cast<std::chrono::seconds>(now - entry.lastMove);
+}
+
+void TransfersModel::NoteFiles(Entry& entry, std::size_t filesDone) {
+    if (filesDone > entry.row.filesDone) {
+        entry.row.filesDone = filesDone;
+        entry.lastMove = {};
+    }
 }
 
 void TransfersModel::Look() {
     for (const auto& entry : m_entries) {
-        if (entry->row.progress.state == TransferState::Running) {
-            NoteBytes(*entry, entry->group ? entry->group.GetProgress().bytesDone
-                                           : entry->transfer.GetProgress().bytesDone);
-            Tell(*entry);
+        if (entry->row.progress.state != TransferState::Running) {
+            continue;
         }
+        if (entry->group) {
+            const GroupProgress progress = entry->group.GetProgress();
+            NoteFiles(*entry, progress.filesDone);
+            NoteBytes(*entry, progress.bytesDone);
+        } else {
+            NoteBytes(*entry, entry->transfer.GetProgress().bytesDone);
+        }
+        Tell(*entry);
     }
 }
 
@@ -164,11 +180,22 @@ void TransfersModel::CancelAll() {
     }
 }
 
-void TransfersModel::Retry(std::size_t index) {
+void TransfersModel::Leave() {
+    for (const auto& entry : m_entries) {
+        entry->row.isLeft = true;
+    }
+    CancelAll();
+    if (m_changed) {
+        m_changed(std::nullopt);
+    }
+}
+
+void TransfersModel::Retry(std::size_t index, const std::shared_ptr<Client>& client) {
     Entry& entry = *m_entries[index];
-    if (!CanRetry(entry.row)) {
+    if (!client || !CanRetry(entry.row)) {
         return;
     }
+    entry.client = client;
     entry.transfer = {};
     entry.group = {};
     entry.row = {.order = std::move(entry.row.order)};

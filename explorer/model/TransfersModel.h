@@ -31,7 +31,7 @@ struct FileFailure {
     Error error;
 };
 
-/// From then on the user is told that nothing comes.
+/// From then on the user is told that nothing moves.
 inline constexpr std::chrono::seconds kLongSilence{5};
 
 /// Transfers, those under way and those that have ended. All of it on the thread that the client's
@@ -51,6 +51,7 @@ public:
         std::size_t filesTotal = 0;             ///< Of a folder.
         std::size_t filesDone = 0;              ///< Of a folder.
         std::vector<FileFailure> failures = {}; ///< Of a folder, once the state is final.
+        bool isLeft = false;                    ///< Another user, or service, has followed.
     };
 
     TransfersModel() = default;
@@ -59,15 +60,17 @@ public:
 
     void SetChanged(Changed changed) { m_changed = std::move(changed); }
 
-    /// `ended` is called once, at the end of the transfer or of one that tries it again. Without a
-    /// client nothing begins.
+    /// `ended` is called at the end of the transfer, and again whenever one that tries it again
+    /// ends. Without a client nothing begins.
     void Begin(const std::shared_ptr<Client>& client, TransferOrder order, Ended ended = {});
     void Cancel(std::size_t index);
-    /// Begins one anew that was cancelled or has failed.
-    void Retry(std::size_t index);
+    /// Begins one anew that was cancelled or has failed, in the session that there is now.
+    void Retry(std::size_t index, const std::shared_ptr<Client>& client);
     /// Forgets what has ended.
     void ClearEnded();
     void CancelAll();
+    /// Another user, or service, follows, who has nothing to do with what was begun before.
+    void Leave();
     /// Looks at those that run, since one that stands still tells of nothing.
     void Look();
 
@@ -77,8 +80,8 @@ public:
     bool NeedsSignIn() const;
     static bool CanCancel(const Row& row) { return !IsFinal(row.progress.state); }
     static bool CanRetry(const Row& row) {
-        return row.progress.state == TransferState::Failed ||
-               row.progress.state == TransferState::Cancelled;
+        return !row.isLeft && (row.progress.state == TransferState::Failed ||
+                               row.progress.state == TransferState::Cancelled);
     }
 
 private:
@@ -95,6 +98,7 @@ private:
 
     void Start(Entry& entry);
     static void NoteBytes(Entry& entry, std::uint64_t bytesDone);
+    static void NoteFiles(Entry& entry, std::size_t filesDone);
     void OnProgress(Entry& entry, const Progress& progress);
     void OnProgress(Entry& entry, const GroupProgress& progress);
     void Tell(const Entry& entry);

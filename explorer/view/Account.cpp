@@ -80,8 +80,11 @@ void Account::AskToSignIn(std::wstring why) {
                 [this] {
                     OnRefused();
                 }});
-    m_dialog = dialog.get();
+    SignInDialog* const shown = dialog.get();
     m_dialogs.Show(std::move(dialog));
+    if (m_dialogs.Top() == shown) { // the window may be gone
+        m_dialog = shown;
+    }
 }
 
 void Account::SignIn(const SignInDialog::Entries& entries) {
@@ -123,9 +126,10 @@ void Account::SignIn(const SignInDialog::Entries& entries) {
 
 void Account::TurnTo(const std::string& url, const std::shared_ptr<Client>& client,
                      const std::string& user) {
-    // What waits was wanted of that service, and by that user.
-    if (client != m_session.GetClient() || FoldCase(Wide(user)) != FoldCase(Wide(m_user))) {
-        m_session.FailCalls();
+    // What is asked, waits or is under way was wanted of that service, and by that user.
+    if (!m_session.IsAt(url) || FoldCase(Wide(user)) != FoldCase(Wide(m_user))) {
+        m_dialogs.CloseAll();
+        m_session.GiveUp();
         m_listener.onLeaving();
     }
     m_session.Open(url, client);

@@ -19,7 +19,7 @@ public:
     struct Listener {
         std::function<void()> onSignedIn;
         std::function<void()> onSignedOut; ///< Or not signed in after all.
-        std::function<void()> onLeaving;   ///< Another user, or service, is about to follow.
+        std::function<void()> onLeaving;   ///< Another user, or service, follows.
         /// The stored session cannot be tried.
         std::function<void(const Error&, std::function<void()> again)> onUnreachable;
     };

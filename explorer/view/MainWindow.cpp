@@ -41,7 +41,11 @@ MainWindow::MainWindow(Surroundings surroundings)
       m_account(m_session, m_dialogs, m_settings, m_surroundings.store,
                 {.onSignedIn = [this] { OnSignedIn(); },
                  .onSignedOut = [this] { OnSignedOut(); },
-                 .onLeaving = [this] { m_transfers.CancelAll(); },
+                 .onLeaving =
+                     [this] {
+                         m_transfers.Leave();
+                         m_view->Clear({});
+                     },
                  .onUnreachable =
                      [this](const Error& error, std::function<void()> again) {
                          m_view->Clear({.text = ErrorText(error),
@@ -351,11 +355,6 @@ void MainWindow::AskIfTransfersRun(UINT question, UINT yesLabel, std::function<v
 }
 
 void MainWindow::OnSignedIn() {
-    if (m_shownUrl != m_session.Url() || m_shownUser != m_account.User()) {
-        m_shownUrl = m_session.Url();
-        m_shownUser = m_account.User();
-        m_view->Clear({});
-    }
     m_askedForTransfers = false;
     m_view->Start();
     m_view->FocusList();
@@ -364,7 +363,6 @@ void MainWindow::OnSignedIn() {
 
 void MainWindow::OnSignedOut() {
     if (!m_session.IsOpen() || m_view->Current().empty()) {
-        m_shownUrl.clear();
         m_view->Clear({.text = Text(IDS_NOT_SIGNED_IN),
                        .actionLabel = Text(IDS_DO_SIGN_IN),
                        .action = [this] {

@@ -119,8 +119,6 @@ private:
     std::unique_ptr<FolderView> m_view;
     std::unique_ptr<TransfersPane> m_pane;
     std::unique_ptr<ItemCommands> m_commands;
-    std::string m_shownUrl;
-    std::string m_shownUser;
 };
 
 } // namespace brevint::explorer

@@ -125,7 +125,11 @@ const MainWindow::CommandRow* MainWindow::FindCommand(UINT id) {
          }},
         {IDM_RETRY, [](Self w) { return w.m_pane->CanRetry(); },
          [](MainWindow& w) {
-             w.m_pane->RetrySelected();
+             if (w.m_session.IsOpen()) {
+                 w.m_pane->RetrySelected(w.m_session.GetClient());
+             } else {
+                 w.m_account.AskToSignIn();
+             }
          }},
         {IDM_TRANSFER_DETAILS, [](Self w) { return w.m_pane->SelectedFailure() != nullptr; },
          [](MainWindow& w) {

@@ -70,9 +70,9 @@ void TransfersPane::CancelSelected() {
     }
 }
 
-void TransfersPane::RetrySelected() {
+void TransfersPane::RetrySelected(const std::shared_ptr<Client>& client) {
     for (const std::size_t index : Selected()) {
-        m_model.Retry(index);
+        m_model.Retry(index, client);
     }
 }
 

@@ -4,6 +4,7 @@
 #include "explorer/system/Window.h"
 
 #include <functional>
+#include <memory>
 #include <vector>
 
 namespace brevint::explorer {
@@ -26,7 +27,7 @@ public:
     const TransfersModel::Row* SelectedFailure() const;
     bool CanClear() const { return m_model.ActiveCount() < m_model.Count(); }
     void CancelSelected();
-    void RetrySelected();
+    void RetrySelected(const std::shared_ptr<Client>& client);
     /// Forgets what has ended.
     void ClearEnded();
 
