@@ -141,11 +141,13 @@ std::filesystem::path OpenedFiles::NewPath(const std::wstring& localName) {
     const LocalPtr descriptor = UsersOnly();
     SECURITY_ATTRIBUTES attributes = {sizeof attributes, descriptor.get(), FALSE};
     CreateDirectoryW(m_folder.c_str(), &attributes); // may be there
-    const std::filesystem::path folder = m_folder / std::to_wstring(++m_count);
-    if (!descriptor || !CreateDirectoryW(folder.c_str(), &attributes)) {
-        return {};
-    }
-    return folder / localName;
+    std::filesystem::path folder;
+    bool isMade = false;
+    do { // an earlier program with this process's number may have left some
+        folder = m_folder / std::to_wstring(++m_count);
+        isMade = descriptor && CreateDirectoryW(folder.c_str(), &attributes);
+    } while (descriptor && !isMade && GetLastError() == ERROR_ALREADY_EXISTS);
+    return isMade ? folder / localName : std::filesystem::path();
 }
 
 } // namespace brevint::explorer
