@@ -79,10 +79,15 @@ TEST_F(SessionTest, GoesOnWithWhatWasWantedAfterTheSessionHasEnded) {
 
 TEST_F(SessionTest, NothingThatOneUserWantedIsDoneForAnother) {
     GoTo(L"/Projects/Bridge");
+    Drop({Write(L"Setup.exe", "MZ")}); // which is refused
+    ASSERT_TRUE(PumpUntil([&] { return IsEnabled(IDM_CLEAR); }));
+    ListView_SetItemState(TransferList(), 0, LVIS_SELECTED, LVIS_SELECTED);
+    EXPECT_TRUE(IsEnabled(IDM_RETRY));
     m_service.Misbehave({.endsSession = true, .requests = 1});
     Select(L"Notes.txt");
     Command(IDM_DOWNLOAD);
-    ASSERT_TRUE(AwaitTransfers({Text(IDS_FINISHED)}));
+    ASSERT_TRUE(PumpUntil([&] { return Column(TransferList(), 3).back() == Text(IDS_FINISHED); }));
+    Command(IDM_DELETE);
     Command(IDM_CHECK_OUT);
     ASSERT_TRUE(AwaitDialog(IDC_PASSWORD));
     Type(IDC_USER, L"ben");
@@ -91,9 +96,47 @@ TEST_F(SessionTest, NothingThatOneUserWantedIsDoneForAnother) {
     ASSERT_TRUE(AwaitDialog(IDC_MESSAGE_ICON));
     EXPECT_NE(DialogText(IDC_STATE).find(L"Notes.txt"), std::wstring::npos) << "it was not done";
     PressChoice(0);
+    EXPECT_FALSE(Dialog()) << "nor is the other one asked what to delete";
+    EXPECT_FALSE(IsEnabled(IDM_RETRY));
     ASSERT_TRUE(AwaitItems(kTop));
     GoTo(L"/Projects/Bridge");
     EXPECT_EQ(Items(4), std::vector<std::wstring>(6)) << "nobody has checked out anything";
+}
+
+TEST_F(SessionTest, WhatIsGivenUpEndsAtOnceAndNeverWaits) {
+    explorer::Worker worker(m_dispatcher.GetExecutor());
+    int questions = 0;
+    explorer::Session session(worker, m_dispatcher.GetExecutor(),
+                              {.onCallsChanged = [] {},
+                               .onSignInNeeded =
+                                   [&questions] {
+                                       ++questions;
+                                   }});
+    std::vector<Failure> ends;
+    const auto call = [&](Failure failure, explorer::Session::CallId dropped) {
+        session.Call([failure](Client&, const CallOptions&) -> bool { throw Exception({failure}); },
+                     [&ends, &session, dropped](const explorer::Reply<bool>& reply) {
+                         ends.push_back(reply.error.failure);
+                         session.Drop(dropped);
+                     });
+    };
+    call(Failure::NotFound, 2); // without a service these wait
+    call(Failure::NotFound, 0);
+    session.FailCalls();
+    EXPECT_EQ(ends, std::vector{Failure::NotSignedIn}) << "the second one was dropped";
+
+    Error error;
+    const std::string url = "http://localhost:1/app";
+    session.Open(url, session.ClientFor(url, error));
+    EXPECT_TRUE(session.IsAt("HTTP://LOCALHOST:1/app/"));
+    EXPECT_FALSE(session.IsAt("http://localhost:1/App"));
+    call(Failure::NotSignedIn, 0);
+    session.GiveUp();
+    EXPECT_EQ(ends.back(), Failure::Cancelled);
+    call(Failure::NotFound, 0);
+    ASSERT_TRUE(PumpUntil([&] { return ends.back() == Failure::NotFound; }));
+    EXPECT_EQ(ends.size(), 3U);
+    EXPECT_EQ(questions, 2) << "those without a service";
 }
 
 TEST_F(SessionTest, ASilentServerCanBeGivenUpAtOnce) {
