@@ -158,5 +158,7 @@
 #define IDS_YES 637
 #define IDS_NO 638
 #define IDS_NOT_MARKED 639
+#define IDS_FOLDER_LEFT 640
+#define IDS_SAME_NAME 641
 
 #define IDS_TOOL_FIRST 650 /* The tool bar's, in its order. */

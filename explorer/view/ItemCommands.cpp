@@ -6,9 +6,11 @@
 #include "explorer/system/Text.h"
 #include "explorer/view/NameDialog.h"
 #include "explorer/view/PropertiesDialog.h"
+#include "support/LocalName.h"
 
 #include <algorithm>
 #include <optional>
+#include <set>
 #include <system_error>
 #include <utility>
 
@@ -248,11 +250,26 @@ void ItemCommands::HandOver(const fs::path& file) {
     }
 }
 
+template <class Choose>
+std::invoke_result_t<Choose> ItemCommands::Chosen(Choose choose) {
+    const auto target = [this] {
+        return std::pair(m_session.Tenure(), PathOf(m_view.Current()));
+    };
+    const auto before = target();
+    auto chosen = choose();
+    if (!chosen.empty() && target() != before) {
+        Tell(Text(IDS_FOLDER_LEFT));
+        return {};
+    }
+    return chosen;
+}
+
 void ItemCommands::Download() {
     const std::vector<Item> items = m_view.List().SelectedItems();
     if (items.size() == 1 && items.front().kind == ItemKind::File) {
         const Item& item = items.front();
-        const fs::path path = m_desktop.ChooseDestination(m_owner, LocalName(item.name));
+        const fs::path path =
+            Chosen([&] { return m_desktop.ChooseDestination(m_owner, LocalName(item.name)); });
         if (!path.empty()) {
             m_transfers.Begin(m_session.GetClient(),
                               {.kind = TransferKind::Download,
@@ -264,7 +281,8 @@ void ItemCommands::Download() {
         }
         return;
     }
-    const fs::path folder = items.empty() ? fs::path() : m_desktop.ChooseFolder(m_owner);
+    const fs::path folder =
+        items.empty() ? fs::path() : Chosen([&] { return m_desktop.ChooseFolder(m_owner); });
     if (folder.empty()) {
         return;
     }
@@ -288,13 +306,19 @@ void ItemCommands::Download() {
 }
 
 void ItemCommands::DownloadInto(const fs::path& folder, const std::vector<Item>& items) {
+    std::set<std::string> keys;
     for (const Item& item : items) {
+        const std::wstring name = LocalName(item.name);
+        if (!keys.insert(NameKey(Utf8(name))).second) {
+            Tell(Text(IDS_SAME_NAME, {DisplayText(Wide(item.name))}));
+            continue;
+        }
         const bool isFolder = item.kind == ItemKind::Folder;
         TransferOrder order = {.kind =
                                    isFolder ? TransferKind::DownloadFolder : TransferKind::Download,
                                .name = item.name,
                                .remoteId = item.id,
-                               .local = folder / LocalName(item.name),
+                               .local = folder / name,
                                .listedSize = item.size};
         m_transfers.Begin(m_session.GetClient(), std::move(order),
                           isFolder ? TransfersModel::Ended() : MarkIfFinished);
@@ -303,8 +327,8 @@ void ItemCommands::DownloadInto(const fs::path& folder, const std::vector<Item>&
 
 void ItemCommands::Replace() {
     const std::vector<Item> items = m_view.List().SelectedItems();
-    const std::vector<fs::path> files = m_desktop.ChooseFiles(m_owner);
-    if (items.size() != 1 || files.empty() || m_view.Current().empty()) {
+    const std::vector<fs::path> files = Chosen([&] { return m_desktop.ChooseFiles(m_owner); });
+    if (items.size() != 1 || files.empty()) {
         return;
     }
     const Item& item = items.front();
@@ -317,11 +341,12 @@ void ItemCommands::Replace() {
 }
 
 void ItemCommands::ChooseUpload() {
-    Upload(m_desktop.ChooseFiles(m_owner));
+    Upload(Chosen([&] { return m_desktop.ChooseFiles(m_owner); }));
 }
 
 void ItemCommands::ChooseFolderUpload() {
-    if (const fs::path folder = m_desktop.ChooseFolder(m_owner); !folder.empty()) {
+    const fs::path folder = Chosen([&] { return m_desktop.ChooseFolder(m_owner); });
+    if (!folder.empty()) {
         Upload({folder});
     }
 }

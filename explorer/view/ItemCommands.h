@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace brevint::explorer {
@@ -50,6 +51,11 @@ private:
     void ForEach(std::vector<Item> items, Work work);
     void GoOn(const std::shared_ptr<Batch>& batch);
     void Conclude(const Batch& batch);
+
+    /// Has the user choose in a dialog of Windows. Meanwhile a session may end, and another folder
+    /// be shown: then what was chosen is not used, and the user is told why.
+    template <class Choose>
+    std::invoke_result_t<Choose> Chosen(Choose choose);
 
     void OpenFile(const Item& item);
     void Launch(const std::filesystem::path& file);

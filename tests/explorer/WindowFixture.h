@@ -24,8 +24,13 @@ public:
     std::filesystem::path folder;
     std::filesystem::path opened;
     std::wstring copied;
+    std::function<void()> meanwhile = [] {
+    }; ///< While the user chooses files.
 
-    std::vector<std::filesystem::path> ChooseFiles(HWND) override { return files; }
+    std::vector<std::filesystem::path> ChooseFiles(HWND) override {
+        meanwhile();
+        return files;
+    }
     std::filesystem::path ChooseFolder(HWND) override { return folder; }
     std::filesystem::path ChooseDestination(HWND, const std::wstring& name) override {
         return folder / name;
