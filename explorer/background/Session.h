@@ -104,24 +104,25 @@ private:
                  Reply<Value>{{.failure = Failure::NotSignedIn, .text = "There is no session."}});
             return;
         }
-        MakeIn(m_client, id, work, [this, id, work, done](auto reply) {
+        MakeIn(m_client, id, work, [this, id, work, done](auto&& reply) {
             if (reply.error.failure == Failure::NotSignedIn) {
                 Wait(id, work, done, reply);
             } else {
-                done(std::move(reply));
+                done(std::forward<decltype(reply)>(reply));
             }
         });
     }
 
     template <class Work, class Done>
-    void MakeIn(const std::shared_ptr<Client>& client, CallId id, Work work, Done done) {
+    void MakeIn(const std::shared_ptr<Client>& client, CallId id, const Work& work,
+                const Done& done) {
         auto onThread = [client, work](const StopToken& stop) {
             return work(*client, CallOptions{.stop = stop, .limit = kLimit});
         };
-        auto onWindow = [this, id, done](auto reply) {
+        auto onWindow = [this, id, done](auto&& reply) {
             m_calls.erase(id);
             m_listener.onCallsChanged();
-            done(std::move(reply));
+            done(std::forward<decltype(reply)>(reply));
         };
         auto cancel = [done] {
             using Value = std::invoke_result_t<Work, Client&, const CallOptions&>;
@@ -135,9 +136,9 @@ private:
     }
 
     template <class Work, class Done, class Reply>
-    void Wait(CallId id, Work work, Done done, Reply reply) {
-        m_waiting.push_back({id, [=, this] { Make(id, work, done); },
-                             [=] {
+    void Wait(CallId id, const Work& work, const Done& done, const Reply& reply) {
+        m_waiting.push_back({id, [this, id, work, done] { Make(id, work, done); },
+                             [done, reply] {
                                  done(reply);
                              }});
         m_listener.onSignInNeeded();
