@@ -165,7 +165,7 @@ std::error_code PartFile::MoveTo(const fs::path& path) const {
     auto* const info = reinterpret_cast<FILE_RENAME_INFO*>(memory.data());
     info->ReplaceIfExists = TRUE;
     info->FileNameLength = static_cast<DWORD>(name.size() * sizeof(wchar_t));
-    std::copy(name.begin(), name.end(), info->FileName);
+    std::ranges::copy(name, info->FileName);
     if (!SetFileInformationByHandle(m_file.get(), FileRenameInfo, info, static_cast<DWORD>(size))) {
         return FileError();
     }
