@@ -6,6 +6,7 @@
 
 #include <wininet.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -30,9 +31,9 @@ File OpenFile(const std::string& name, const char* mode) {
 /// A request and what it needs, from its opening to its end.
 class Request {
 public:
-    Request(const wchar_t* verb, const std::string& address) {
+    Request(const wchar_t* verb, const std::string& address)
+        : m_session(InternetOpenW(L"Velmora", INTERNET_OPEN_TYPE_PRECONFIG, nullptr, nullptr, 0)) {
         const std::wstring url(address.begin(), address.end());
-        m_session = InternetOpenW(L"Velmora", INTERNET_OPEN_TYPE_PRECONFIG, nullptr, nullptr, 0);
         std::vector<wchar_t> host(256);
         std::vector<wchar_t> path(2084);
         URL_COMPONENTSW parts{};
@@ -123,8 +124,8 @@ void Upload(const TaskArguments& arguments, Stopwatch& watch) {
     const File file = OpenFile(arguments.file, "rb");
     std::vector<char> block(kBlockSize);
     for (std::size_t rest = arguments.size; rest > 0;) {
-        const std::size_t count = std::fread(block.data(), 1, block.size(), file.get());
-        Require(count > 0, "the file cannot be read");
+        const std::size_t count = std::min(block.size(), rest);
+        Require(std::fread(block.data(), 1, count, file.get()) == count, "the file cannot be read");
         write(block.data(), count);
         rest -= count;
     }
