@@ -100,7 +100,7 @@ TEST(Responses, FolderItemsAreFilledFromTheirElements) {
          "  <Item><Name>b</Name></Item>\n  <Item/>\n",
          1101, named(L"long name") + named(L"b") + named(L"")},
         {200, "!<Other><Item/></Other>", 1101, L""},
-        {200, "<Item><Name>" + std::string(10'000'001, 'x') + "</Name></Item>", 1104, L""},
+        {200, "<Item><Name>" + std::string().append(10'000'001, 'x') + "</Name></Item>", 1104, L""},
         {200, "<Message>Requested item is not a folder.</Message><Item/>", 1402, named(L"")},
     };
     Check("GetFolderContents", cases);

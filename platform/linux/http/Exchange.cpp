@@ -239,15 +239,15 @@ void Exchange::StartHop(Connect connect) {
     m_isPaused = false;
     m_sourceWanted = false;
     ReleaseChannel();
-    m_url.emplace(m_request.url);
-    m_scope = CookieScope::Of(*m_url);
+    const Url& url = m_url.emplace(m_request.url);
+    m_scope = CookieScope::Of(url);
     m_channel = ChannelPool::Instance().Acquire(Origin(m_request.url));
-    SetOptions(connect);
+    SetOptions(connect, url);
     m_cancellation.Watch(m_channel->Multi());
     m_channel->Start();
 }
 
-void Exchange::SetOptions(Connect connect) {
+void Exchange::SetOptions(Connect connect, const Url& url) {
     m_headerLines = HeaderLines();
     CURL* easy = m_channel->Easy();
     const auto set = [easy](CURLoption option, auto value) {
@@ -255,7 +255,7 @@ void Exchange::SetOptions(Connect connect) {
             throw std::bad_alloc();
         }
     };
-    set(CURLOPT_CURLU, m_url->Handle()); // one without a host ends the exchange
+    set(CURLOPT_CURLU, url.Handle()); // one without a host ends the exchange
     set(CURLOPT_FRESH_CONNECT, connect == Connect::Anew ? 1L : 0L);
     set(CURLOPT_HTTPHEADER, m_headerLines.get());
     if (m_request.verb == "HEAD") {
@@ -308,7 +308,9 @@ Exchange::List Exchange::HeaderLines() const {
     for (const auto& [name, value] : m_request.headers) {
         // Cookies of the jar replace the caller's own.
         if (cookies.empty() || !base::EqualsIgnoreCase(name, "Cookie")) {
-            append(value.empty() ? name + ";" : name + ": " + value);
+            std::string line = name;
+            line += value.empty() ? ";" : ": ";
+            append(line += value);
         }
     }
     if (!cookies.empty()) {

@@ -67,7 +67,7 @@ private:
     void AwaitHead();
     enum class Connect { AsNeeded, Anew };
     void StartHop(Connect connect);
-    void SetOptions(Connect connect);
+    void SetOptions(Connect connect, const Url& url);
     List HeaderLines() const;
     DWORD AcceptHead();
     void DiscardBody();

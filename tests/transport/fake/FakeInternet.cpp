@@ -128,11 +128,11 @@ BOOL HttpQueryInfoW(HINTERNET, DWORD infoLevel, LPVOID buffer, LPDWORD, LPDWORD)
     return number != 0 ? TRUE : Failure(ERROR_HTTP_HEADER_NOT_FOUND);
 }
 
-BOOL HttpQueryInfoA(HINTERNET, DWORD, LPVOID, LPDWORD size, LPDWORD) noexcept {
+BOOL HttpQueryInfoA(HINTERNET, DWORD, LPVOID, LPDWORD length, LPDWORD) noexcept {
     if (!FakeInternet::current->hasLocation) {
         return Failure(ERROR_HTTP_HEADER_NOT_FOUND);
     }
-    *size = 1;
+    *length = 1;
     return Failure(ERROR_INSUFFICIENT_BUFFER);
 }
 
