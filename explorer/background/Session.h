@@ -54,9 +54,9 @@ public:
     }
     /// The same in a client that may not be the session's. It never waits for a sign-in.
     template <class Work, class Done>
-    CallId CallIn(const std::shared_ptr<Client>& client, Work work, Done done) {
+    CallId CallIn(const std::shared_ptr<Client>& client, const Work& work, const Done& done) {
         const CallId id = ++m_lastCall;
-        MakeIn(client, id, std::move(work), std::move(done));
+        MakeIn(client, id, work, done);
         return id;
     }
     /// Its result is wanted by nobody any more.
@@ -106,7 +106,7 @@ private:
         }
         MakeIn(m_client, id, work, [this, id, work, done](auto&& reply) {
             if (reply.error.failure == Failure::NotSignedIn) {
-                Wait(id, work, done, reply);
+                this->Wait(id, work, done, reply);
             } else {
                 done(std::forward<decltype(reply)>(reply));
             }

@@ -160,7 +160,7 @@ TEST_F(SessionTest, TellsThatThereIsNoService) {
     GoTo(L"/Projects");
     m_service.Stop();
     Command(IDM_REFRESH);
-    ASSERT_TRUE(PumpUntil([&] { return NoticeText() != L""; }));
+    ASSERT_TRUE(PumpUntil([&] { return !NoticeText().empty(); }));
     EXPECT_TRUE(Items().empty());
     EXPECT_FALSE(IsEnabled(IDM_UPLOAD));
     EXPECT_TRUE(IsEnabled(IDM_REFRESH));
