@@ -136,8 +136,7 @@ int32_t brevint_group_entry_get(const brevint_group* group, size_t index,
             path = group->group->EntryPath(index);
         }
         const transfers::FolderEntryProgress progress = group->group->EntryProgress(index);
-        brevint_group_entry result;
-        brevint_group_entry_init(&result, sizeof result);
+        brevint_group_entry result = Blank<brevint_group_entry>();
         result.path = path.c_str();
         result.action = static_cast<std::int32_t>(progress.action);
         result.state = static_cast<std::int32_t>(progress.state);

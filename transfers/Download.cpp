@@ -102,7 +102,7 @@ bool Download::OpenPart() {
     }
     lock.unlock(); // the listener may cancel, which takes it
     if (fits) {
-        m_left = m_size;
+        m_inherited = m_size;
         Report(m_size);
     }
     return true;
@@ -182,7 +182,7 @@ Download::Result Download::AcceptRest(const PartRecord& record) {
     }
     m_expected = record.total;
     SetTotal(m_expected);
-    SetResumed(m_left);
+    SetResumed(m_inherited);
     return isNothing ? Result::Complete : Result::GoesOn;
 }
 
@@ -196,7 +196,7 @@ Download::Result Download::BeginAnew(std::optional<PartRecord> record) {
                            : Fail(ErrorCode::EmptyReply, FailureText(ExchangeFailure::BrokenOff));
     }
     m_size = 0;
-    m_left = 0;
+    m_inherited = 0;
     SetResumed(0);
     m_record = std::move(record);
     std::error_code reason = m_file.Truncate(0);

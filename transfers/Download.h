@@ -57,7 +57,7 @@ private:
     const DownloadRequest m_request;
     const std::wstring m_url;
     std::uint64_t m_expected = kUnknownSize;
-    std::uint64_t m_left = 0; ///< Of the part: an earlier transfer has left them.
+    std::uint64_t m_inherited = 0; ///< Bytes of the part that an earlier transfer has left.
 
     /// The file is written on the transfer's thread, and given up on whichever cancels.
     std::mutex m_fileMutex; ///< For what follows.

@@ -4,6 +4,11 @@
 
 namespace brevint::cli::Terminal {
 
+std::chrono::milliseconds PatienceWith(Stream stream) {
+    // Of results, since whoever reads them may only be slow. Of messages there may be thousands.
+    return std::chrono::milliseconds(stream == Stream::Output ? 1000 : 0);
+}
+
 void Tell(std::string_view text, const StopToken& stop) {
     try {
         Write(Stream::Error, text, stop);

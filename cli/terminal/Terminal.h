@@ -2,6 +2,7 @@
 
 #include <brevint/client/StopToken.h>
 
+#include <chrono>
 #include <cstddef>
 #include <filesystem>
 #include <optional>
@@ -36,9 +37,13 @@ std::size_t Width(Stream stream);
 /// Whether writing to that file would be writing to standard output, as with /dev/stdout.
 bool IsOutput(const std::filesystem::path& path);
 
+/// How long whoever reads the stream is waited for after a stop.
+std::chrono::milliseconds PatienceWith(Stream stream);
+
 /// Writes all of `text`, byte for byte unless it goes to a console of Windows, which takes
 /// characters. Throws std::system_error when it cannot be written. A full pipe is waited for until
-/// the token is stopped; after that the error is std::errc::operation_canceled.
+/// the token is stopped, and for PatienceWith after that; then the error is
+/// std::errc::operation_canceled.
 void Write(Stream stream, std::string_view text, const StopToken& stop = {});
 
 /// Writes to standard error, likewise. That it cannot be written is no failure.

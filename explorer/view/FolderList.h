@@ -26,6 +26,7 @@ public:
         std::function<void()> onSelection;
         std::function<void()> onOpen; ///< What is selected.
     };
+
     FolderList(HWND parent, Listener listener);
     FolderList(const FolderList&) = delete;
     FolderList& operator=(const FolderList&) = delete;

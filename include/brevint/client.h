@@ -9,8 +9,7 @@
 ///   whether a failure is thrown or stored.
 /// - Every function may be called on any thread, at the same time as any other, unless the object
 ///   is being moved or destroyed. A call blocks the thread that makes it; transfers do not.
-/// - What is thrown is Exception, std::bad_alloc, and what a callback of the application has
-/// thrown;
+/// - What is thrown: Exception, std::bad_alloc, what a callback of the application has thrown;
 ///   for misuse std::logic_error: an object that was moved from, a text with a zero in it.
 ///
 /// One process has one cookie jar, and with it one session for each host.

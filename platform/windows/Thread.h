@@ -29,7 +29,7 @@ inline void StartThread(std::function<void()> function) {
     if (thread == 0) {
         throw std::system_error(errno, std::generic_category());
     }
-    static_cast<void>(owned.release()); ///< it is the thread's now
+    static_cast<void>(owned.release()); // it is the thread's now
     CloseHandle(reinterpret_cast<HANDLE>(thread));
 }
 

@@ -6,7 +6,6 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
-#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <iterator>
@@ -170,10 +169,7 @@ bool IsOutput(const std::filesystem::path& path) {
 }
 
 void Write(Stream stream, std::string_view text, const StopToken& stop) {
-    // Results are waited for a little after a stop, since whoever reads may only be slow. Messages
-    // are not: there may be thousands of them.
-    const std::chrono::milliseconds patience(stream == Stream::Output ? 1000 : 0);
-    if (const std::error_code failed = WriteAll(Number(stream), text, stop, patience)) {
+    if (const std::error_code failed = WriteAll(Number(stream), text, stop, PatienceWith(stream))) {
         throw std::system_error(failed);
     }
 }

@@ -123,10 +123,7 @@ void Write(Stream stream, std::string_view text, const StopToken& stop) {
         }
         return;
     }
-    // Results are waited for a little after a stop, since whoever reads may only be slow. Messages
-    // are not: there may be thousands of them.
-    const std::chrono::milliseconds patience(stream == Stream::Output ? 1000 : 0);
-    if (const std::error_code failed = WriteAll(Handle(stream), text, stop, patience)) {
+    if (const std::error_code failed = WriteAll(Handle(stream), text, stop, PatienceWith(stream))) {
         throw std::system_error(failed);
     }
 }

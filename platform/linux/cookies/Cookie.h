@@ -11,8 +11,8 @@ class Url;
 
 /// Where a cookie comes from or goes to.
 struct CookieScope {
-    std::string host;    // in small letters, without brackets; empty: nowhere
-    std::string path;    // as on the request line, without query
+    std::string host;    ///< in small letters, without brackets; empty: nowhere
+    std::string path;    ///< as on the request line, without query
     bool secure = false; ///< over TLS
 
     /// Of an absolute, escaped URL. Where libcurl finds no host in it, no cookie comes or goes.

@@ -62,14 +62,14 @@ private:
     const HttpRequest m_request;
     Cancellation m_cancellation; ///< raised when the handle is closed
 
-    std::mutex m_driving;                 // held by the thread that carries an operation out
+    std::mutex m_driving;                 ///< held by the thread that carries an operation out
     std::unique_ptr<Exchange> m_exchange; ///< under m_driving
 
     mutable std::mutex m_mutex; ///< for the rest; never held while anything else happens
     std::shared_ptr<const ReplyHead> m_reply = std::make_shared<ReplyHead>();
     std::list<Operation> m_operations; ///< of an asynchronous request, in order
-    bool m_working = false;            // whether a thread sees to them
-    int m_users = 0;                   // that thread and the synchronous calls
+    bool m_working = false;            ///< whether a thread sees to them
+    int m_users = 0;                   ///< that thread and the synchronous calls
     bool m_closed = false;
 };
 

@@ -44,7 +44,8 @@ public:
     /// before it, and is told once.
     DWORD Read(char* target, std::size_t size, std::size_t& read);
 
-    /// After a failed Send, that of the last redirect that was followed. Told once.
+    /// Hands over the reply's head, once. After a failed Send it is that of the last redirect that
+    /// was followed.
     ReplyHead TakeReply() noexcept { return std::exchange(m_reply, {}); }
 
 private:
@@ -57,7 +58,7 @@ private:
     static std::size_t OnBody(char* data, std::size_t, std::size_t size, void* self) noexcept;
     static std::size_t OnSourceWanted(char* target, std::size_t, std::size_t size,
                                       void* self) noexcept;
-    bool AddHeaderLine(std::string_view line);        // false: there are too many
+    bool AddHeaderLine(std::string_view line);        ///< false: there are too many
     bool AddBody(const char* data, std::size_t size); ///< false: not now
     void Resume();
 
@@ -91,7 +92,7 @@ private:
     std::size_t m_headBytes = 0; ///< of this hop, with all that libcurl hands out as headers
     bool m_ended = false;
     DWORD m_error = ERROR_SUCCESS; ///< why it ended
-    bool m_overtaken = false;  // by the end of a kept connection, with part of the request unsent
+    bool m_overtaken = false;  ///< by the end of a kept connection, with part of the request unsent
     curl_off_t m_received = 0; ///< bytes of this hop, head included
 
     bool m_discarding = false;
@@ -101,7 +102,7 @@ private:
     bool m_sourceWanted = false; ///< libcurl waits for more of the body
 
     ByteQueue m_waiting;
-    bool m_isPaused = false;  // because enough is waiting
+    bool m_isPaused = false;  ///< because enough is waiting
     char* m_target = nullptr; ///< where the rest of the read under way goes
     std::size_t m_wanted = 0;
 };

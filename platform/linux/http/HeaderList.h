@@ -24,9 +24,9 @@ public:
     const Header* Find(std::string_view name) const;
 
     /// Sets every header of a block as HttpSendRequestW takes it: empty lines count for nothing, a
-    /// line without a colon ends the block, and a line with control characters, tabs in its
-    /// value apart, is left out. The
-    /// layer frames messages itself, so Content-Length and Transfer-Encoding are left out too.
+    /// line without a colon ends the block, and a line with control characters, tabs in its value
+    /// apart, is left out. The layer frames messages itself, so Content-Length and
+    /// Transfer-Encoding are left out too.
     void SetBlock(std::wstring_view block);
     /// What such a block announced as Content-Length; 0 when that was nothing or no number.
     std::uint64_t AnnouncedLength() const { return m_announcedLength; }

@@ -12,7 +12,7 @@ struct UrlParts {
     std::wstring_view schemeName;
     std::wstring_view host; ///< without user name and port, with the brackets of an IPv6 address
     INTERNET_PORT port = INTERNET_INVALID_PORT_NUMBER; ///< the scheme's own where the text has none
-    std::wstring_view path;                            // with query and fragment
+    std::wstring_view path;                            ///< with query and fragment
 };
 
 /// Returns ERROR_SUCCESS, ERROR_INTERNET_UNRECOGNIZED_SCHEME for a text without a scheme or
