@@ -153,6 +153,7 @@ TEST(Calls, TakeNothingForASuccessThatIsNotTheServices) {
     const std::string page = "<html><body>Accept the terms of this network.</body></html>";
     server.On("*").Reply(200, {{"Content-Type", "text/html"}}, page);
     for (const Row& row : kCalls) {
+        SCOPED_TRACE(&row - kCalls);
         EXPECT_EQ(FailureOf(row, {client.get()}), BREVINT_FAILURE_NOT_THE_SERVICE);
     }
 }
@@ -163,6 +164,7 @@ TEST(Calls, FollowNoRedirectWithTheSession) {
     const Client client = MakeClient(Narrow(server.Url("")));
     server.On("*").Reply(302, {{"Location", Narrow(elsewhere.Url("/"))}});
     for (const Row& row : kCalls) {
+        SCOPED_TRACE(&row - kCalls);
         if (row.call == kSignIn.call) {
             continue; // that one is sent on to a portal
         }
@@ -200,6 +202,7 @@ TEST(Calls, SendNoIdentifierOrNameThatWouldBreakARequest) {
                                "a\"b", "a b", "a\r\nb",  "\xC3\xA4"};
     const char* const names[] = {"", ".", "..", "a/b", "a\nb", "a\x7F", "a\xC2\x85"};
     for (const Row& row : kCalls) {
+        SCOPED_TRACE(&row - kCalls);
         for (const char* const id : bad) {
             EXPECT_TRUE(!row.takesId || FailureOf(row, {.client = client.get(), .id = id}) ==
                                             BREVINT_FAILURE_INVALID)
@@ -262,6 +265,7 @@ TEST(Stopped, CallsReturnWhileTheServerIsSilent) {
     brevint_call_init(&limited, sizeof limited);
     limited.milliseconds = 1;
     for (const Row& row : kCalls) {
+        SCOPED_TRACE(&row - kCalls);
         const Error error = ErrorOf(row, {.client = client.get(), .call = &limited});
         ASSERT_TRUE(error);
         EXPECT_EQ(error->failure, BREVINT_FAILURE_TIMED_OUT);
