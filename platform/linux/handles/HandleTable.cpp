@@ -1,5 +1,6 @@
 #include "platform/linux/handles/HandleTable.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace platform {
@@ -12,53 +13,48 @@ HandleTable& HandleTable::Instance() {
 HINTERNET HandleTable::Add(std::shared_ptr<InternetHandle> object, HINTERNET parent) {
     const auto parentNumber = reinterpret_cast<Number>(parent);
     const std::lock_guard lock(m_mutex);
-    const auto parentEntry = m_entries.find(parentNumber);
-    if (parent != nullptr && parentEntry == m_entries.end()) {
+    if (parent != nullptr && Locate(parentNumber) == m_entries.end()) {
         return nullptr;
     }
-    const Number number = m_last + 1;
-    const auto id = reinterpret_cast<HINTERNET>(number);
+    const auto id = reinterpret_cast<HINTERNET>(m_last + 1);
     object->SetId(id);
-    const auto entry = m_entries.emplace(number, Entry{std::move(object), parentNumber, {}}).first;
-    if (parent != nullptr) {
-        try {
-            parentEntry->second.children.insert(number);
-        } catch (...) {
-            m_entries.erase(entry);
-            throw;
-        }
-    }
-    m_last = number;
+    m_entries.push_back({m_last + 1, parentNumber, std::move(object)});
+    ++m_last;
     return id;
 }
 
 std::shared_ptr<InternetHandle> HandleTable::FindAny(HINTERNET id) const {
     const std::lock_guard lock(m_mutex);
-    const auto found = m_entries.find(reinterpret_cast<Number>(id));
-    return found == m_entries.end() ? nullptr : found->second.object;
+    const auto found = Locate(reinterpret_cast<Number>(id));
+    return found == m_entries.end() ? nullptr : found->object;
 }
 
 std::vector<std::shared_ptr<InternetHandle>> HandleTable::Remove(HINTERNET id) {
     std::vector<std::shared_ptr<InternetHandle>> objects;
     const auto number = reinterpret_cast<Number>(id);
     const std::lock_guard lock(m_mutex);
-    const auto found = m_entries.find(number);
-    if (found == m_entries.end()) {
-        return objects;
+    if (Locate(number) != m_entries.end()) {
+        Move(number, objects);
     }
-    if (const auto parent = m_entries.find(found->second.parent); parent != m_entries.end()) {
-        parent->second.children.erase(number);
-    }
-    Collect(number, objects);
     return objects;
 }
 
-void HandleTable::Collect(Number number, std::vector<std::shared_ptr<InternetHandle>>& objects) {
-    auto node = m_entries.extract(number);
-    for (const Number child : node.mapped().children) {
-        Collect(child, objects);
+std::vector<HandleTable::Entry>::const_iterator HandleTable::Locate(Number number) const noexcept {
+    const auto found = std::ranges::lower_bound(m_entries, number, {}, &Entry::number);
+    return found != m_entries.end() && found->number == number ? found : m_entries.end();
+}
+
+void HandleTable::Move(Number number, std::vector<std::shared_ptr<InternetHandle>>& objects) {
+    for (;;) {
+        const auto child = std::ranges::find(m_entries, number, &Entry::parent);
+        if (child == m_entries.end()) {
+            break;
+        }
+        Move(child->number, objects);
     }
-    objects.push_back(std::move(node.mapped().object));
+    const auto entry = Locate(number);
+    objects.push_back(entry->object);
+    m_entries.erase(entry);
 }
 
 } // namespace platform

@@ -3,10 +3,8 @@
 #include "platform/linux/handles/InternetHandle.h"
 
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <mutex>
-#include <set>
 #include <vector>
 
 namespace platform {
@@ -33,16 +31,18 @@ private:
     using Number = std::uintptr_t;
 
     struct Entry {
-        std::shared_ptr<InternetHandle> object;
+        Number number;
         Number parent;
-        std::set<Number> children;
+        std::shared_ptr<InternetHandle> object;
     };
 
     std::shared_ptr<InternetHandle> FindAny(HINTERNET id) const;
-    void Collect(Number number, std::vector<std::shared_ptr<InternetHandle>>& objects);
+    /// The end if there is no such handle.
+    std::vector<Entry>::const_iterator Locate(Number number) const noexcept;
+    void Move(Number number, std::vector<std::shared_ptr<InternetHandle>>& objects);
 
     mutable std::mutex m_mutex;
-    std::map<Number, Entry> m_entries;
+    std::vector<Entry> m_entries; ///< in the order of their numbers
     Number m_last = 0;
 };
 
