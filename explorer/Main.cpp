@@ -24,12 +24,11 @@ struct Com {
 /// What "--profile NAME" says: settings and session of that name are kept apart from all others.
 std::wstring Profile() {
     int count = 0;
-    const std::unique_ptr<PWSTR, Closer<LocalFree>> arguments(
-        CommandLineToArgvW(GetCommandLineW(), &count));
+    PWSTR* const arguments = CommandLineToArgvW(GetCommandLineW(), &count);
+    const LocalPtr owner(static_cast<void*>(arguments));
     const std::wstring name =
-        arguments && count == 3 && arguments.get()[1] == std::wstring_view(L"--profile")
-            ? arguments.get()[2]
-            : L"";
+        arguments && count == 3 && arguments[1] == std::wstring_view(L"--profile") ? arguments[2]
+                                                                                   : L"";
     return name.find_first_of(L"\\/:.") == std::wstring::npos ? name : std::wstring();
 }
 

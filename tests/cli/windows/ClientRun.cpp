@@ -39,8 +39,8 @@ PROCESS_INFORMATION StartProcess(std::wstring command, const std::filesystem::pa
     Require(InitializeProcThreadAttributeList(startup.lpAttributeList, 1, 0, &size));
     PROCESS_INFORMATION process = {};
     Require(UpdateProcThreadAttribute(startup.lpAttributeList, 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST,
-                                      inherited.data(), inherited.size() * sizeof(HANDLE), nullptr,
-                                      nullptr) &&
+                                      static_cast<void*>(inherited.data()),
+                                      inherited.size() * sizeof(HANDLE), nullptr, nullptr) &&
             CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE,
                            EXTENDED_STARTUPINFO_PRESENT, nullptr, folder.c_str(),
                            &startup.StartupInfo, &process));
