@@ -69,7 +69,8 @@ public:
     /// for a destination that is written to directly.
     std::uint64_t Size() const noexcept;
 
-    /// Cuts the part to `size` bytes, of which it must have as many, and goes on writing there.
+    /// Cuts the part to `size` bytes, of which it must have as many, and goes on writing there. The
+    /// record of one that is empty then is gone.
     std::error_code Truncate(std::uint64_t size);
 
     /// The record that lies beside the resumable part; empty when there is none, or none that may

@@ -97,6 +97,7 @@ bool Download::OpenPart() {
         m_record && m_record->url == m_url && m_size >= m_record->kept &&
         m_size <= m_record->total &&
         (m_request.listedSize == kUnknownSize || m_request.listedSize == m_record->total);
+    m_isRecorded = fits;
     if (!fits) {
         m_record.reset();
     }
@@ -195,14 +196,12 @@ Download::Result Download::BeginAnew(std::optional<PartRecord> record) {
         return m_size == 0 ? Result::GoesOn
                            : Fail(ErrorCode::EmptyReply, FailureText(ExchangeFailure::BrokenOff));
     }
+    const std::error_code reason = m_size == 0 ? std::error_code() : m_file.Truncate(0);
     m_size = 0;
     m_inherited = 0;
     SetResumed(0);
     m_record = std::move(record);
-    std::error_code reason = m_file.Truncate(0);
-    if (!reason && m_record) {
-        reason = m_file.WriteRecord(m_record->Text());
-    }
+    m_isRecorded = false;
     return reason ? Fail(ErrorCode::DownloadWriteFailed,
                          FileFailureText(L"The file cannot be written", reason))
                   : Result::GoesOn;
@@ -264,11 +263,17 @@ Download::Result Download::Write(std::string_view bytes) {
         if (m_isGivenUp) {
             return Result::Cancelled;
         }
-        if (const std::error_code reason = m_file.Write(bytes)) {
+        std::error_code reason = m_file.Write(bytes);
+        m_size += reason ? 0 : bytes.size();
+        // Nobody goes on with a file that is here at once.
+        if (!reason && m_record && !m_isRecorded && m_size < m_expected) {
+            reason = m_file.WriteRecord(m_record->Text());
+            m_isRecorded = true;
+        }
+        if (reason) {
             return Fail(ErrorCode::DownloadWriteFailed,
                         FileFailureText(L"The file cannot be written", reason));
         }
-        m_size += bytes.size();
     }
     m_attempts.Restart();
     Report(m_size);

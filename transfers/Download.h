@@ -64,6 +64,7 @@ private:
     LocalFileWriter m_file;
     std::uint64_t m_size = 0;           ///< Bytes in the part.
     std::optional<PartRecord> m_record; ///< None: the part cannot be gone on with.
+    bool m_isRecorded = false;          ///< whether it lies beside the part
     bool m_isOpen = false;
     bool m_isGivenUp = false;
     bool m_isComplete = false; ///< In place, or kept beside it.

@@ -20,12 +20,11 @@ std::error_code LocalFileOutput::Open(const fs::path& destination, LocalFileWrit
     if (m_place.isStream || (m_replaces && !S_ISREG(m_old.st_mode))) {
         return OpenItself(destination);
     }
-    if (kind == LocalFileWriter::Part::Resumable) {
-        return m_part.OpenResumable(m_place.folder.Get(), m_place.name);
-    }
     // What replaces a file gets that one's permissions at the end, and has no more until then.
     const mode_t mode = m_replaces ? S_IRUSR | S_IWUSR : 0666;
-    return m_part.OpenTemporary(m_place.folder.Get(), mode);
+    return kind == LocalFileWriter::Part::Resumable
+               ? m_part.OpenResumable(m_place.folder.Get(), m_place.name, mode)
+               : m_part.OpenTemporary(m_place.folder.Get(), mode);
 }
 
 /// Opens what is there, provided that it is still what was looked at.

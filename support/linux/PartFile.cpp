@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <ctime>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -30,14 +31,14 @@ std::error_code PartFile::OpenTemporary(int folder, mode_t mode) {
     return Make(mode);
 }
 
-std::error_code PartFile::OpenResumable(int folder, std::string_view destination) {
+std::error_code PartFile::OpenResumable(int folder, std::string_view destination, mode_t mode) {
     m_folder = folder;
     const std::string stem = PartFileRules::StemFor(destination);
     m_name = stem + PartFileRules::kPartEnding;
     m_record = stem + PartFileRules::kRecordEnding;
     // Another writer may make the part, or finish it and so rename it, just before it is locked.
     for (int attempt = 0; attempt < 2; ++attempt) {
-        const std::error_code reason = FindOrMake();
+        const std::error_code reason = FindOrMake(mode);
         if (reason == std::errc::file_exists) {
             continue;
         }
@@ -61,7 +62,7 @@ std::error_code PartFile::Make(mode_t mode) {
 }
 
 /// Opens the part that is there. What is not the user's own gives way to a new one.
-std::error_code PartFile::FindOrMake() {
+std::error_code PartFile::FindOrMake(mode_t mode) {
     m_file = Descriptor(openat(m_folder, m_name.c_str(), O_WRONLY | kCarefully));
     const int error = m_file ? 0 : errno;
     if (m_file && IsUsersOwn(m_file.Get())) {
@@ -75,7 +76,16 @@ std::error_code PartFile::FindOrMake() {
     if (isForeign && unlinkat(m_folder, m_name.c_str(), 0) != 0 && errno != ENOENT) {
         return FileError();
     }
-    return Make(kUserOnly);
+    if (const std::error_code reason = Make(mode)) {
+        return reason;
+    }
+    struct stat made {};
+    if (fstat(m_file.Get(), &made) != 0) {
+        return FileError();
+    }
+    m_firstMode = made.st_mode & 0777;
+    Protect();
+    return {};
 }
 
 /// Goes on after what is there, or begins anew.
@@ -93,6 +103,7 @@ std::error_code PartFile::TakeOver() {
         return FileError();
     }
     m_found = static_cast<std::uint64_t>(end);
+    m_mayHaveRecord = true;
     if (m_found == 0) {
         RemoveRecord();
     }
@@ -120,12 +131,18 @@ std::error_code PartFile::Truncate(std::uint64_t size) {
         return FileError();
     }
     m_found = std::min(m_found, size);
+    if (size == 0) {
+        RemoveRecord();
+    }
     return {};
 }
 
 std::string PartFile::ReadRecord() const {
+    if (!m_mayHaveRecord) {
+        return {};
+    }
     const Descriptor file(openat(m_folder, m_record.c_str(), O_RDONLY | kCarefully));
-    if (!IsResumable() || !file || !IsUsersOwn(file.Get())) {
+    if (!file || !IsUsersOwn(file.Get())) {
         return {};
     }
     std::string record(PartFileRules::kLongestRecord + 1, '\0');
@@ -146,8 +163,9 @@ std::string PartFile::ReadRecord() const {
     }
 }
 
-std::error_code PartFile::WriteRecord(std::string_view record) const {
+std::error_code PartFile::WriteRecord(std::string_view record) {
     PartFile next;
+    m_mayHaveRecord = true;
     std::error_code reason = next.OpenTemporary(m_folder, kUserOnly);
     if (next.IsOpen()) {
         reason = WriteAll(next.Get(), record);
@@ -160,6 +178,9 @@ std::error_code PartFile::WriteRecord(std::string_view record) const {
 }
 
 std::error_code PartFile::TakeUsualMode() const {
+    if (m_firstMode) {
+        return fchmod(Get(), *m_firstMode) == 0 ? std::error_code() : FileError();
+    }
     PartFile fresh;
     std::error_code reason = fresh.OpenTemporary(m_folder, 0666);
     if (fresh.IsOpen()) {
@@ -172,7 +193,7 @@ std::error_code PartFile::TakeUsualMode() const {
     return reason;
 }
 
-std::error_code PartFile::MoveTo(const std::string& name, bool durable) const {
+std::error_code PartFile::MoveTo(const std::string& name, bool durable) {
     if (durable && fsync(m_file.Get()) != 0) {
         return FileError();
     }
@@ -189,15 +210,15 @@ std::error_code PartFile::MoveTo(const std::string& name, bool durable) const {
     return {};
 }
 
-void PartFile::Remove() const noexcept {
+void PartFile::Remove() noexcept {
     if (IsInPlace()) {
         RemoveRecord();
         unlinkat(m_folder, m_name.c_str(), 0);
     }
 }
 
-void PartFile::RemoveRecord() const noexcept {
-    if (IsResumable()) {
+void PartFile::RemoveRecord() noexcept {
+    if (std::exchange(m_mayHaveRecord, false)) {
         unlinkat(m_folder, m_record.c_str(), 0);
     }
 }

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 #include <aclapi.h>
@@ -103,6 +104,7 @@ std::error_code PartFile::TakeOver() {
         return FileError();
     }
     m_found = static_cast<std::uint64_t>(end.QuadPart);
+    m_mayHaveRecord = true;
     if (m_found == 0) {
         RemoveRecord();
     }
@@ -123,13 +125,16 @@ std::error_code PartFile::Truncate(std::uint64_t size) {
         return FileError();
     }
     m_found = std::min(m_found, size);
+    if (size == 0) {
+        RemoveRecord();
+    }
     return {};
 }
 
 std::string PartFile::ReadRecord() const {
     const HandlePtr file =
-        IsResumable() ? OpenFile(m_record, GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING, kFlags)
-                      : nullptr;
+        m_mayHaveRecord ? OpenFile(m_record, GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING, kFlags)
+                        : nullptr;
     LARGE_INTEGER size = {};
     if (!file || !IsUsersOwn(file.get()) || !GetFileSizeEx(file.get(), &size) ||
         size.QuadPart > static_cast<LONGLONG>(PartFileRules::kLongestRecord)) {
@@ -144,8 +149,9 @@ std::string PartFile::ReadRecord() const {
     return record;
 }
 
-std::error_code PartFile::WriteRecord(std::string_view record) const {
+std::error_code PartFile::WriteRecord(std::string_view record) {
     PartFile next;
+    m_mayHaveRecord = true;
     std::error_code reason = next.OpenTemporary(m_record.parent_path(), m_usersOnly.get());
     if (!reason) {
         reason = WriteAll(next.Get(), record);
@@ -157,7 +163,7 @@ std::error_code PartFile::WriteRecord(std::string_view record) const {
     return reason;
 }
 
-std::error_code PartFile::MoveTo(const fs::path& path) const {
+std::error_code PartFile::MoveTo(const fs::path& path) {
     const std::wstring& name = path.native();
     const std::size_t size =
         offsetof(FILE_RENAME_INFO, FileName) + (name.size() + 1) * sizeof(wchar_t);
@@ -173,14 +179,14 @@ std::error_code PartFile::MoveTo(const fs::path& path) const {
     return {};
 }
 
-void PartFile::Remove() const noexcept {
+void PartFile::Remove() noexcept {
     RemoveRecord();
     FILE_DISPOSITION_INFO gone = {TRUE};
     SetFileInformationByHandle(m_file.get(), FileDispositionInfo, &gone, sizeof gone);
 }
 
-void PartFile::RemoveRecord() const noexcept {
-    if (IsResumable()) {
+void PartFile::RemoveRecord() noexcept {
+    if (std::exchange(m_mayHaveRecord, false)) {
         DeleteFileW(m_record.c_str()); // a link itself, not what it leads to
     }
 }

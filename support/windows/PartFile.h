@@ -29,19 +29,20 @@ public:
     std::error_code Truncate(std::uint64_t size);
 
     std::string ReadRecord() const;
-    std::error_code WriteRecord(std::string_view record) const;
+    std::error_code WriteRecord(std::string_view record);
 
-    std::error_code MoveTo(const std::filesystem::path& path) const;
-    void Remove() const noexcept;
+    std::error_code MoveTo(const std::filesystem::path& path);
+    void Remove() noexcept;
     /// Takes away what others may do with it.
     void Protect() const noexcept;
 
 private:
     std::error_code TakeOver();
-    void RemoveRecord() const noexcept;
+    void RemoveRecord() noexcept;
 
     HandlePtr m_file;
     std::filesystem::path m_record; ///< Empty for a temporary part.
     LocalPtr m_usersOnly;           ///< The access to a resumable part and its record.
+    bool m_mayHaveRecord = false;
     std::uint64_t m_found = 0;
 };

@@ -38,6 +38,7 @@ TEST_F(ResumablePart, GoesOnWhereAnotherWriterStopped) {
         EXPECT_EQ(writer.Truncate(7), std::errc::invalid_argument);
         EXPECT_FALSE(writer.Write("!"));
         EXPECT_FALSE(writer.Truncate(4));
+        EXPECT_EQ(writer.ReadRecord(), "record");
         EXPECT_EQ(writer.Size(), 4U);
         EXPECT_FALSE(writer.Write(content));
         EXPECT_FALSE(writer.Finish(false));
@@ -45,6 +46,11 @@ TEST_F(ResumablePart, GoesOnWhereAnotherWriterStopped) {
         EXPECT_EQ(fs::status(target).permissions(), fs::status(other).permissions());
         EXPECT_EQ(std::distance(fs::directory_iterator(folder.Folder()), {}), 2);
     }
+    // What is begun anew is not what the record is about.
+    Leave();
+    ASSERT_FALSE(writer.Open(target, kResumable));
+    EXPECT_FALSE(writer.Truncate(0));
+    EXPECT_EQ(Find(".record"), fs::path());
 }
 
 TEST_F(ResumablePart, BelongsToOneWriterAtATime) {
