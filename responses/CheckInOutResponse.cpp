@@ -12,11 +12,11 @@ CCheckInOutResponse::~CCheckInOutResponse() = default;
 void CCheckInOutResponse::InitErrorMaps() {
     // Checking in what is checked in already has the outcome that was asked for: a success.
     static constexpr ErrorRow kExact[] = {
-        {L"item already checked out.", ErrorCode::CheckInOutAlreadyCheckedOut},
+        {ErrorMessage::AlreadyCheckedOut, ErrorCode::CheckInOutAlreadyCheckedOut},
         {ErrorMessage::AuthorizationFailed, ErrorCode::AuthorizationFailed},
         {ErrorMessage::ItemNotFound, ErrorCode::CheckInOutItemNotFound},
-        {L"cannot check-out or check-in folders.", ErrorCode::CheckInOutOfFolder},
-        {L"item already checked in.", ErrorCode::Success},
+        {ErrorMessage::CannotLockFolders, ErrorCode::CheckInOutOfFolder},
+        {ErrorMessage::AlreadyCheckedIn, ErrorCode::Success},
         {ErrorMessage::CheckedOutToAnotherUser, ErrorCode::CheckInOutByAnotherUser},
     };
     AddExactMessages(kExact);

@@ -26,14 +26,12 @@ double CCreateFolderResponse::GetErrorCode() const {
 void CCreateFolderResponse::InitErrorMaps() {
     static constexpr ErrorRow kExact[] = {
         {ErrorMessage::AuthorizationFailed, ErrorCode::AuthorizationFailed},
-        {L"please specify a name that does not contain the following characters:  "
-         L"\\ / : * ? \" < > |",
-         ErrorCode::CreateFolderInvalidName},
+        {ErrorMessage::InvalidName, ErrorCode::CreateFolderInvalidName},
         {ErrorMessage::InvalidId, ErrorCode::CreateFolderInvalidId},
     };
     AddExactMessages(kExact);
     static constexpr ErrorRow kPrefixes[] = {
-        {L"the destination already contains a folder named '", ErrorCode::CreateFolderNameExists},
+        {ErrorMessage::FolderExistsPrefix, ErrorCode::CreateFolderNameExists},
     };
     AddMessagePrefixes(kPrefixes);
 }

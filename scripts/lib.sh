@@ -41,7 +41,7 @@ step() {
 # targets. Ninja itself sees changed CMake files, but not changed presets. Its progress is for a
 # terminal; elsewhere it tells only what fails.
 build_preset() {
-    local preset=$1 folder=$root/build/$1 quiet=()
+    local preset=${1:?} folder=$root/build/$1 quiet=()
     shift
     [[ -t 1 ]] || quiet=(-- --quiet)
     # Compiled objects are shared by all build folders and clones.

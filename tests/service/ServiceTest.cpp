@@ -219,7 +219,7 @@ TEST_F(Service, EveryCallNeedsBothCookiesOfALivingSession) {
     Check("theme=dark;" + fedAuth1 + ";" + fedAuth + "; x", {{identity, 200, ""}});
     Check(m_ada, {{{"GET", "/SignOut"}, 200, ""}});
     for (const std::string call :
-         {"GET /application/identity", "GET /Application/Versions", "GET /Analysis/Types",
+         {"GET /Application/Identity", "GET /Application/Versions", "GET /Analysis/Types",
           "GET /SignOut", "GET /Repository/Items/1/Items", "POST /Repository/Items/1/Items",
           "GET /Repository/Items/1/Path", "PUT /Repository/Items/1/Locked",
           "POST /Repository/Items/1/Files", "DELETE /Repository/Items", "GET /Repository/Files/1",
