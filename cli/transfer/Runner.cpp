@@ -33,6 +33,11 @@ bool IsActive(TransferState state) {
     return state == TransferState::Running || state == TransferState::Processing;
 }
 
+/// A session that ends at once may do so before anybody has seen it run.
+bool HasBegun(TransferState state) {
+    return IsActive(state) || state == TransferState::NeedsSignIn;
+}
+
 bool IsPlanned(TransferState state) {
     return IsActive(state) || state == TransferState::Finished || state == TransferState::Failed;
 }
@@ -107,7 +112,7 @@ void Runner::TakeChanges() {
         // Two threads may have noted their states in the wrong order.
         status.state = StateOf(task.moving);
         m_display->OnChange(status);
-        task.hasBegun = task.hasBegun || IsActive(status.state);
+        task.hasBegun = task.hasBegun || HasBegun(status.state);
         if (task.move.onPlanned && IsPlanned(status.state) &&
             !std::exchange(task.isPlanned, true)) {
             m_display->Hide();
