@@ -76,7 +76,7 @@ std::error_code PartFile::FindOrMake(mode_t mode) {
     if (isForeign && unlinkat(m_folder, m_name.c_str(), 0) != 0 && errno != ENOENT) {
         return FileError();
     }
-    if (const std::error_code reason = Make(mode)) {
+    if (const std::error_code reason = Make(mode); !m_file) {
         return reason;
     }
     struct stat made {};
