@@ -45,7 +45,8 @@ if(WIN32)
   include(MsvcImportLibrary)
 else()
   # The platform layer's thread may outlive the last call by a moment: the code stays loaded. Symbols are
-  # looked up when it is loaded, its own nowhere else, so that the first call need not wait for that.
+  # looked up when it is loaded, so that the first call need not wait for that; its own functions are not
+  # looked up at all.
   target_link_options(brevint PRIVATE -Wl,-z,nodelete -Wl,-z,now -Wl,-Bsymbolic-functions
     -Wl,--version-script=${CMAKE_CURRENT_SOURCE_DIR}/cmake/exports.map)
   set_target_properties(brevint PROPERTIES LINK_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/cmake/exports.map)

@@ -11,9 +11,10 @@ constexpr std::size_t kCommitted = std::size_t{1} << 30;
 /// Of a reply with more bytes the room is doubled only: on Windows it counts as used.
 constexpr std::size_t kLarge = std::size_t{256} << 20;
 
-} // namespace
-
-void ReadBuffer::MakeRoom(std::size_t count, std::vector<char>& out) {
+/// Makes room for `count` more bytes of a reply that comes in parts, and for as many again or more:
+/// to move what has come often costs more than memory that is not written to. Throws
+/// std::bad_alloc.
+void MakeRoom(std::size_t count, std::vector<char>& out) {
     if (out.empty() || out.capacity() - out.size() >= count) {
         return;
     }
@@ -24,6 +25,8 @@ void ReadBuffer::MakeRoom(std::size_t count, std::vector<char>& out) {
         out.reserve(needed); // what there is may do for these
     }
 }
+
+} // namespace
 
 bool ReadBuffer::Allocate(std::size_t size) noexcept {
     *this = {};

@@ -18,11 +18,6 @@ public:
     /// std::bad_alloc.
     void MoveTo(std::size_t count, std::vector<char>& out);
 
-    /// Makes room for `count` more bytes of a reply that comes in parts, and for as many again or
-    /// more: to move what has come often costs more than memory that is not written to. Throws
-    /// std::bad_alloc.
-    static void MakeRoom(std::size_t count, std::vector<char>& out);
-
 private:
     std::vector<char> m_bytes;
     std::unique_ptr<char[]> m_lazy;

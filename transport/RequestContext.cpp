@@ -208,9 +208,6 @@ bool RequestContext::AddRead(State step) noexcept {
         return false;
     }
     try {
-        if (step == State::ReadingChunk) {
-            ReadBuffer::MakeRoom(bytesRead, data);
-        }
         readBuffer.MoveTo(bytesRead, data);
     } catch (const std::bad_alloc&) {
         return false;

@@ -65,6 +65,7 @@ std::error_code PartFile::Make(mode_t mode) {
 std::error_code PartFile::FindOrMake(mode_t mode) {
     m_file = Descriptor(openat(m_folder, m_name.c_str(), O_WRONLY | kCarefully));
     const int error = m_file ? 0 : errno;
+    m_firstMode.reset();
     if (m_file && IsUsersOwn(m_file.Get())) {
         return {};
     }
