@@ -67,9 +67,19 @@ unset_proxies() {
     unset http_proxy https_proxy all_proxy no_proxy HTTP_PROXY HTTPS_PROXY ALL_PROXY NO_PROXY
 }
 
+# What starts a program at the same addresses each time, where the kernel lets one ask for that.
+# ThreadSanitizer cannot map its memory under some kernels' randomisation, nor, now and then, can Wine.
+fixed_addresses=()
+! setarch -R true 2>&- || fixed_addresses=(setarch -R)
+
 # Wine. One prefix serves all builds: it takes 700 MB and some ten seconds to make. BREVINT_WINE names
-# another one.
-export WINEPREFIX=$cache/wine${BREVINT_WINE:+-$BREVINT_WINE} WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES="mscoree=;mshtml="
+# another one. Wine is quiet, but for why a program could not be loaded.
+export WINEPREFIX=$cache/wine${BREVINT_WINE:+-$BREVINT_WINE} WINEARCH=win64 WINEDLLOVERRIDES="mscoree=;mshtml="
+export WINEDEBUG=-all,err+module,err+virtual
+
+# Starts a Windows program. One page of Windows has a fixed address, 0x7ffe0000. A new kernel puts the
+# heap of Debian's Wine anywhere in the gigabyte where that page is: one start in 8,000 fails.
+wine=("${fixed_addresses[@]}" wine)
 
 # One Wine process, kept apart from our standard streams (whatever it starts inherits them, and a
 # reader of ours would wait for it) and from the lock of wine_start.
@@ -84,14 +94,14 @@ wine_start() {
         flock 9
         if [[ ! -e $WINEPREFIX/.complete ]]; then
             rm -rf "$WINEPREFIX"
-            wine_quietly wine wineboot --init || die "cannot make the Wine prefix $WINEPREFIX"
+            wine_quietly "${wine[@]}" wineboot --init || die "cannot make the Wine prefix $WINEPREFIX"
             wine_quietly wineserver -w
             touch "$WINEPREFIX/.complete"
         fi
         if ! wine_quietly wineserver -k0; then
             # Fails where one runs after all; wineboot tells whether it does.
             wine_quietly wineserver -p600 || true
-            wine_quietly wine wineboot || die "cannot start Wine"
+            wine_quietly "${wine[@]}" wineboot || die "cannot start Wine"
         fi
     ) 9>"$cache/wine.lock"
 }
