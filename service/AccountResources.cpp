@@ -34,8 +34,12 @@ HttpReply TellVersions(const Call&) {
 } // namespace
 
 void AddAccountResources(Router& router) {
-    router.Add("GET", "Application/Identity", Access::SignedIn, TellIdentity);
-    router.Add("GET", "Application/Versions", Access::SignedIn, TellVersions);
+    router.Add({"GET", "Application/Identity", Access::SignedIn, "",
+                "`IdentifyingPartyUri`, `Name`, `IsAdmin`, `IsUser`"},
+               TellIdentity);
+    router.Add({"GET", "Application/Versions", Access::SignedIn, "",
+                "`Version`, `Client/Version` for each desktop version that is accepted"},
+               TellVersions);
 }
 
 } // namespace brevint::service

@@ -142,11 +142,14 @@ Admission OpenUpload(const Call& opened, ServiceState& state,
 } // namespace
 
 void AddFileResources(Router& router, ServiceState& state) {
-    router.AddOpened("GET", "Repository/Files/{id}", Access::SignedIn,
+    router.AddOpened({"GET", "Repository/Files/{id}", Access::SignedIn, "",
+                      "the file itself; in chunks with `?chunked=1`"},
                      [&state](const Call& call) { return OpenDownload(call, state); });
-    router.AddOpened("PUT", "Repository/Files/{id}", Access::SignedIn,
+    router.AddOpened({"PUT", "Repository/Files/{id}", Access::SignedIn,
+                      "one file as multipart/form-data", "`JobId`; replaces a file's content"},
                      [&state](const Call& call) { return OpenUpload(call, state, ReplaceFile); });
-    router.AddOpened("POST", "Repository/Items/{id}/Files", Access::SignedIn,
+    router.AddOpened({"POST", "Repository/Items/{id}/Files", Access::SignedIn,
+                      "one file as multipart/form-data", "`JobId`; uploads into a folder"},
                      [&state](const Call& call) { return OpenUpload(call, state, AddFile); });
 }
 

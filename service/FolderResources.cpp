@@ -75,9 +75,11 @@ HttpReply CreateFolder(const Call& call, Repository& repository) {
 } // namespace
 
 void AddFolderResources(Router& router, ServiceState& state) {
-    router.Add("GET", "Repository/Items/{id}/Items", Access::SignedIn,
+    router.Add({"GET", "Repository/Items/{id}/Items", Access::SignedIn, "",
+                "`Item` for each item of a folder, by name"},
                [&state](const Call& call) { return ListFolder(call, state.repository); });
-    router.Add("POST", "Repository/Items/{id}/Items", Access::SignedIn,
+    router.Add({"POST", "Repository/Items/{id}/Items", Access::SignedIn,
+                R"(`{"ItemType":0,"Name":"…"}`)", "`UniqueId` of the new folder"},
                [&state](const Call& call) { return CreateFolder(call, state.repository); });
 }
 

@@ -49,11 +49,14 @@ HttpReply DeleteItems(const Call& call, Repository& repository) {
 } // namespace
 
 void AddItemResources(Router& router, ServiceState& state) {
-    router.Add("GET", "Repository/Items/{id}/Path", Access::SignedIn,
+    router.Add({"GET", "Repository/Items/{id}/Path", Access::SignedIn, "", "`Path`"},
                [&state](const Call& call) { return TellPath(call, state.repository); });
-    router.Add("PUT", "Repository/Items/{id}/Locked", Access::SignedIn,
+    router.Add({"PUT", "Repository/Items/{id}/Locked", Access::SignedIn,
+                R"(`{"ItemId":"ID","Locked":true}`)",
+                "nothing; checks a file out (`true`) or in (`false`)"},
                [&state](const Call& call) { return SetLocked(call, state.repository); });
-    router.Add("DELETE", "Repository/Items", Access::SignedIn,
+    router.Add({"DELETE", "Repository/Items", Access::SignedIn, R"(`{"ItemIds":["ID",…]}`)",
+                "nothing; deletes all of them or none"},
                [&state](const Call& call) { return DeleteItems(call, state.repository); });
 }
 

@@ -22,8 +22,9 @@ HttpReply PollJob(const Call& call, Jobs& jobs) {
 } // namespace
 
 void AddJobResources(Router& router, ServiceState& state) {
-    router.Add("GET", "Repository/Jobs/{id}", Access::SignedIn,
-               [&state](const Call& call) { return PollJob(call, state.jobs); });
+    router.Add(
+        {"GET", "Repository/Jobs/{id}", Access::SignedIn, "", "`JobId`, `Status`, `Details`"},
+        [&state](const Call& call) { return PollJob(call, state.jobs); });
 }
 
 } // namespace brevint::service

@@ -1,8 +1,10 @@
 #include "service/OptionTable.h"
 
+#include "service/ReferenceService.h"
 #include "service/Text.h"
 
 #include <limits>
+#include <regex>
 #include <stdexcept>
 
 namespace brevint::service {
@@ -73,6 +75,20 @@ std::string DocumentedMisbehaviour() {
     return table;
 }
 
+std::string DocumentedResources() {
+    std::string table = "| Request | Reply, below `ResponseData` |\n|---|---|\n";
+    for (const Resource& row : ReferenceService().Resources()) {
+        if (row.access == Access::SignedIn) {
+            const std::string address(row.pattern);
+            table.append("| `").append(row.method).append(" /");
+            table.append(std::regex_replace(address, std::regex("[{]id[}]"), "ID"));
+            table.append(row.request.empty() ? "`" : "` with ").append(row.request);
+            table.append(" | ").append(row.reply).append(" |\n");
+        }
+    }
+    return table;
+}
+
 } // namespace
 
 std::span<const OptionRow> AllOptions() {
@@ -85,6 +101,9 @@ std::string DocumentedTable(const std::string& name) {
     }
     if (name == "misbehaviour") {
         return DocumentedMisbehaviour();
+    }
+    if (name == "resources") {
+        return DocumentedResources();
     }
     throw std::invalid_argument("there is no such table");
 }

@@ -21,7 +21,7 @@ struct OptionRow {
 
 std::span<const OptionRow> AllOptions();
 
-/// The table of that name in docs/service.md, "options" or "misbehaviour". Throws
+/// The table of that name in docs/service.md, "options", "misbehaviour" or "resources". Throws
 /// std::invalid_argument for other names.
 std::string DocumentedTable(const std::string& name);
 

@@ -6,6 +6,7 @@
 #include "service/ServiceState.h"
 
 #include <string>
+#include <vector>
 
 namespace brevint::service {
 
@@ -26,6 +27,9 @@ public:
 
     /// What the server does with a request. Needs no start.
     Admission Admit(const HttpRequest& head) const { return m_router.Admit(head); }
+
+    /// All that it has.
+    std::vector<Resource> Resources() const { return m_router.Resources(); }
 
     /// The address that clients are given, with "/" at its end. Valid once started.
     std::string Url() const;

@@ -17,7 +17,7 @@ constexpr std::string_view kIdSegment = "{id}";
 
 // What stands for "{id}" in a path that fits the pattern, "" where it holds none; nothing when it
 // does not fit.
-std::optional<std::string> Match(const std::vector<std::string>& pattern,
+std::optional<std::string> Match(const std::vector<std::string_view>& pattern,
                                  const std::vector<std::string_view>& path) {
     if (pattern.size() != path.size()) {
         return std::nullopt;
@@ -71,9 +71,8 @@ std::string Call::Guid() const {
     return *guid;
 }
 
-void Router::Add(std::string method, std::string_view pattern, Access access,
-                 const Handler& handler) {
-    AddOpened(std::move(method), pattern, access, [handler](const Call& opened) {
+void Router::Add(const Resource& resource, const Handler& handler) {
+    AddOpened(resource, [handler](const Call& opened) {
         return Admission{.answer = [handler, call = opened](HttpRequest request) mutable {
             call.request = std::move(request);
             return handler(call);
@@ -81,12 +80,16 @@ void Router::Add(std::string method, std::string_view pattern, Access access,
     });
 }
 
-void Router::AddOpened(std::string method, std::string_view pattern, Access access, Opener opener) {
-    Route route{std::move(method), {}, access, std::move(opener)};
-    for (std::string_view segment : Split(pattern, '/')) {
-        route.segments.emplace_back(segment);
+void Router::AddOpened(const Resource& resource, Opener opener) {
+    m_routes.push_back({resource, Split(resource.pattern, '/'), std::move(opener)});
+}
+
+std::vector<Resource> Router::Resources() const {
+    std::vector<Resource> resources;
+    for (const Route& route : m_routes) {
+        resources.push_back(route.resource);
     }
-    m_routes.push_back(std::move(route));
+    return resources;
 }
 
 Admission Router::Admit(const HttpRequest& head) const {
@@ -101,13 +104,13 @@ Admission Router::Admit(const HttpRequest& head) const {
         if (!id) {
             continue;
         }
-        if (route.method != head.method) {
-            methods += (methods.empty() ? "" : ", ") + route.method;
+        if (route.resource.method != head.method) {
+            methods.append(methods.empty() ? "" : ", ").append(route.resource.method);
             continue;
         }
         const Call call{head, *id, m_sessions.Find(ReadSessionCookies(head)),
                         "http://" + head.Header("Host") + "/"};
-        if (!call.user && route.access == Access::SignedIn) {
+        if (!call.user && route.resource.access == Access::SignedIn) {
             throw AuthorizationFailed();
         }
         Admission admission = route.opener(call);

@@ -24,6 +24,19 @@ struct Call {
 
 enum class Access { Anyone, SignedIn };
 
+/// An address of the service, and what it is for. Those that need a session stand in the table of
+/// docs/service.md, which is made from this.
+struct Resource {
+    std::string_view method;
+
+    /// As in "Repository/Items/{id}/Path": words match in any letter case, "{id}" any one segment.
+    std::string_view pattern;
+
+    Access access;
+    std::string_view request = {}; ///< What comes with a request, for the document.
+    std::string_view reply = {};   ///< What the reply holds, for the document.
+};
+
 /// Finds the resource that answers a request. It is filled before the server starts, and does not
 /// change after that.
 class Router {
@@ -36,12 +49,14 @@ public:
 
     explicit Router(const Sessions& sessions) : m_sessions(sessions) {}
 
-    /// In a pattern like "Repository/Items/{id}/Path" words match in any letter case, and "{id}"
-    /// matches any one segment.
-    void Add(std::string method, std::string_view pattern, Access access, const Handler& handler);
+    /// The texts must outlive the router.
+    void Add(const Resource& resource, const Handler& handler);
 
     /// The same for a resource whose requests are not only answered.
-    void AddOpened(std::string method, std::string_view pattern, Access access, Opener opener);
+    void AddOpened(const Resource& resource, Opener opener);
+
+    /// All that were added, in their order.
+    std::vector<Resource> Resources() const;
 
     /// Refuses by its head alone a request that names no name of this machine as its host, that a
     /// page of another web site sends, whose resource is not there, or that lacks the session it
@@ -50,9 +65,8 @@ public:
 
 private:
     struct Route {
-        std::string method;
-        std::vector<std::string> segments;
-        Access access;
+        Resource resource;
+        std::vector<std::string_view> segments; // of the pattern
         Opener opener;
     };
 

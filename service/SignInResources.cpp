@@ -113,23 +113,24 @@ HttpReply TakeToken(const Call& call, Sessions& sessions) {
 } // namespace
 
 void AddSignInResources(Router& router, ServiceState& state) {
-    router.Add("GET", "", Access::Anyone, ShowDashboard);
-    router.Add("GET", kPortalPath, Access::Anyone, [](const Call& call) {
+    router.Add({"GET", "", Access::Anyone}, ShowDashboard);
+    router.Add({"GET", kPortalPath, Access::Anyone}, [](const Call& call) {
         CheckPortalQuery(call);
         return HtmlReply(200, CredentialPage({}));
     });
-    router.Add("POST", kPortalPath, Access::Anyone,
+    router.Add({"POST", kPortalPath, Access::Anyone},
                [&state](const Call& call) { return TakeCredentials(call, state.sessions); });
-    router.Add("POST", kFederationPath, Access::Anyone,
+    router.Add({"POST", kFederationPath, Access::Anyone},
                [&state](const Call& call) { return TakeToken(call, state.sessions); });
-    router.Add("GET", "SignOut", Access::SignedIn, [&state](const Call& call) {
-        state.sessions.End(ReadSessionCookies(call.request));
-        HttpReply reply =
-            HtmlReply(200, Page("Signed out", "<p><a href=\"" + HtmlEscape(call.serviceUrl) +
-                                                  "\">Sign in again</a></p>\n"));
-        ExpireSessionCookies(reply);
-        return reply;
-    });
+    router.Add({"GET", "SignOut", Access::SignedIn, "", "an HTML page; ends the session"},
+               [&state](const Call& call) {
+                   state.sessions.End(ReadSessionCookies(call.request));
+                   HttpReply reply = HtmlReply(
+                       200, Page("Signed out", "<p><a href=\"" + HtmlEscape(call.serviceUrl) +
+                                                   "\">Sign in again</a></p>\n"));
+                   ExpireSessionCookies(reply);
+                   return reply;
+               });
 }
 
 } // namespace brevint::service

@@ -42,7 +42,9 @@ HttpReply ListTemplates(const Call& call, const Repository& repository) {
 } // namespace
 
 void AddTemplateResources(Router& router, ServiceState& state) {
-    router.Add("GET", "Analysis/Types", Access::SignedIn,
+    router.Add({"GET", "Analysis/Types", Access::SignedIn, "`?source=templates&key=FOLDER`",
+                "`Item` for each template in folders of that name; all when the key is empty. "
+                "Names and descriptions are HTML text"},
                [&state](const Call& call) { return ListTemplates(call, state.repository); });
 }
 
