@@ -111,14 +111,14 @@ std::string Summary(const std::string& text) {
 }
 
 /// `keepsPart`: what has come until a fault is left for the same command, given once more.
-Move FileMove(Context& context, const Download& file, const fs::path& target, bool keepsPart) {
+Move FileMove(const Download& file, const fs::path& target, bool keepsPart) {
     return {.number = file.number,
             .name = file.named.text,
             .summary = Summary(file.named.text),
-            .begin = [&context, item = file.named.item, target,
-                      keepsPart](Board::Listener listener) -> Moving {
-                return context.TheClient().Download(item, target,
-                                                    {.onChange = listener, .keepsPart = keepsPart});
+            .begin = [item = file.named.item, target,
+                      keepsPart](Client& client, Board::Listener listener) -> Moving {
+                return client.Download(item, target,
+                                       {.onChange = listener, .keepsPart = keepsPart});
             },
             .conclude = {}};
 }
@@ -166,7 +166,7 @@ void Pour(Context& context, Outcomes& outcomes, const Download& file, const fs::
     const TemporaryFolder folder;
     const fs::path content = folder.Path() / "content";
     Runner runner(context, outcomes);
-    Move move = FileMove(context, file, content, false);
+    Move move = FileMove(file, content, false);
     move.conclude = [&](const Moving&, const Outcome& came, ItemOutcome& result) {
         result.document["id"] = file.named.item.id;
         if (came) {
@@ -180,7 +180,7 @@ void Pour(Context& context, Outcomes& outcomes, const Download& file, const fs::
 }
 
 void BeginFile(Context& context, Runner& runner, const Download& file) {
-    Move move = FileMove(context, file, file.target, true);
+    Move move = FileMove(file, file.target, true);
     move.conclude = [&context, file](const Moving&, const Outcome& came, ItemOutcome& result) {
         result.document.update({{"action", "move"}, {"id", file.named.item.id}});
         if (!came) {
@@ -208,14 +208,14 @@ void BeginFolder(Context& context, Runner& runner, const Download& folder) {
         {.number = folder.number,
          .name = folder.named.text,
          .summary = Summary(folder.named.text),
-         .begin = [&context, &options, folder](Board::Listener listener) -> Moving {
-             return context.TheClient().DownloadFolder(folder.named.item, folder.target,
-                                                       {.onChange = listener,
-                                                        .existing = ExistingOf(options),
-                                                        .planOnly = options.planOnly,
-                                                        .keepTimes = options.keepTimes,
-                                                        .keepsPart = true},
-                                                       context.Limits());
+         .begin = [&context, &options, folder](Client& client, Board::Listener listener) -> Moving {
+             return client.DownloadFolder(folder.named.item, folder.target,
+                                          {.onChange = listener,
+                                           .existing = ExistingOf(options),
+                                           .planOnly = options.planOnly,
+                                           .keepTimes = options.keepTimes,
+                                           .keepsPart = true},
+                                          context.Limits());
          },
          .onPlanned =
              [&context, folder](const TransferGroup& group) {

@@ -13,8 +13,10 @@ namespace {
 ExitCode ChangeItems(Context& context, bool (Client::*change)(const ItemRef&, const CallOptions&),
                      const std::string& done, const std::string& undone) {
     return ForEachItem(context, context.Settings().items, [&](const NamedItem& named) {
-        Attempt(named.text + " cannot be " + undone + ".",
-                [&] { return (context.TheClient().*change)(named.item, context.Limits()); });
+        context.Ask(named.text + " cannot be " + undone + ".",
+                    [&](Client& client, const CallOptions& limits) {
+                        return (client.*change)(named.item, limits);
+                    });
         return ItemOutcome{done + " " + named.text, {{"id", named.item.id}}};
     });
 }
@@ -74,17 +76,20 @@ ExitCode RunRemove(Context& context) {
         if (!MayDelete(context, named)) {
             return ItemOutcome{"Kept " + named.text, {{"id", named.item.id}, {"deleted", false}}};
         }
-        Attempt(named.text + " cannot be deleted.",
-                [&] { return context.TheClient().Delete(named.item, context.Limits()); });
+        context.Ask(named.text + " cannot be deleted.",
+                    [&](Client& client, const CallOptions& limits) {
+                        return client.Delete(named.item, limits);
+                    });
         return ItemOutcome{"Deleted " + named.text, {{"id", named.item.id}, {"deleted", true}}};
     });
 }
 
 ExitCode RunPath(Context& context) {
     return ForEachItem(context, context.Settings().items, [&](const NamedItem& named) {
-        const std::string path = Attempt("The path of " + named.text + " cannot be told.", [&] {
-            return context.TheClient().PathOf(named.item, context.Limits());
-        });
+        const std::string path = context.Ask("The path of " + named.text + " cannot be told.",
+                                             [&](Client& client, const CallOptions& limits) {
+                                                 return client.PathOf(named.item, limits);
+                                             });
         return ItemOutcome{path, {{"id", named.item.id}, {"path", path}}};
     });
 }

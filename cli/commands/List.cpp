@@ -208,8 +208,8 @@ private:
         if (m_around.size() >= Limits::kDeepestFolder) {
             throw Failure(ExitCode::Refused, summary + " It lies in too many folders.");
         }
-        Attempt(summary, [&] {
-            const Listing listing = m_context.TheClient().List(folder.item, m_context.Limits());
+        m_context.Ask(summary, [&](Client& client, const CallOptions& limits) {
+            const Listing listing = client.List(folder.item, limits);
             block.items.assign(listing.begin(), listing.end());
         });
         m_entries += block.items.size();

@@ -79,8 +79,7 @@ void BeginFile(Context& context, Runner& runner, const Upload& file) {
         {.number = file.number,
          .name = file.text,
          .summary = file.text + " cannot be sent to " + file.place + ".",
-         .begin = [&context, file](Board::Listener listener) -> Moving {
-             Client& client = context.TheClient();
+         .begin = [file](Client& client, Board::Listener listener) -> Moving {
              return file.isReplacement
                         ? client.Replace(file.targetId, file.path, {.onChange = listener})
                         : client.Upload(file.path, file.targetId, {.onChange = listener});
@@ -99,12 +98,12 @@ void BeginFolder(Context& context, Runner& runner, const Upload& folder) {
         {.number = folder.number,
          .name = folder.text,
          .summary = folder.text + " cannot be sent to " + folder.place + ".",
-         .begin = [&context, folder](Board::Listener listener) -> Moving {
-             return context.TheClient().UploadFolder(folder.path, folder.targetId,
-                                                     {.onChange = listener,
-                                                      .existing = ExistingOf(context.Settings()),
-                                                      .planOnly = context.Settings().planOnly},
-                                                     context.Limits());
+         .begin = [&context, folder](Client& client, Board::Listener listener) -> Moving {
+             return client.UploadFolder(folder.path, folder.targetId,
+                                        {.onChange = listener,
+                                         .existing = ExistingOf(context.Settings()),
+                                         .planOnly = context.Settings().planOnly},
+                                        context.Limits());
          },
          .onPlanned =
              [&context, folder](const TransferGroup& group) {
@@ -125,9 +124,10 @@ class Plan {
 public:
     Plan(Context& context, Outcomes& outcomes, NamedItem folder)
         : m_context(context), m_outcomes(outcomes), m_folder(std::move(folder)) {
-        const Listing listing = Attempt("The folder " + m_folder.text + " cannot be listed.", [&] {
-            return context.TheClient().List(m_folder.item, context.Limits());
-        });
+        const Listing listing = context.Ask("The folder " + m_folder.text + " cannot be listed.",
+                                            [&](Client& client, const CallOptions& limits) {
+                                                return client.List(m_folder.item, limits);
+                                            });
         for (const Item& item : listing) {
             m_there.emplace(NameKey(item.name), item);
         }
@@ -221,11 +221,11 @@ private:
 
     void MakeFolder(Upload& folder) {
         if (folder.targetId.empty() && !m_context.Settings().planOnly) {
-            folder.targetId = Attempt(folder.place + " cannot be made.", [&] {
-                return m_context.TheClient().CreateFolder(
-                    m_folder.item, folder.place.substr(folder.place.rfind('/') + 1),
-                    m_context.Limits());
-            });
+            folder.targetId = m_context.Ask(
+                folder.place + " cannot be made.", [&](Client& client, const CallOptions& limits) {
+                    return client.CreateFolder(
+                        m_folder.item, folder.place.substr(folder.place.rfind('/') + 1), limits);
+                });
         }
     }
 
@@ -291,9 +291,10 @@ ExitCode RunJob(Context& context) {
     const auto end =
         std::chrono::steady_clock::now() + std::chrono::seconds(options.timeoutSeconds);
     const auto ask = [&] {
-        return Attempt("The job " + options.job + " has failed, or cannot be asked for.", [&] {
-            return context.TheClient().AskJob(options.job, kind, context.Limits());
-        });
+        return context.Ask("The job " + options.job + " has failed, or cannot be asked for.",
+                           [&](Client& client, const CallOptions& limits) {
+                               return client.AskJob(options.job, kind, limits);
+                           });
     };
     Job job = ask();
     for (auto pause = 100ms; options.wait && !job.isFinished; pause = std::min(2 * pause, 5000ms)) {

@@ -9,15 +9,17 @@ ExitCode RunSignOut(Context& context) {
     if (context.TheSession().cookies.empty()) {
         throw Failure(ExitCode::NotAuthorised, "You are not signed in to " + url + ".");
     }
+    const std::string summary =
+        "The session is forgotten here, but " + url + " was not told of it.";
     Error error;
-    CallOptions limits = context.Limits();
-    limits.error = &error;
-    context.TheClient().SignOut(limits);
+    context.Ask(summary, [&](Client& client, CallOptions limits) {
+        limits.error = &error;
+        client.SignOut(limits);
+    });
     ForgetSession();
     // A session that the service knows no more is over, as it should be.
     if (error && error.failure != brevint::Failure::NotSignedIn) {
-        throw FailureOf("The session is forgotten here, but " + url + " was not told of it.",
-                        error);
+        throw FailureOf(summary, error);
     }
     context.Out().Line("Signed out of " + url + ".");
     context.Out().Document({{"url", url}});

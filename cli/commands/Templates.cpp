@@ -10,8 +10,10 @@ ExitCode RunTemplates(Context& context) {
     Table table({{"Category"}, {"Created"}, {"Created by"}, {"Name"}, {"Description"}});
     nlohmann::json documents = nlohmann::json::array();
     const std::vector<Template> templates =
-        Attempt("The templates of the type \"" + type + "\" cannot be listed.",
-                [&] { return context.TheClient().GetTemplates(type, context.Limits()); });
+        context.Ask("The templates of the type \"" + type + "\" cannot be listed.",
+                    [&](Client& client, const CallOptions& limits) {
+                        return client.GetTemplates(type, limits);
+                    });
     for (const Template& record : templates) {
         table.AddRow(
             {record.category, record.created, record.createdBy, record.name, record.description});

@@ -5,9 +5,9 @@
 namespace brevint::cli {
 
 ExitCode RunVersions(Context& context) {
-    const Versions versions =
-        Attempt(context.TheSession().url + " does not tell its version.",
-                [&] { return context.TheClient().GetVersions(context.Limits()); });
+    const Versions versions = context.Ask(
+        context.TheSession().url + " does not tell its version.",
+        [](Client& client, const CallOptions& limits) { return client.GetVersions(limits); });
     std::vector<std::string> lines = {"Service: " + versions.service};
     for (const std::string& accepted : versions.applications) {
         lines.push_back("Accepted desktop version: " + accepted);

@@ -6,8 +6,9 @@ namespace brevint::cli {
 
 ExitCode RunWhoAmI(Context& context) {
     const std::string& url = context.TheSession().url;
-    const Identity identity = Attempt(url + " does not tell who is signed in.",
-                                      [&] { return context.TheClient().WhoAmI(context.Limits()); });
+    const Identity identity = context.Ask(
+        url + " does not tell who is signed in.",
+        [](Client& client, const CallOptions& limits) { return client.WhoAmI(limits); });
     const char* const role = identity.role == Role::Administrator ? "administrator" : "user";
     context.Out().Line(identity.name + " (" + role + ") at " + url);
     context.Out().Document(

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/output/Failure.h"
 #include "cli/output/Output.h"
 #include "cli/run/Items.h"
 #include "cli/run/Options.h"
@@ -25,8 +26,13 @@ public:
     /// with the one signed in to. Throws a Failure when there is neither.
     const Session& TheSession();
 
-    /// The service of that session.
-    Client& TheClient();
+    /// What `work` returns, which calls the service of that session within these limits. A failure
+    /// of the library in it is thrown as a Failure that begins with `summary`, as in Attempt.
+    template <class Function>
+    auto Ask(const std::string& summary, Function work) {
+        Client& client = TheClient();
+        return Attempt(summary, [&] { return work(client, Limits()); });
+    }
 
     /// Finds items at that service.
     Items& TheItems();
@@ -42,6 +48,9 @@ public:
     CallOptions Limits() const;
 
 private:
+    /// The service of the session. Commands reach it by Ask, which has them say what failed.
+    Client& TheClient();
+
     const Options m_options;
     const Interrupt m_interrupt;
     const Output m_output;

@@ -70,8 +70,8 @@ void Runner::Begin(Move move) {
     m_tasks.push_back({std::move(move), {}, {}});
     Task& task = m_tasks.back();
     try {
-        task.moving = Attempt(task.move.summary, [&] {
-            return task.move.begin({&m_board, number});
+        task.moving = m_context.Ask(task.move.summary, [&](Client& client, const CallOptions&) {
+            return task.move.begin(client, {&m_board, number});
         });
         m_open.insert(number);
     } catch (...) {

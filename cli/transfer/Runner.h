@@ -25,7 +25,7 @@ struct Move {
     std::size_t number = 0; ///< Of its outcome.
     std::string name;       ///< As displays show it.
     std::string summary;    ///< Of a failure: "a.txt cannot be sent."
-    std::function<Moving(Board::Listener)> begin;
+    std::function<Moving(Client&, Board::Listener)> begin;
     /// Called once it is known what all a folder's move comes to, before anything moves.
     std::function<void(const TransferGroup&)> onPlanned = {};
     /// Adds what there is to tell after the end; a failure is noted in it already.
