@@ -6,6 +6,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
+#include <functional>
+#include <optional>
 #include <ranges>
 #include <string>
 #include <thread>
@@ -186,6 +189,26 @@ TEST(Stopped, CallsEndAtOnce) {
     std::ignore = client.Read("id", 1, {.limit = std::chrono::milliseconds(1), .error = &error});
     EXPECT_EQ(error.failure, Failure::TimedOut);
     server.Open("never");
+}
+
+TEST(Stopped, CallbacksMayGoWhileTheyAreCalled) {
+    for (int round = 0; round < 300; ++round) {
+        StopSource source;
+        std::atomic<bool> isCalled = false;
+        std::optional<StopCallback<std::function<void()>>> callback(
+            std::in_place, source.get_token(), [&] {
+                isCalled = true;
+                for (int i = 0; i < round % 40; ++i) {
+                    std::this_thread::yield();
+                }
+            });
+        std::thread stopper([&] { source.request_stop(); });
+        while (!isCalled) {
+            std::this_thread::yield();
+        }
+        callback.reset();
+        stopper.join();
+    }
 }
 
 TEST(Misuse, IsALogicError) {

@@ -18,9 +18,8 @@ HandlePtr ThisThread() {
 } // namespace
 
 IoLimit::IoLimit(const StopToken& stop, std::chrono::milliseconds patience)
-    : m_patience(patience), m_thread(ThisThread()),
-      m_timer(CreateThreadpoolTimer(&BreakOff, this, nullptr)) {
-    if (!m_thread || !m_timer) {
+    : m_patience(patience), m_thread(ThisThread()) {
+    if (!m_thread) {
         throw std::system_error(static_cast<int>(GetLastError()), std::system_category());
     }
     m_onStop.emplace(stop, Start{this});
@@ -35,6 +34,11 @@ void IoLimit::Renew() {
 
 void IoLimit::Start::operator()() const {
     limit->Renew();
+    limit->m_timer.reset(CreateThreadpoolTimer(&BreakOff, limit, nullptr));
+    if (!limit->m_timer) {
+        CancelSynchronousIo(limit->m_thread.get());
+        return;
+    }
     // Again and again, because what is to be broken off may not have begun when the time is over.
     FILETIME atOnce = {};
     constexpr DWORD kPeriod = 20; // milliseconds

@@ -14,8 +14,8 @@
 namespace brevint::cli {
 
 /// While it lives, what its thread reads or writes is broken off with ERROR_OPERATION_ABORTED when,
-/// after the token was stopped, nothing has come of it for as long as `patience`. Throws
-/// std::system_error when it cannot watch.
+/// after the token was stopped, nothing has come of it for as long as `patience`; at once when no
+/// timer is to be had then. Throws std::system_error when it cannot know its thread.
 class IoLimit {
 public:
     IoLimit(const StopToken& stop, std::chrono::milliseconds patience);
@@ -41,8 +41,8 @@ private:
     const HandlePtr m_thread;
     std::mutex m_mutex; ///< Guards the end. Held while breaking off, so that nothing newer is.
     std::chrono::steady_clock::time_point m_end;
-    const std::unique_ptr<TP_TIMER, TimerCloser> m_timer;
-    std::optional<StopCallback<Start>> m_onStop; ///< Goes first: it starts the timer.
+    std::unique_ptr<TP_TIMER, TimerCloser> m_timer; ///< Made by the stop: it takes a thread.
+    std::optional<StopCallback<Start>> m_onStop;    ///< Goes first: it starts the timer.
 };
 
 } // namespace brevint::cli

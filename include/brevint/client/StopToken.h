@@ -2,7 +2,16 @@
 
 #include <version>
 
-#if defined(__cpp_lib_jthread)
+// The standard library's tokens, where it has reliable ones. libc++ has none before version 20.
+// Where libstdc++ has no futex, as on Windows, a std::stop_callback that goes while another thread
+// calls it may wait for ever. The classes for these have the same shape.
+#if defined(__cpp_lib_jthread) && (!defined(__GLIBCXX__) || defined(_GLIBCXX_HAVE_LINUX_FUTEX))
+#define BREVINT_HAS_STD_STOP_TOKEN 1
+#else
+#define BREVINT_HAS_STD_STOP_TOKEN 0
+#endif
+
+#if BREVINT_HAS_STD_STOP_TOKEN
 #include <stop_token>
 #else
 #include <condition_variable>
@@ -15,7 +24,7 @@
 
 namespace brevint {
 
-#if defined(__cpp_lib_jthread)
+#if BREVINT_HAS_STD_STOP_TOKEN
 
 /// Stops calls: a token from whoever may stop them.
 using StopToken = std::stop_token;
@@ -25,7 +34,7 @@ using StopSource = std::stop_source;
 template <class Callback>
 using StopCallback = std::stop_callback<Callback>;
 
-#else // libc++ before version 20 has none: these have the same shape.
+#else
 
 namespace detail {
 
