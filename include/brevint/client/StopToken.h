@@ -4,7 +4,7 @@
 
 // The standard library's tokens, where it has reliable ones. libc++ has none before version 20.
 // Where libstdc++ has no futex, as on Windows, a std::stop_callback that goes while another thread
-// calls it may wait for ever. The classes for these have the same shape.
+// calls it may wait for ever. The classes for these can do what calls and most applications need.
 #if defined(__cpp_lib_jthread) && (!defined(__GLIBCXX__) || defined(_GLIBCXX_HAVE_LINUX_FUTEX))
 #define BREVINT_HAS_STD_STOP_TOKEN 1
 #else
