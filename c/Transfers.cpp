@@ -63,9 +63,8 @@ brevint_outcome ToC(const transfers::TransferOutcome& outcome, transfers::Transf
 struct brevint_transfer {
     std::shared_ptr<Transfer> transfer;
 
-    /// Made when somebody asks.
-    mutable std::once_flag once;
-    mutable std::unique_ptr<const OutcomeTexts> texts;
+    mutable std::mutex mutex;                          ///< Guards the texts.
+    mutable std::unique_ptr<const OutcomeTexts> texts; ///< Made when somebody asks.
 };
 
 namespace {
@@ -215,8 +214,10 @@ int32_t brevint_transfer_outcome(const brevint_transfer* transfer, brevint_outco
         return 0;
     }
     try {
-        std::call_once(transfer->once,
-                       [&] { transfer->texts = std::make_unique<OutcomeTexts>(*known); });
+        const std::scoped_lock lock(transfer->mutex);
+        if (!transfer->texts) {
+            transfer->texts = std::make_unique<OutcomeTexts>(*known);
+        }
     } catch (const std::exception&) {
         return 0;
     }
