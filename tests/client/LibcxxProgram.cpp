@@ -49,7 +49,7 @@ void StopWhatHasAToken() {
     Require(hasEnded, "a callback under way is waited for");
     stopper.join();
     opener.join();
-    const Callback late(token, [&] { ++calls; });
+    const brevint::StopCallback late(token, [&] { ++calls; });
     Require(calls == 3, "each callback is called once while it exists");
     Require(!source.request_stop(), "a second stop does nothing");
 }

@@ -153,6 +153,8 @@ private:
     std::shared_ptr<detail::StopState> m_state;
     Callback m_callback;
 };
+template <class Callback>
+StopCallback(StopToken, Callback) -> StopCallback<Callback>;
 
 #endif
 
