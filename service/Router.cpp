@@ -86,6 +86,7 @@ void Router::AddOpened(const Resource& resource, Opener opener) {
 
 std::vector<Resource> Router::Resources() const {
     std::vector<Resource> resources;
+    resources.reserve(m_routes.size());
     for (const Route& route : m_routes) {
         resources.push_back(route.resource);
     }

@@ -23,8 +23,9 @@ std::string AddressKey(const std::string& url) {
 Session::Session(Worker& worker, Executor executor, Listener listener)
     : m_worker(worker), m_executor(std::move(executor)), m_listener(std::move(listener)) {}
 
-std::shared_ptr<Client> Session::ClientFor(const std::string& url, Error& error) const {
-    if (m_client && IsAt(url)) {
+std::shared_ptr<Client> Session::ClientFor(const std::string& url, bool isItsUser,
+                                           Error& error) const {
+    if (m_client && isItsUser && IsAt(url)) {
         return m_client;
     }
     auto client = std::make_shared<Client>(url, ClientSettings{.executor = m_executor}, &error);

@@ -31,9 +31,10 @@ public:
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    /// A client for the service of that address: the session's own, or a new one that the session
-    /// does not know yet. Null where something is wrong with the address. Nothing is sent.
-    std::shared_ptr<Client> ClientFor(const std::string& url, Error& error) const;
+    /// A client for the service of that address: the session's own for its user, or a new one that
+    /// the session does not know yet. With the session's own, what waits there for a sign-in goes
+    /// on. Null where something is wrong with the address. Nothing is sent.
+    std::shared_ptr<Client> ClientFor(const std::string& url, bool isItsUser, Error& error) const;
     /// Turns to the service of such a client. Another client's calls are given up.
     void Open(const std::string& url, const std::shared_ptr<Client>& client);
     /// Gives up the service with all calls.

@@ -47,7 +47,9 @@ Worker::~Worker() {
         running.task->Drop();
     }
     for (Threads::Running& running : m_threads->all) {
-        running.thread.join();
+        if (running.thread.joinable()) { // else there was none to be had
+            running.thread.join();
+        }
     }
     m_threads->all.clear();
 }

@@ -41,6 +41,14 @@ std::vector<FileFailure> Failures(const TransferGroup& group) {
     return failures;
 }
 
+/// What was posted, or what is true by now unless that is the end, which is posted by itself: two
+/// threads may have posted their states in the wrong order.
+template <class Moving, class Posted>
+Posted Newest(const Moving& moving, const Posted& posted) {
+    const Posted now = moving.GetProgress();
+    return IsFinal(posted.state) || IsFinal(now.state) ? posted : now;
+}
+
 } // namespace
 
 void TransfersModel::Begin(const std::shared_ptr<Client>& client, TransferOrder order,
@@ -87,11 +95,12 @@ void TransfersModel::Start(Entry& entry) {
     }
 }
 
-void TransfersModel::OnProgress(Entry& entry, const Progress& progress) {
+void TransfersModel::OnProgress(Entry& entry, const Progress& posted) {
     // What was posted before a cancel or an end may come after it.
     if (IsFinal(entry.row.progress.state)) {
         return;
     }
+    const Progress progress = entry.transfer ? Newest(entry.transfer, posted) : posted;
     const std::uint64_t seen = entry.row.progress.bytesDone;
     if (progress.state != entry.row.progress.state) {
         entry.lastMove = {};
@@ -110,7 +119,8 @@ void TransfersModel::OnProgress(Entry& entry, const Progress& progress) {
     }
 }
 
-void TransfersModel::OnProgress(Entry& entry, const GroupProgress& progress) {
+void TransfersModel::OnProgress(Entry& entry, const GroupProgress& posted) {
+    const GroupProgress progress = entry.group ? Newest(entry.group, posted) : posted;
     entry.row.filesTotal = progress.filesTotal;
     NoteFiles(entry, progress.filesDone);
     if (progress.state == TransferState::Failed && entry.group) {

@@ -99,8 +99,8 @@ private:
     void Start(Entry& entry);
     static void NoteBytes(Entry& entry, std::uint64_t bytesDone);
     static void NoteFiles(Entry& entry, std::size_t filesDone);
-    void OnProgress(Entry& entry, const Progress& progress);
-    void OnProgress(Entry& entry, const GroupProgress& progress);
+    void OnProgress(Entry& entry, const Progress& posted);
+    void OnProgress(Entry& entry, const GroupProgress& posted);
     void Tell(const Entry& entry);
 
     std::vector<std::unique_ptr<Entry>> m_entries;

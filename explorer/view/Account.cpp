@@ -28,7 +28,7 @@ void Account::Start() {
         return;
     }
     Error error;
-    const auto client = m_session.ClientFor(stored->url, error);
+    const auto client = m_session.ClientFor(stored->url, false, error);
     if (client) {
         client->RestoreSession(stored->session, {.error = &error});
     }
@@ -90,14 +90,15 @@ void Account::AskToSignIn(std::wstring why) {
 void Account::SignIn(const SignInDialog::Entries& entries) {
     // The session stays with its service until another one has let the user in.
     Error wrongAddress;
-    const auto service = m_session.ClientFor(entries.url, wrongAddress);
+    const auto service = m_session.ClientFor(entries.url, IsUser(entries.user), wrongAddress);
     if (!service) {
         m_dialog->Fail(wrongAddress);
         return;
     }
     const auto password = std::make_shared<const Secret>(entries.password);
-    const auto signIn = [user = entries.user, password](Client& client,
-                                                        const CallOptions& options) {
+    const auto signIn = [user = entries.user, password](Client& client, const CallOptions& given) {
+        // One that was stopped may hold up the next until its time is over: the usual one will do.
+        const CallOptions options{.stop = given.stop};
         Error error;
         CallOptions first = options;
         first.error = &error;
@@ -124,10 +125,14 @@ void Account::SignIn(const SignInDialog::Entries& entries) {
     m_signIn = m_session.CallIn(service, signIn, done);
 }
 
+bool Account::IsUser(const std::string& user) const {
+    return FoldCase(Wide(user)) == FoldCase(Wide(m_user));
+}
+
 void Account::TurnTo(const std::string& url, const std::shared_ptr<Client>& client,
                      const std::string& user) {
     // What is asked, waits or is under way was wanted of that service, and by that user.
-    if (!m_session.IsAt(url) || FoldCase(Wide(user)) != FoldCase(Wide(m_user))) {
+    if (!m_session.IsAt(url) || !IsUser(user)) {
         m_dialogs.CloseAll();
         m_session.GiveUp();
         m_listener.onLeaving();

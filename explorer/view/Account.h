@@ -40,6 +40,8 @@ public:
 
 private:
     void SignIn(const SignInDialog::Entries& entries);
+    /// Whether that is the user of the session, or of the last one.
+    bool IsUser(const std::string& user) const;
     /// Takes service and user for those of the session, whoever they are.
     void TurnTo(const std::string& url, const std::shared_ptr<Client>& client,
                 const std::string& user);

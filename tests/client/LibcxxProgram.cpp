@@ -52,6 +52,11 @@ void StopWhatHasAToken() {
     const brevint::StopCallback late(token, [&] { ++calls; });
     Require(calls == 3, "each callback is called once while it exists");
     Require(!source.request_stop(), "a second stop does nothing");
+
+    auto owner = std::make_unique<brevint::StopSource>();
+    const brevint::StopCallback last(owner->get_token(), [&] { owner.reset(); });
+    owner->request_stop();
+    Require(!owner, "a callback may end the source");
 }
 
 void UseTheService(const char* url) {

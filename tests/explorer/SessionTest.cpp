@@ -87,9 +87,14 @@ TEST_F(SessionTest, NothingThatOneUserWantedIsDoneForAnother) {
     Select(L"Notes.txt");
     Command(IDM_DOWNLOAD);
     ASSERT_TRUE(PumpUntil([&] { return Column(TransferList(), 3).back() == Text(IDS_FINISHED); }));
+    Select(L"Bridge.project");
+    Command(IDM_DOWNLOAD);
+    Select(L"Notes.txt");
     Command(IDM_DELETE);
     Command(IDM_CHECK_OUT);
     ASSERT_TRUE(AwaitDialog(IDC_PASSWORD));
+    ASSERT_TRUE(
+        PumpUntil([&] { return Column(TransferList(), 3).back() == Text(IDS_NEEDS_SIGN_IN); }));
     Type(IDC_USER, L"ben");
     Type(IDC_PASSWORD, L"ben-secret");
     Press(IDOK);
@@ -101,6 +106,8 @@ TEST_F(SessionTest, NothingThatOneUserWantedIsDoneForAnother) {
     ASSERT_TRUE(AwaitItems(kTop));
     GoTo(L"/Projects/Bridge");
     EXPECT_EQ(Items(4), std::vector<std::wstring>(6)) << "nobody has checked out anything";
+    EXPECT_FALSE(std::filesystem::exists(m_folder.Folder() / L"Bridge.project"))
+        << "nor downloaded";
 }
 
 TEST_F(SessionTest, WhatIsGivenUpEndsAtOnceAndNeverWaits) {
@@ -127,7 +134,7 @@ TEST_F(SessionTest, WhatIsGivenUpEndsAtOnceAndNeverWaits) {
 
     Error error;
     const std::string url = "http://localhost:1/app";
-    session.Open(url, session.ClientFor(url, error));
+    session.Open(url, session.ClientFor(url, true, error));
     EXPECT_TRUE(session.IsAt("HTTP://LOCALHOST:1/app/"));
     EXPECT_FALSE(session.IsAt("http://localhost:1/App"));
     call(Failure::NotSignedIn, 0);

@@ -122,7 +122,10 @@ class StopSource {
 public:
     [[nodiscard]] StopToken get_token() const noexcept { return StopToken(m_state); }
     [[nodiscard]] bool stop_requested() const noexcept { return m_state->IsStopped(); }
-    bool request_stop() noexcept { return m_state->Stop(); }
+    bool request_stop() noexcept {
+        const std::shared_ptr<detail::StopState> kept = m_state; // a callback may end the source
+        return kept->Stop();
+    }
 
 private:
     std::shared_ptr<detail::StopState> m_state = std::make_shared<detail::StopState>();
